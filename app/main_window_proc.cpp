@@ -1,0 +1,117 @@
+// The main window's procedure: the platform's messages and the menu commands.
+#include <windows.h>
+#include <commctrl.h>
+
+#include "app/app_state.h"
+#include "app/commands.h"
+#include "app/main_window.h"
+#include "app/recording_control.h"
+#include "persistence/options.h"
+#include "ui/user_messages.h"
+#include "ui/window_layout.h"
+#include "video/video_sources.h"
+
+#ifndef MAVU_SUPPORT_ADDRESS
+#define MAVU_SUPPORT_ADDRESS L"mavu-support@example.org"
+#endif
+
+namespace {
+
+void OnAbout()
+{
+    ReportUserMessage(L"MAVU Video Capture Version 2.1", true);
+    ReportUserMessage(L"Report errors to \"" MAVU_SUPPORT_ADDRESS L"\".  Please describe", false);
+    ReportUserMessage(L"how to duplicate the error and attach a saved user message log file.\n", false);
+}
+
+void OnMove(HWND window)
+{
+    if (startingUp || repositioning)
+        return;
+    KeepWindowOnScreen(window);
+    // The device dialogs and magnify can move the main window; their Cancel
+    // puts it back where it was remembered.
+    if (magnifyChanging || selectDeviceOpen || deviceFormatOpen)
+        return;
+    RECT rect{};
+    GetWindowRect(window, &rect);
+    options.windows[MainWindowKey].currentLeft = rect.left;
+    options.windows[MainWindowKey].currentTop = rect.top;
+}
+
+LRESULT OnCommand(HWND window, unsigned command)
+{
+    if (command == IDM_EXIT) {
+        CloseApplication();
+        return 1;
+    }
+    if (command >= kFirstEventsCommand && command <= kLastEventsCommand) {
+        // Schedule and Edit and Delete open the event dialogs.
+        return 0;
+    }
+    if (command >= kFirstDisplayCommand && command <= kLastDisplayCommand) {
+        // The four display tools toggle their windows.
+        return 0;
+    }
+    if (command >= kFirstOptionsCommand && command <= kLastOptionsCommand) {
+        // Device, recording and GPS options open their dialogs.
+        return 0;
+    }
+    if (command == IDM_ABOUT) {
+        OnAbout();
+        return 0;
+    }
+    return 0;
+}
+
+}  // namespace
+
+void CloseApplication()
+{
+    appClosing = 1;
+    StopVideo();
+    DestroyWindow(mainWindowObject->mainWindow);
+}
+
+LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    switch (message) {
+    case WM_CREATE: {
+        INITCOMMONCONTROLSEX controls{sizeof controls, ICC_DATE_CLASSES};
+        InitCommonControlsEx(&controls);
+        controls.dwICC = ICC_LISTVIEW_CLASSES;
+        InitCommonControlsEx(&controls);
+        if (!videoSources.empty())
+            currentSourceIndex = 0;
+        return 0;
+    }
+    case WM_DESTROY:
+        PostQuitMessage(0);
+        break;
+    case WM_CLOSE:
+        CloseApplication();
+        return 0;
+    case WM_MOVE:
+        OnMove(window);
+        break;
+    case WM_SIZE: {
+        if (startingUp || layoutSettingSize)
+            break;
+        RECT rect{};
+        GetWindowRect(window, &rect);
+        if (rect.left < -10000 || rect.top < -10000)
+            return 0;
+        UpdateMainWindowLayout();
+        return 0;
+    }
+    case WM_COMMAND:
+        return OnCommand(window, LOWORD(wParam));
+    case WM_TIMER:
+        return 0;
+    case WM_DEVICECHANGE:
+        // Device reconciliation runs only when no start-up, camera start or
+        // earlier change is under way.
+        return 0;
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}

@@ -1,0 +1,65 @@
+#include "ui/dialog_common.h"
+
+#include "app/app_state.h"
+#include "persistence/options.h"
+#include "ui/window_layout.h"
+
+bool RegisterToolWindowClass(HINSTANCE instance, const wchar_t* className, WNDPROC procedure)
+{
+    WNDCLASSEXW windowClass{sizeof windowClass};
+    windowClass.lpfnWndProc = procedure;
+    windowClass.hInstance = instance;
+    windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(LTGRAY_BRUSH));
+    windowClass.lpszClassName = className;
+    windowClass.hIcon = appIcons.logoLarge;
+    windowClass.hIconSm = appIcons.logoSmall;
+    return RegisterClassExW(&windowClass) != 0;
+}
+
+HWND CreateToolWindow(HINSTANCE instance, const wchar_t* className, const wchar_t* title, DWORD style, int width,
+                      int height, int windowKey)
+{
+    HWND window = CreateWindowExW(0, className, title, style, 0, 0, width, height, nullptr, nullptr, instance,
+                                  nullptr);
+    if (!window)
+        return nullptr;
+    SetWindowIcons(window);
+    if (windowKey >= 0)
+        SetDialogWindowKey(window, windowKey);
+    return window;
+}
+
+LRESULT StaticTextColour(HDC deviceContext)
+{
+    static HBRUSH background = CreateSolidBrush(RGB(192, 192, 192));
+    SetTextColor(deviceContext, RGB(0, 0, 0));
+    SetBkColor(deviceContext, RGB(192, 192, 192));
+    return reinterpret_cast<LRESULT>(background);
+}
+
+void TrackWindowPosition(HWND window, int windowKey)
+{
+    if (!repositioning)
+        KeepWindowOnScreen(window);
+    RECT rect{};
+    GetWindowRect(window, &rect);
+    if (rect.left < -10000 || rect.top < -10000 || windowKey < 0)
+        return;
+    options.windows[windowKey].currentLeft = rect.left;
+    options.windows[windowKey].currentTop = rect.top;
+}
+
+void SetWindowIcons(HWND window)
+{
+    if (appIcons.logoLarge)
+        SendMessageW(window, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(appIcons.logoLarge));
+    if (appIcons.logoSmall)
+        SendMessageW(window, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(appIcons.logoSmall));
+}
+
+void SetControlFont(HWND control, HFONT font)
+{
+    if (control && font)
+        SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
+}

@@ -1,0 +1,30 @@
+// What the program's tool and option windows share: their class, their
+// colours, and the way they remember where they stand.
+#pragma once
+
+#include <windows.h>
+
+// "Plain": title, system menu, minimise box, fixed size, close button.
+constexpr DWORD kPlainWindowStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX;
+
+// Registers a window class with the light grey background, arrow cursor and
+// the program's icons.
+bool RegisterToolWindowClass(HINSTANCE instance, const wchar_t* className, WNDPROC procedure);
+
+// Creates a hidden top-level window of such a class, gives it the program's
+// icons, and ties it to its position record (a WindowKey, or -1 for none).
+HWND CreateToolWindow(HINSTANCE instance, const wchar_t* className, const wchar_t* title, DWORD style, int width,
+                      int height, int windowKey);
+
+// Black text on the light grey of the windows, for WM_CTLCOLORSTATIC.
+LRESULT StaticTextColour(HDC deviceContext);
+
+// The move handling of a window with a position record: keep it on the
+// desktop, then remember where it stands unless it is minimised.
+void TrackWindowPosition(HWND window, int windowKey);
+
+// Gives a window the program's big and small icons where they loaded.
+void SetWindowIcons(HWND window);
+
+// Sets a control's font when the font exists.
+void SetControlFont(HWND control, HFONT font);

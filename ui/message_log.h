@@ -1,0 +1,14 @@
+// Saving the User Messages text as a log file, on the user's command only.
+#pragma once
+
+constexpr int kLogPathCapacity = 512;
+
+// Path of the last save, rewritten by each save.
+extern wchar_t userMessageLogPath[kLogPathCapacity];
+
+// Rewrites userMessageLogPath: the log folder (LogfileDirectory, or
+// "LogFiles\" made on the spot), the prefix and the present UTC time.
+void BuildUserMessageLogPath();
+
+// The two commands of the window's File menu.
+void SaveUserMessages(bool clearAfter);
