@@ -1,0 +1,394 @@
+#include "e2e/harness.h"
+
+#include <gtest/gtest.h>
+#include <shlwapi.h>
+
+#include <fstream>
+#include <sstream>
+
+#ifndef MAVU_SOURCE_DIR_UNIX
+#error "MAVU_SOURCE_DIR_UNIX must name the source tree"
+#endif
+#ifndef MAVU_BINARY_DIR_UNIX
+#error "MAVU_BINARY_DIR_UNIX must name the build tree"
+#endif
+
+namespace e2e {
+
+namespace {
+
+constexpr const wchar_t* kProgramName = L"MAVU_VideoCapture.exe";
+
+bool CopyFolder(const std::wstring& from, const std::wstring& to)
+{
+    CreateDirectoryW(to.c_str(), nullptr);
+    WIN32_FIND_DATAW found{};
+    HANDLE search = FindFirstFileW((from + L"\\*").c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE)
+        return false;
+    do {
+        if (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)
+            continue;
+        CopyFileW((from + L"\\" + found.cFileName).c_str(), (to + L"\\" + found.cFileName).c_str(), FALSE);
+    } while (FindNextFileW(search, &found));
+    FindClose(search);
+    return true;
+}
+
+void DeleteTree(const std::wstring& folder)
+{
+    WIN32_FIND_DATAW found{};
+    HANDLE search = FindFirstFileW((folder + L"\\*").c_str(), &found);
+    if (search != INVALID_HANDLE_VALUE) {
+        do {
+            std::wstring name = found.cFileName;
+            if (name == L"." || name == L"..")
+                continue;
+            std::wstring path = folder + L"\\" + name;
+            if (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)
+                DeleteTree(path);
+            else {
+                SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+                DeleteFileW(path.c_str());
+            }
+        } while (FindNextFileW(search, &found));
+        FindClose(search);
+    }
+    RemoveDirectoryW(folder.c_str());
+}
+
+struct FindData {
+    DWORD processId;
+    const wchar_t* className;
+    const wchar_t* title;
+    HWND found;
+};
+
+BOOL CALLBACK MatchTopLevel(HWND window, LPARAM parameter)
+{
+    auto* data = reinterpret_cast<FindData*>(parameter);
+    DWORD owner = 0;
+    GetWindowThreadProcessId(window, &owner);
+    if (owner != data->processId)
+        return TRUE;
+    if (data->className && ClassName(window) != data->className)
+        return TRUE;
+    if (data->title && WindowText(window) != data->title)
+        return TRUE;
+    data->found = window;
+    return FALSE;
+}
+
+BOOL CALLBACK MatchChild(HWND window, LPARAM parameter)
+{
+    auto* data = reinterpret_cast<FindData*>(parameter);
+    if (data->className && _wcsicmp(ClassName(window).c_str(), data->className) != 0)
+        return TRUE;
+    if (data->title && WindowText(window) != data->title)
+        return TRUE;
+    data->found = window;
+    return FALSE;
+}
+
+std::wstring BuildEnvironmentBlock(const Environment& extra)
+{
+    std::vector<std::wstring> entries;
+    wchar_t* block = GetEnvironmentStringsW();
+    for (const wchar_t* entry = block; *entry; entry += wcslen(entry) + 1)
+        entries.emplace_back(entry);
+    FreeEnvironmentStringsW(block);
+    for (const auto& [name, value] : extra) {
+        std::wstring prefix = name + L"=";
+        std::erase_if(entries, [&](const std::wstring& entry) {
+            return _wcsnicmp(entry.c_str(), prefix.c_str(), prefix.size()) == 0;
+        });
+        entries.push_back(prefix + value);
+    }
+    std::wstring result;
+    for (const std::wstring& entry : entries) {
+        result += entry;
+        result += L'\0';
+    }
+    result += L'\0';
+    return result;
+}
+
+}  // namespace
+
+std::wstring BinFolder()
+{
+    wchar_t path[MAX_PATH] = L"";
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    PathRemoveFileSpecW(path);
+    return path;
+}
+
+std::wstring MakeWorkFolder(const std::wstring& name)
+{
+    std::wstring root = BinFolder() + L"\\..\\e2e-work";
+    CreateDirectoryW(root.c_str(), nullptr);
+    std::wstring folder = root + L"\\" + name;
+    DeleteTree(folder);
+    CreateDirectoryW(folder.c_str(), nullptr);
+    CopyFileW((BinFolder() + L"\\" + kProgramName).c_str(), (folder + L"\\" + kProgramName).c_str(), FALSE);
+    CopyFolder(BinFolder() + L"\\MavuVideoIcons", folder + L"\\MavuVideoIcons");
+    return folder;
+}
+
+std::wstring MakeWorkFolderForCurrentTest()
+{
+    const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info();
+    std::string name = std::string(test->test_suite_name()) + "." + test->name();
+    return MakeWorkFolder(std::wstring(name.begin(), name.end()));
+}
+
+bool WaitUntil(const std::function<bool()>& condition, DWORD timeoutMs, DWORD intervalMs)
+{
+    ULONGLONG deadline = GetTickCount64() + timeoutMs;
+    for (;;) {
+        if (condition())
+            return true;
+        if (GetTickCount64() >= deadline)
+            return false;
+        Sleep(intervalMs);
+    }
+}
+
+HWND FindProcessWindow(DWORD processId, const wchar_t* className, const wchar_t* title)
+{
+    FindData data{processId, className, title, nullptr};
+    EnumWindows(MatchTopLevel, reinterpret_cast<LPARAM>(&data));
+    return data.found;
+}
+
+HWND FindChild(HWND parent, const wchar_t* className, const wchar_t* text)
+{
+    FindData data{0, className, text, nullptr};
+    EnumChildWindows(parent, MatchChild, reinterpret_cast<LPARAM>(&data));
+    return data.found;
+}
+
+std::wstring WindowText(HWND window)
+{
+    DWORD_PTR length = 0;
+    if (!SendMessageTimeoutW(window, WM_GETTEXTLENGTH, 0, 0, SMTO_ABORTIFHUNG, 5000, &length))
+        return {};
+    std::wstring text(length + 1, L'\0');
+    DWORD_PTR copied = 0;
+    SendMessageTimeoutW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()), SMTO_ABORTIFHUNG,
+                        5000, &copied);
+    text.resize(copied);
+    return text;
+}
+
+std::wstring ClassName(HWND window)
+{
+    wchar_t name[256] = L"";
+    GetClassNameW(window, name, 256);
+    return name;
+}
+
+bool IsVisible(HWND window)
+{
+    return window && IsWindowVisible(window);
+}
+
+bool IsEnabled(HWND window)
+{
+    return window && IsWindowEnabled(window);
+}
+
+RECT WindowRect(HWND window)
+{
+    RECT rect{};
+    GetWindowRect(window, &rect);
+    return rect;
+}
+
+void Click(HWND button)
+{
+    SendMessageW(button, BM_CLICK, 0, 0);
+}
+
+void SendCommand(HWND window, unsigned id)
+{
+    SendMessageW(window, WM_COMMAND, id, 0);
+}
+
+void PostCommand(HWND window, unsigned id)
+{
+    PostMessageW(window, WM_COMMAND, id, 0);
+}
+
+std::vector<std::wstring> ListFiles(const std::wstring& folder, const wchar_t* pattern)
+{
+    std::vector<std::wstring> names;
+    WIN32_FIND_DATAW found{};
+    HANDLE search = FindFirstFileW((folder + L"\\" + pattern).c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE)
+        return names;
+    do {
+        if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY))
+            names.emplace_back(found.cFileName);
+    } while (FindNextFileW(search, &found));
+    FindClose(search);
+    return names;
+}
+
+std::string ReadBytes(const std::wstring& path)
+{
+    std::ifstream file(path.c_str(), std::ios::binary);
+    std::ostringstream bytes;
+    bytes << file.rdbuf();
+    return bytes.str();
+}
+
+bool WriteBytes(const std::wstring& path, const std::string& bytes)
+{
+    std::ofstream file(path.c_str(), std::ios::binary | std::ios::trunc);
+    file << bytes;
+    return static_cast<bool>(file);
+}
+
+int RunUnix(const std::string& command, DWORD timeoutMs)
+{
+    std::wstring line = L"Z:\\bin\\sh -c \"";
+    for (char c : command) {
+        if (c == '"')
+            line += L"\\\"";
+        else
+            line += static_cast<wchar_t>(c);
+    }
+    line += L"\"";
+    STARTUPINFOW startup{sizeof startup};
+    PROCESS_INFORMATION process{};
+    if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process))
+        return -1;
+    WaitForSingleObject(process.hProcess, timeoutMs);
+    DWORD code = 0;
+    GetExitCodeProcess(process.hProcess, &code);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    return static_cast<int>(code);
+}
+
+bool TakeScreenshot(const std::string& name)
+{
+    std::string output = std::string(MAVU_BINARY_DIR_UNIX) + "/screenshots/" + name + ".png";
+    std::string windowsPath = "Z:" + output;
+    DeleteFileA(windowsPath.c_str());
+    RunUnix(std::string(MAVU_SOURCE_DIR_UNIX) + "/tools/screenshot.sh '" + output + "'");
+    // Wine hands back a Unix child's handle already signalled: wait for the
+    // picture itself, which the script renames into place when complete.
+    return WaitUntil([&] { return GetFileAttributesA(windowsPath.c_str()) != INVALID_FILE_ATTRIBUTES; }, 30000, 100);
+}
+
+std::string Narrow(const std::wstring& text)
+{
+    int size = WideCharToMultiByte(CP_UTF8, 0, text.c_str(), static_cast<int>(text.size()), nullptr, 0, nullptr,
+                                   nullptr);
+    std::string result(static_cast<size_t>(size), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, text.c_str(), static_cast<int>(text.size()), result.data(), size, nullptr,
+                        nullptr);
+    return result;
+}
+
+Program::Program(std::wstring workFolder) : folder_(std::move(workFolder)) {}
+
+Program::~Program()
+{
+    Kill();
+}
+
+bool Program::Start(const Environment& extra)
+{
+    std::wstring executable = folder_ + L"\\" + kProgramName;
+    std::wstring line = L"\"" + executable + L"\"";
+    std::wstring environment = BuildEnvironmentBlock(extra);
+    STARTUPINFOW startup{sizeof startup};
+    return CreateProcessW(executable.c_str(), line.data(), nullptr, nullptr, FALSE, CREATE_UNICODE_ENVIRONMENT,
+                          environment.data(), folder_.c_str(), &startup, &info_) != 0;
+}
+
+bool Program::WaitExit(DWORD timeoutMs, DWORD* exitCode)
+{
+    if (!info_.hProcess)
+        return true;
+    if (WaitForSingleObject(info_.hProcess, timeoutMs) != WAIT_OBJECT_0)
+        return false;
+    if (exitCode)
+        GetExitCodeProcess(info_.hProcess, exitCode);
+    return true;
+}
+
+bool Program::IsRunning() const
+{
+    return info_.hProcess && WaitForSingleObject(info_.hProcess, 0) == WAIT_TIMEOUT;
+}
+
+void Program::Kill()
+{
+    if (!info_.hProcess)
+        return;
+    if (IsRunning()) {
+        TerminateProcess(info_.hProcess, 1);
+        WaitForSingleObject(info_.hProcess, 10000);
+    }
+    CloseHandle(info_.hThread);
+    CloseHandle(info_.hProcess);
+    info_ = {};
+}
+
+bool Program::WaitReady(DWORD timeoutMs)
+{
+    ULONGLONG deadline = GetTickCount64() + timeoutMs;
+    if (!WaitUntil([&] { return IsVisible(MainWindow()) && IsVisible(UserMessagesWindow()); }, timeoutMs))
+        return false;
+    // The message loop runs once start-up is over.
+    ULONGLONG now = GetTickCount64();
+    DWORD left = now < deadline ? static_cast<DWORD>(deadline - now) : 0;
+    return WaitForInputIdle(info_.hProcess, left) == 0;
+}
+
+HWND Program::MainWindow() const
+{
+    return FindProcessWindow(info_.dwProcessId, L"MAVU_VideoCapture");
+}
+
+HWND Program::UserMessagesWindow() const
+{
+    return FindProcessWindow(info_.dwProcessId, L"User Messages Class", L"User Messages");
+}
+
+HWND Program::RichEdit() const
+{
+    HWND window = UserMessagesWindow();
+    return window ? FindChild(window, L"RICHEDIT50W") : nullptr;
+}
+
+HWND Program::RecordControlsWindow() const
+{
+    return FindProcessWindow(info_.dwProcessId, L"RecordControlsWindow", L"Record");
+}
+
+std::wstring Program::Messages() const
+{
+    HWND control = RichEdit();
+    return control ? WindowText(control) : std::wstring();
+}
+
+bool Program::WaitForMessage(const std::wstring& text, DWORD timeoutMs)
+{
+    return WaitUntil([&] { return Messages().find(text) != std::wstring::npos; }, timeoutMs, 100);
+}
+
+int Program::CountMessages(const std::wstring& text) const
+{
+    std::wstring all = Messages();
+    int count = 0;
+    for (size_t at = all.find(text); at != std::wstring::npos; at = all.find(text, at + text.size()))
+        ++count;
+    return count;
+}
+
+}  // namespace e2e

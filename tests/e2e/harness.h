@@ -1,0 +1,95 @@
+// Drives the real program from outside, as a user would: starts it in a
+// fresh working folder, finds its windows, sends commands and clicks, reads
+// what it shows, and waits for conditions with a timeout.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace e2e {
+
+constexpr DWORD kStartTimeoutMs = 20000;
+
+using Environment = std::vector<std::pair<std::wstring, std::wstring>>;
+
+// Folder of the test executable, where the program and its icons are built.
+std::wstring BinFolder();
+
+// A fresh folder for one scenario, under the build tree, holding a copy of
+// the program and its icons. The program's relative paths resolve there.
+std::wstring MakeWorkFolder(const std::wstring& name);
+
+// The folder named after the running test: "<suite>.<test>".
+std::wstring MakeWorkFolderForCurrentTest();
+
+bool WaitUntil(const std::function<bool()>& condition, DWORD timeoutMs, DWORD intervalMs = 50);
+
+// Top-level window of a process by class and (optionally) title.
+HWND FindProcessWindow(DWORD processId, const wchar_t* className, const wchar_t* title = nullptr);
+// First child (at any depth) by class and (optionally) text.
+HWND FindChild(HWND parent, const wchar_t* className, const wchar_t* text = nullptr);
+
+std::wstring WindowText(HWND window);
+std::wstring ClassName(HWND window);
+bool IsVisible(HWND window);
+bool IsEnabled(HWND window);
+RECT WindowRect(HWND window);
+void Click(HWND button);
+void SendCommand(HWND window, unsigned id);
+void PostCommand(HWND window, unsigned id);
+
+// Files in a folder matching a pattern ("*.txt"), names only.
+std::vector<std::wstring> ListFiles(const std::wstring& folder, const wchar_t* pattern);
+// Whole file as bytes.
+std::string ReadBytes(const std::wstring& path);
+bool WriteBytes(const std::wstring& path, const std::string& bytes);
+
+// Starts a Unix shell command (the test runs under Wine). Wine doesn't wait
+// for a Unix child: callers wait for what the command makes.
+int RunUnix(const std::string& command, DWORD timeoutMs = 60000);
+// Takes a picture of the whole display into <build>/screenshots/<name>.png.
+bool TakeScreenshot(const std::string& name);
+
+// Turns a wide text into UTF-8 for test output.
+std::string Narrow(const std::wstring& text);
+
+// One run of the program.
+class Program {
+public:
+    explicit Program(std::wstring workFolder);
+    ~Program();
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    bool Start(const Environment& extra = {});
+    bool WaitExit(DWORD timeoutMs, DWORD* exitCode = nullptr);
+    bool IsRunning() const;
+    void Kill();
+    DWORD ProcessId() const { return info_.dwProcessId; }
+    const std::wstring& Folder() const { return folder_; }
+
+    // Waits until start-up is over: the main window and User Messages are
+    // up and the queued start-up lines have been shown.
+    bool WaitReady(DWORD timeoutMs = kStartTimeoutMs);
+
+    HWND MainWindow() const;
+    HWND UserMessagesWindow() const;
+    HWND RichEdit() const;
+    HWND RecordControlsWindow() const;
+
+    // The User Messages text as the control gives it.
+    std::wstring Messages() const;
+    bool WaitForMessage(const std::wstring& text, DWORD timeoutMs);
+    // Number of times a text stands in User Messages.
+    int CountMessages(const std::wstring& text) const;
+
+private:
+    std::wstring folder_;
+    PROCESS_INFORMATION info_{};
+};
+
+}  // namespace e2e

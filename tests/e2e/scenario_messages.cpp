@@ -1,0 +1,100 @@
+// The User Messages window: saving the log, clearing, the Help lines.
+#include <gtest/gtest.h>
+
+#include <regex>
+
+#include "e2e/harness.h"
+
+using namespace e2e;
+
+namespace {
+
+constexpr unsigned kSaveMessages = 33109;
+constexpr unsigned kSaveMessagesAndClear = 33110;
+constexpr unsigned kAbout = 33106;
+
+// The log is a text stream over the control's CR LF text: CR CR LF.
+std::string AsLogBytes(const std::wstring& text)
+{
+    std::string bytes;
+    for (wchar_t c : text) {
+        if (c == L'\n')
+            bytes += '\r';
+        bytes += static_cast<char>(c);
+    }
+    return bytes;
+}
+
+}  // namespace
+
+TEST(Messages, SaveWritesTheWindowTextToLogFiles)
+{
+    Program program(MakeWorkFolderForCurrentTest());
+    ASSERT_TRUE(program.Start());
+    ASSERT_TRUE(program.WaitReady());
+    std::wstring before = program.Messages();
+
+    SYSTEMTIME utc{};
+    GetSystemTime(&utc);
+    SendCommand(program.UserMessagesWindow(), kSaveMessages);
+
+    std::vector<std::wstring> logs = ListFiles(program.Folder() + L"\\LogFiles", L"*.txt");
+    ASSERT_EQ(logs.size(), 1u);
+    // mm_dd_yyyy_hh_mm_ss.txt in UTC: the date part is today's UTC date.
+    std::wsmatch parts;
+    ASSERT_TRUE(std::regex_match(logs[0], parts, std::wregex(L"(\\d\\d)_(\\d\\d)_(\\d{4})_\\d\\d_\\d\\d_\\d\\d\\.txt")))
+        << Narrow(logs[0]);
+    EXPECT_EQ(std::stoi(parts[1].str()), utc.wMonth);
+    EXPECT_EQ(std::stoi(parts[3].str()), utc.wYear);
+
+    std::string bytes = ReadBytes(program.Folder() + L"\\LogFiles\\" + logs[0]);
+    EXPECT_EQ(bytes, AsLogBytes(before));
+    EXPECT_EQ(bytes.rfind("\r\r\nNo Options File or unreadable Options File\r\r\n"),
+              bytes.size() - std::string("\r\r\nNo Options File or unreadable Options File\r\r\n").size());
+
+    std::wstring after = program.Messages();
+    EXPECT_EQ(after.substr(0, before.size()), before);
+    EXPECT_NE(after.find(L"User messages saved in log file \"LogFiles\\" + logs[0] + L"\"\r\n"), std::wstring::npos)
+        << Narrow(after);
+}
+
+TEST(Messages, SaveAndClearLeavesOnlyTheSavedLine)
+{
+    Program program(MakeWorkFolderForCurrentTest());
+    ASSERT_TRUE(program.Start());
+    ASSERT_TRUE(program.WaitReady());
+    std::wstring before = program.Messages();
+
+    SendCommand(program.UserMessagesWindow(), kSaveMessagesAndClear);
+    std::vector<std::wstring> logs = ListFiles(program.Folder() + L"\\LogFiles", L"*.txt");
+    ASSERT_EQ(logs.size(), 1u);
+    EXPECT_EQ(ReadBytes(program.Folder() + L"\\LogFiles\\" + logs[0]), AsLogBytes(before));
+
+    std::wstring after = program.Messages();
+    std::wregex expected(L"\r\n\\d\\d:\\d\\d:\\d\\d \\(UTC\\)\r\nUser messages saved in log file \"LogFiles\\\\" +
+                         logs[0] + L"\" and all messages cleared\r\n");
+    EXPECT_TRUE(std::regex_match(after, expected)) << Narrow(after);
+}
+
+TEST(Messages, AboutWritesThreeLines)
+{
+    Program program(MakeWorkFolderForCurrentTest());
+    ASSERT_TRUE(program.Start());
+    ASSERT_TRUE(program.WaitReady());
+    SendCommand(program.MainWindow(), kAbout);
+    std::wstring text = program.Messages();
+    std::wregex about(L"[\\s\\S]*\r\n\\d\\d:\\d\\d:\\d\\d \\(UTC\\)\r\nMAVU Video Capture Version 2\\.1\r\n"
+                      L"Report errors to \"[^\"]+@[^\"]+\"\\.  Please describe\r\n"
+                      L"how to duplicate the error and attach a saved user message log file\\.\r\n");
+    EXPECT_TRUE(std::regex_match(text, about)) << Narrow(text);
+}
+
+TEST(Screenshots, MainAndUserMessagesWindows)
+{
+    Program program(MakeWorkFolderForCurrentTest());
+    ASSERT_TRUE(program.Start());
+    ASSERT_TRUE(program.WaitReady());
+    EXPECT_TRUE(IsVisible(program.MainWindow()));
+    EXPECT_TRUE(IsVisible(program.UserMessagesWindow()));
+    EXPECT_TRUE(TakeScreenshot("startup-no-device"));
+}

@@ -1,0 +1,84 @@
+// Start-up, single instance and the ways out.
+#include <gtest/gtest.h>
+
+#include "e2e/harness.h"
+
+using namespace e2e;
+
+namespace {
+
+constexpr unsigned kExitCommand = 33099;
+constexpr DWORD kAnotherInstance = 0x80004004;
+
+}  // namespace
+
+TEST(Startup, NoOptionsNoDeviceReportsInOrder)
+{
+    Program program(MakeWorkFolderForCurrentTest());
+    ASSERT_TRUE(program.Start());
+    ASSERT_TRUE(program.WaitReady());
+
+    std::wstring text = program.Messages();
+    size_t zone = text.find(L"Computer local time is ");
+    size_t noDevice = text.find(L"There is no video capture device connected to the computer");
+    size_t noOptions = text.find(L"No Options File or unreadable Options File");
+    ASSERT_NE(zone, std::wstring::npos) << Narrow(text);
+    ASSERT_NE(noDevice, std::wstring::npos) << Narrow(text);
+    ASSERT_NE(noOptions, std::wstring::npos) << Narrow(text);
+    // Queued lines are shown only at the end of start-up, behind everything
+    // reported once the window existed.
+    EXPECT_LT(zone, noDevice);
+    EXPECT_LT(noDevice, noOptions);
+    EXPECT_EQ(text.rfind(L"No Options File or unreadable Options File"), noOptions);
+    EXPECT_EQ(text.substr(noOptions), L"No Options File or unreadable Options File\r\n") << Narrow(text);
+
+    EXPECT_EQ(WindowText(program.MainWindow()), L"MAVU Video Capture Version 2.1");
+    // No device: the record buttons are hidden, the default folders exist.
+    EXPECT_FALSE(IsVisible(program.RecordControlsWindow()));
+    EXPECT_NE(GetFileAttributesW((program.Folder() + L"\\VideoFiles").c_str()), INVALID_FILE_ATTRIBUTES);
+    EXPECT_NE(GetFileAttributesW((program.Folder() + L"\\LogFiles").c_str()), INVALID_FILE_ATTRIBUTES);
+}
+
+TEST(Startup, SecondInstanceEndsAtOnceAndChangesNothing)
+{
+    std::wstring folder = MakeWorkFolderForCurrentTest();
+    Program first(folder);
+    ASSERT_TRUE(first.Start());
+    ASSERT_TRUE(first.WaitReady());
+    std::wstring before = first.Messages();
+    RECT mainBefore = WindowRect(first.MainWindow());
+
+    Program second(folder);
+    ASSERT_TRUE(second.Start());
+    DWORD code = 0;
+    ASSERT_TRUE(second.WaitExit(5000, &code));
+    EXPECT_EQ(code, kAnotherInstance);
+
+    EXPECT_TRUE(first.IsRunning());
+    EXPECT_EQ(first.Messages(), before);
+    RECT mainAfter = WindowRect(first.MainWindow());
+    EXPECT_TRUE(EqualRect(&mainBefore, &mainAfter));
+    EXPECT_EQ(FindProcessWindow(second.ProcessId(), nullptr), nullptr);
+}
+
+TEST(Startup, ExitEndsWithTheLoopsExitCode)
+{
+    Program program(MakeWorkFolderForCurrentTest());
+    ASSERT_TRUE(program.Start());
+    ASSERT_TRUE(program.WaitReady());
+    PostCommand(program.MainWindow(), kExitCommand);
+    DWORD code = 1234;
+    ASSERT_TRUE(program.WaitExit(10000, &code));
+    EXPECT_EQ(code, 0u);
+}
+
+TEST(Startup, CloseBoxEndsTheProgram)
+{
+    Program program(MakeWorkFolderForCurrentTest());
+    ASSERT_TRUE(program.Start());
+    ASSERT_TRUE(program.WaitReady());
+    PostMessageW(program.MainWindow(), WM_CLOSE, 0, 0);
+    DWORD code = 1234;
+    ASSERT_TRUE(program.WaitExit(10000, &code));
+    EXPECT_EQ(code, 0u);
+}

@@ -1,0 +1,11 @@
+# Each scenario is one ctest entry: "Suite.Test" of the e2e_tests executable.
+set(MAVU_E2E_SCENARIOS
+    Startup.NoOptionsNoDeviceReportsInOrder
+    Startup.SecondInstanceEndsAtOnceAndChangesNothing
+    Startup.ExitEndsWithTheLoopsExitCode
+    Startup.CloseBoxEndsTheProgram
+    Messages.SaveWritesTheWindowTextToLogFiles
+    Messages.SaveAndClearLeavesOnlyTheSavedLine
+    Messages.AboutWritesThreeLines
+    Screenshots.MainAndUserMessagesWindows
+)

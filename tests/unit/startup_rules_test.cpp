@@ -1,0 +1,93 @@
+#include <gtest/gtest.h>
+
+#include "app/power_actions.h"
+#include "app/program_folder.h"
+#include "app/steady_clock.h"
+#include "app/time_zone.h"
+
+TEST(ProgramFolder, CutAtTheLastMavuBeforeTheTail)
+{
+    struct Case {
+        const wchar_t* path;
+        const wchar_t* folder;
+    };
+    const Case cases[] = {
+        {L"C:\\Astro\\MAVU_VideoCapture.exe", L"C:\\Astro\\"},
+        {L"Z:\\work\\build\\bin\\MAVU_VideoCapture.exe", L"Z:\\work\\build\\bin\\"},
+        // The compare is case-sensitive: "Mavu" is not the word.
+        {L"C:\\Astro\\Mavu_VideoCapture.exe", L"C:\\Astro\\Mavu_VideoCapture.exe\\"},
+        // No word at all: the whole path, file name included.
+        {L"C:\\Astro\\capture.exe", L"C:\\Astro\\capture.exe\\"},
+        // The search starts ten characters before the end and goes back.
+        {L"C:\\MAVU\\x\\capture.exe", L"C:\\"},
+        {L"C:\\a\\MAVU.exe", L"C:\\a\\MAVU.exe\\"},
+        {L"C:\\a\\bMAVU12345.exe", L"C:\\a\\b\\"},
+        // Index 0 is never looked at.
+        {L"MAVU_1234567890", L"MAVU_1234567890\\"},
+        {L"", L"\\"},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(ProgramFolderFromModulePath(c.path), c.folder) << "path: " << testing::PrintToString(c.path);
+}
+
+TEST(TimeZone, EachResultGivesItsOffsetAndLine)
+{
+    DYNAMIC_TIME_ZONE_INFORMATION zone{};
+    zone.Bias = 300;
+    zone.StandardBias = 0;
+    zone.DaylightBias = -60;
+    wcscpy(zone.StandardName, L"Eastern Standard Time");
+    wcscpy(zone.DaylightName, L"Eastern Daylight Time");
+
+    TimeZoneReport daylight = DescribeTimeZone(TIME_ZONE_ID_DAYLIGHT, zone);
+    EXPECT_TRUE(daylight.offsetKnown);
+    EXPECT_EQ(daylight.utcOffsetMinutes, 240);
+    EXPECT_EQ(daylight.line, L"Computer local time is Eastern Daylight Time\r\n");
+
+    TimeZoneReport standard = DescribeTimeZone(TIME_ZONE_ID_STANDARD, zone);
+    EXPECT_EQ(standard.utcOffsetMinutes, 300);
+    EXPECT_EQ(standard.line, L"Computer local time is Eastern Standard Time\r\n");
+
+    TimeZoneReport unknown = DescribeTimeZone(TIME_ZONE_ID_UNKNOWN, zone);
+    EXPECT_EQ(unknown.utcOffsetMinutes, 300);
+    EXPECT_EQ(unknown.line, L"Computer local time is Eastern Standard Time.  Transition dates to daylight savings "
+                            L"are unknown or disabled.\r\n");
+
+    TimeZoneReport invalid = DescribeTimeZone(TIME_ZONE_ID_INVALID, zone);
+    EXPECT_FALSE(invalid.offsetKnown);
+    EXPECT_EQ(invalid.line, L"Computer time zone is unknown.  You may only use local time and not use UTC time\r\n");
+
+    // Half-hour zones east of Greenwich have negative biases.
+    zone.Bias = -570;
+    EXPECT_EQ(DescribeTimeZone(TIME_ZONE_ID_DAYLIGHT, zone).utcOffsetMinutes, -630);
+}
+
+TEST(TimeZone, TheRunningZoneIsReadable)
+{
+    DYNAMIC_TIME_ZONE_INFORMATION zone{};
+    DWORD result = GetDynamicTimeZoneInformation(&zone);
+    ASSERT_NE(result, TIME_ZONE_ID_INVALID);
+    TimeZoneReport report = DescribeTimeZone(result, zone);
+    EXPECT_EQ(report.line.rfind(L"Computer local time is ", 0), 0u);
+}
+
+TEST(SteadyClock, CounterConversionDoesNotOverflow)
+{
+    EXPECT_EQ(CounterToNanoseconds(10000000, 10000000), 1000000000ull);
+    EXPECT_EQ(CounterToNanoseconds(15, 10), 1500000000ull);
+    // A counter near its top at 10 MHz: a plain product would overflow.
+    uint64_t big = 0x7FFFFFFFFFFFFFFFull;
+    EXPECT_EQ(CounterToNanoseconds(big, 10000000), (big / 10000000) * 1000000000ull + (big % 10000000) * 100);
+    uint64_t before = SteadyNanoseconds();
+    YieldFor(3500000);
+    EXPECT_GE(SteadyNanoseconds() - before, 3500000ull);
+}
+
+TEST(PowerCapabilities, HiberbootIsTheByteAfterFastSystemS4)
+{
+    SYSTEM_POWER_CAPABILITIES capabilities{};
+    EXPECT_EQ(HiberbootFlag(capabilities), 0);
+    reinterpret_cast<BYTE*>(&capabilities.FastSystemS4)[1] = 1;
+    EXPECT_EQ(HiberbootFlag(capabilities), 1);
+    EXPECT_EQ(capabilities.FastSystemS4, 0);
+}

@@ -1,0 +1,132 @@
+#include <gtest/gtest.h>
+
+#include "ui/video_windows.h"
+#include "ui/window_layout.h"
+
+namespace {
+
+// A 1920 by 1080 desktop with a 40-pixel task bar, main window frame 16 by 58.
+struct LayoutFixture : testing::Test {
+    void SetUp() override
+    {
+        workLeft = 0;
+        workTop = 0;
+        workRight = 1920;
+        workBottom = 1040;
+        frameWidth = 16;
+        frameHeight = 58;
+        videoWidth = 720;
+        videoHeight = 576;
+        displayedWidth = 720;
+        displayedHeight = 576;
+    }
+};
+
+}  // namespace
+
+TEST(KeepOnScreen, WindowsMayHangOutByHalfAFrame)
+{
+    struct Case {
+        RECT window;
+        bool moves;
+        POINT to;
+    };
+    // limitRight = 1920 - 2 + 8 = 1926, limitBottom = 1040 - 2 + 8 = 1046, minLeft = 2 - 8 = -6.
+    const Case cases[] = {
+        {{100, 100, 500, 400}, false, {}},
+        {{-6, 0, 394, 300}, false, {}},
+        {{-7, 0, 393, 300}, true, {-6, 0}},
+        {{100, -5, 500, 295}, true, {100, 0}},
+        {{1600, 100, 2000, 400}, true, {1526, 100}},
+        {{100, 900, 500, 1200}, true, {100, 746}},
+        // Wider than the area: the right limit wins, the left edge goes out.
+        {{0, 0, 2100, 300}, true, {-174, 0}},
+        // Minimised windows are parked, not pulled back.
+        {{-32000, -32000, -31840, -31970}, false, {}},
+        // Only one coordinate parked: pulled back.
+        {{-32000, 10, -31840, 40}, true, {-6, 10}},
+    };
+    for (const Case& c : cases) {
+        POINT to{};
+        bool moved = KeepOnScreenPosition(c.window, 16, 1920, 1040, to);
+        EXPECT_EQ(moved, c.moves) << c.window.left << "," << c.window.top;
+        if (moved && c.moves) {
+            EXPECT_EQ(to.x, c.to.x) << c.window.left << "," << c.window.top;
+            EXPECT_EQ(to.y, c.to.y) << c.window.left << "," << c.window.top;
+        }
+    }
+}
+
+TEST(DialogPosition, DefaultsAvoidTheMainWindow)
+{
+    // Main window right-aligned at the top.
+    RECT main{1184, 0, 1920, 634};
+    // Fits to the left of the main window.
+    POINT left = DefaultDialogPosition({400, 560}, main, 16, 1920, 1040);
+    EXPECT_EQ(left.x, 0);
+    EXPECT_EQ(left.y, 0);
+    // Main window at the far left: fits below it.
+    RECT leftMain{0, 0, 736, 300};
+    POINT below = DefaultDialogPosition({400, 560}, leftMain, 16, 1920, 1040);
+    EXPECT_EQ(below.x, 0);
+    EXPECT_EQ(below.y, 1046 - 560);
+    // Tall main window at the left: goes to the right.
+    RECT tall{0, 0, 736, 1000};
+    POINT right = DefaultDialogPosition({400, 560}, tall, 16, 1920, 1040);
+    EXPECT_EQ(right.x, 1926 - 400);
+    EXPECT_EQ(right.y, 0);
+    // Nowhere fits: bottom left.
+    RECT huge{0, 0, 1900, 1000};
+    POINT last = DefaultDialogPosition({400, 560}, huge, 16, 1920, 1040);
+    EXPECT_EQ(last.x, 0);
+    EXPECT_EQ(last.y, 1046 - 560);
+}
+
+TEST_F(LayoutFixture, MainLayoutFitsThePictureOrFallsBackOnScrolling)
+{
+    MainLayoutInput input{};
+    input.window = {1000, 0, 1000 + 736, 634};
+    input.useDeviceSize = true;
+    MainLayout fitted = ComputeMainLayout(input);
+    EXPECT_EQ(fitted.width, 736);
+    EXPECT_EQ(fitted.height, 634);
+    EXPECT_TRUE(fitted.fits);
+    EXPECT_EQ(fitted.pictureWidth, 720);
+
+    // The user makes it smaller: the scroll window takes over.
+    input.useDeviceSize = false;
+    input.window = {1000, 0, 1500, 500};
+    MainLayout smaller = ComputeMainLayout(input);
+    EXPECT_FALSE(smaller.fits);
+    EXPECT_EQ(smaller.roomWidth, 500 - 16);
+    EXPECT_EQ(smaller.roomHeight, 500 - 58);
+
+    // Never below 400 by 300.
+    input.window = {10, 10, 110, 60};
+    MainLayout tiny = ComputeMainLayout(input);
+    EXPECT_EQ(tiny.width, 400);
+    EXPECT_EQ(tiny.height, 300);
+
+    // A picture larger than the desktop: maxW by maxH at 0, 0, scrolled.
+    videoWidth = displayedWidth = 3840;
+    videoHeight = displayedHeight = 2160;
+    input.useDeviceSize = true;
+    input.window = {500, 500, 900, 800};
+    MainLayout huge = ComputeMainLayout(input);
+    EXPECT_EQ(huge.width, 1920 - 0 - 4 + 16);
+    EXPECT_EQ(huge.height, 16 / 2 - 0 + 1040 - 2);
+    EXPECT_EQ(huge.left, 0);
+    EXPECT_EQ(huge.top, 0);
+    EXPECT_FALSE(huge.fits);
+}
+
+TEST(ScrollWindow, OnlyReleasedThumbAndStepsMoveThePicture)
+{
+    EXPECT_EQ(ScrollTarget(SB_LINEDOWN, 0, 0, 100), 5);
+    EXPECT_EQ(ScrollTarget(SB_LINEUP, 3, 0, 100), 0);
+    EXPECT_EQ(ScrollTarget(SB_PAGEDOWN, 80, 0, 100), 100);
+    EXPECT_EQ(ScrollTarget(SB_PAGEUP, 80, 0, 100), 30);
+    EXPECT_EQ(ScrollTarget(SB_THUMBPOSITION, 0, 42, 100), 42);
+    EXPECT_EQ(ScrollTarget(SB_THUMBTRACK, 0, 42, 100), -1);
+    EXPECT_EQ(ScrollTarget(SB_ENDSCROLL, 10, 0, 100), -1);
+}
