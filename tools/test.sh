@@ -1,0 +1,10 @@
+#!/usr/bin/env bash
+# Sets up, builds, and runs every test (unit and end-to-end) under Wine. The
+# tests run on the X display in DISPLAY, or on a private Xvfb (:99).
+# Exits non-zero on any failure.
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+bash "$root/tools/setup.sh"
+bash "$root/tools/build.sh"
+cd "$root/build"
+ctest --output-on-failure "$@"
