@@ -123,23 +123,24 @@ std::wstring BinFolder()
     return path;
 }
 
-std::wstring MakeWorkFolder(const std::wstring& name)
+std::wstring MakeWorkFolder(const std::wstring& name, const wchar_t* programName)
 {
     std::wstring root = BinFolder() + L"\\..\\e2e-work";
     CreateDirectoryW(root.c_str(), nullptr);
     std::wstring folder = root + L"\\" + name;
     DeleteTree(folder);
     CreateDirectoryW(folder.c_str(), nullptr);
-    CopyFileW((BinFolder() + L"\\" + kProgramName).c_str(), (folder + L"\\" + kProgramName).c_str(), FALSE);
+    CopyFileW((BinFolder() + L"\\" + kProgramName).c_str(),
+              (folder + L"\\" + (programName ? programName : kProgramName)).c_str(), FALSE);
     CopyFolder(BinFolder() + L"\\MavuVideoIcons", folder + L"\\MavuVideoIcons");
     return folder;
 }
 
-std::wstring MakeWorkFolderForCurrentTest()
+std::wstring MakeWorkFolderForCurrentTest(const wchar_t* programName)
 {
     const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info();
     std::string name = std::string(test->test_suite_name()) + "." + test->name();
-    return MakeWorkFolder(std::wstring(name.begin(), name.end()));
+    return MakeWorkFolder(std::wstring(name.begin(), name.end()), programName);
 }
 
 bool WaitUntil(const std::function<bool()>& condition, DWORD timeoutMs, DWORD intervalMs)
@@ -293,7 +294,10 @@ std::string Narrow(const std::wstring& text)
     return result;
 }
 
-Program::Program(std::wstring workFolder) : folder_(std::move(workFolder)) {}
+Program::Program(std::wstring workFolder, const wchar_t* programName)
+    : folder_(std::move(workFolder)), programName_(programName ? programName : kProgramName)
+{
+}
 
 Program::~Program()
 {
@@ -302,7 +306,7 @@ Program::~Program()
 
 bool Program::Start(const Environment& extra)
 {
-    std::wstring executable = folder_ + L"\\" + kProgramName;
+    std::wstring executable = folder_ + L"\\" + programName_;
     std::wstring line = L"\"" + executable + L"\"";
     std::wstring environment = BuildEnvironmentBlock(extra);
     STARTUPINFOW startup{sizeof startup};

@@ -21,10 +21,11 @@ std::wstring BinFolder();
 
 // A fresh folder for one scenario, under the build tree, holding a copy of
 // the program and its icons. The program's relative paths resolve there.
-std::wstring MakeWorkFolder(const std::wstring& name);
+std::wstring MakeWorkFolder(const std::wstring& name, const wchar_t* programName = nullptr);
 
-// The folder named after the running test: "<suite>.<test>".
-std::wstring MakeWorkFolderForCurrentTest();
+// The folder named after the running test: "<suite>.<test>". The program's
+// copy may be given another file name.
+std::wstring MakeWorkFolderForCurrentTest(const wchar_t* programName = nullptr);
 
 bool WaitUntil(const std::function<bool()>& condition, DWORD timeoutMs, DWORD intervalMs = 50);
 
@@ -60,7 +61,7 @@ std::string Narrow(const std::wstring& text);
 // One run of the program.
 class Program {
 public:
-    explicit Program(std::wstring workFolder);
+    explicit Program(std::wstring workFolder, const wchar_t* programName = nullptr);
     ~Program();
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
@@ -89,6 +90,7 @@ public:
 
 private:
     std::wstring folder_;
+    std::wstring programName_;
     PROCESS_INFORMATION info_{};
 };
 

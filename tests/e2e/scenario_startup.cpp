@@ -82,3 +82,41 @@ TEST(Startup, CloseBoxEndsTheProgram)
     ASSERT_TRUE(program.WaitExit(10000, &code));
     EXPECT_EQ(code, 0u);
 }
+
+TEST(Startup, MissingIconsAreHarmless)
+{
+    std::wstring folder = MakeWorkFolderForCurrentTest();
+    for (const std::wstring& icon : ListFiles(folder + L"\\MavuVideoIcons", L"*.ico"))
+        DeleteFileW((folder + L"\\MavuVideoIcons\\" + icon).c_str());
+    RemoveDirectoryW((folder + L"\\MavuVideoIcons").c_str());
+
+    Program program(folder);
+    ASSERT_TRUE(program.Start());
+    ASSERT_TRUE(program.WaitReady());
+    EXPECT_TRUE(IsVisible(program.UserMessagesWindow()));
+    EXPECT_NE(program.Messages().find(L"No Options File or unreadable Options File"), std::wstring::npos);
+}
+
+TEST(Startup, ProgramNameWithoutMavuCannotMakeTheDefaultFolders)
+{
+    // The program folder is found by the word MAVU in the file name; without
+    // it the folders would go under the executable's own path, which is a file.
+    Program program(MakeWorkFolderForCurrentTest(L"capture.exe"), L"capture.exe");
+    ASSERT_TRUE(program.Start());
+    ASSERT_TRUE(program.WaitReady());
+    std::wstring text = program.Messages();
+    size_t video = text.find(L"Unable to create \"VideoFiles\" directory under the process directory.  Check security "
+                             L"settings.\r\n");
+    size_t logs = text.find(L"Unable to create \"LogFiles\" directory under the process directory.  Check security "
+                            L"settings.\r\n");
+    size_t queued = text.find(L"No Options File or unreadable Options File");
+    ASSERT_NE(video, std::wstring::npos) << Narrow(text);
+    ASSERT_NE(logs, std::wstring::npos) << Narrow(text);
+    EXPECT_LT(video, logs);
+    EXPECT_LT(logs, queued);
+    // The program runs on: the main File menu is live, so Exit still works.
+    PostCommand(program.MainWindow(), kExitCommand);
+    DWORD code = 1;
+    ASSERT_TRUE(program.WaitExit(10000, &code));
+    EXPECT_EQ(code, 0u);
+}

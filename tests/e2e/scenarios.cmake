@@ -4,6 +4,8 @@ set(MAVU_E2E_SCENARIOS
     Startup.SecondInstanceEndsAtOnceAndChangesNothing
     Startup.ExitEndsWithTheLoopsExitCode
     Startup.CloseBoxEndsTheProgram
+    Startup.MissingIconsAreHarmless
+    Startup.ProgramNameWithoutMavuCannotMakeTheDefaultFolders
     Messages.SaveWritesTheWindowTextToLogFiles
     Messages.SaveAndClearLeavesOnlyTheSavedLine
     Messages.AboutWritesThreeLines
