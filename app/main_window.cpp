@@ -13,6 +13,7 @@
 #include "app/recording_control.h"
 #include "app/time_zone.h"
 #include "persistence/options.h"
+#include "persistence/options_file.h"
 #include "ui/dialog_common.h"
 #include "ui/fonts.h"
 #include "ui/menus.h"
@@ -75,10 +76,12 @@ MainWindow::MainWindow(HINSTANCE instanceHandle)
     // C4 to C6
     RECT workArea{workLeft, workTop, workRight, workBottom};
     SetOptionDefaults(options, workArea);
-    bool optionsRead = false;  // the options file is read by the persistence layer
+    bool optionsRead = LoadOptions() != 0;
     if (!optionsRead)
         ReportUserMessage(L"No Options File or unreadable Options File\r\n", false);
     defaultDuration = {1943, 5, 1, 3, 0, 10, 0, 0};
+    if (optionsRead)
+        ApplyLoadedOptions();
 
     // C7
     if (!CreateMainWindow()) {

@@ -54,6 +54,12 @@ LRESULT OnCommand(HWND window, unsigned command)
         return 0;
     }
     if (command >= kFirstOptionsCommand && command <= kLastOptionsCommand) {
+        if (command == IDM_SET_WINDOW_POSITIONS) {
+            // Reported whether or not the save worked: a failed save has
+            // already said so.
+            SaveWindowPositions();
+            ReportUserMessage(L"Default window positions are saved in options file\r\n", true);
+        }
         // Device, recording and GPS options open their dialogs.
         return 0;
     }

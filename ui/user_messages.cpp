@@ -143,13 +143,17 @@ void QueueUserMessage(const wchar_t* text)
     pendingMessages.emplace_back(text);
 }
 
+std::vector<std::wstring> TakeQueuedUserMessages()
+{
+    std::lock_guard<std::mutex> hold(queueLock);
+    std::vector<std::wstring> queue;
+    queue.swap(pendingMessages);
+    return queue;
+}
+
 void FlushQueuedUserMessages()
 {
-    std::vector<std::wstring> queue;
-    {
-        std::lock_guard<std::mutex> hold(queueLock);
-        queue.swap(pendingMessages);
-    }
+    std::vector<std::wstring> queue = TakeQueuedUserMessages();
     for (const QueuedEntry& entry : QueuedEntriesInFlushOrder(queue))
         AppendUserMessage(entry.text.c_str(), entry.withTimeStamp);
 }

@@ -21,6 +21,10 @@ void QueueUserMessage(const wchar_t* text);
 // Shows the queued lines, the first with a time stamp, and empties the queue.
 void FlushQueuedUserMessages();
 
+// Takes the queued lines without showing them (for a process that never
+// makes the window, such as a test).
+std::vector<std::wstring> TakeQueuedUserMessages();
+
 // One queued line as it is to be shown.
 struct QueuedEntry {
     std::wstring text;

@@ -6,6 +6,7 @@
 
 #include "app/main_window.h"
 #include "persistence/options.h"
+#include "persistence/options_file.h"
 #include "ui/user_messages.h"
 
 int32_t workLeft, workTop, workRight, workBottom;
@@ -293,17 +294,24 @@ void UpdateMainWindowLayout()
     KeepWindowOnScreen(app.mainWindow);
 }
 
-void CopyCurrentToSavedPositions()
+void CopyCurrentToSavedPositions(Options& record)
 {
     for (int key = 0; key < WindowKeyCount; ++key) {
         if (key == HibernationWindowKey)
             continue;
-        WindowPosition& record = options.windows[key];
-        if (record.currentLeft != kNoPosition) {
-            record.savedLeft = record.currentLeft;
-            record.savedTop = record.currentTop;
+        WindowPosition& position = record.windows[key];
+        // Only the left is tested.
+        if (position.currentLeft != kNoPosition) {
+            position.savedLeft = position.currentLeft;
+            position.savedTop = position.currentTop;
         }
     }
-    options.messageWindowSavedWidth = options.messageWindowWidth;
-    options.messageWindowSavedHeight = options.messageWindowHeight;
+    record.messageWindowSavedWidth = record.messageWindowWidth;
+    record.messageWindowSavedHeight = record.messageWindowHeight;
+}
+
+void SaveWindowPositions()
+{
+    CopyCurrentToSavedPositions(options);
+    SaveOptionsOrWarn();
 }

@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include "app/app_state.h"
+#include "persistence/options.h"
 
 // Work area of the desktop, read once at start-up.
 extern int32_t workLeft, workTop, workRight, workBottom;
@@ -65,5 +66,8 @@ struct MainLayout {
 MainLayout ComputeMainLayout(const MainLayoutInput& input);
 void UpdateMainWindowLayout();
 
-// Copies current to saved positions for Set Window Positions.
-void CopyCurrentToSavedPositions();
+// Copies every set current position to the saved one (not the hibernation
+// window's, which has none) and the User Messages size.
+void CopyCurrentToSavedPositions(Options& record);
+// The Set Window Positions command: copy, then save the options file.
+void SaveWindowPositions();

@@ -1,5 +1,7 @@
 #include "video/video_sources.h"
 
+#include <cwchar>
+
 std::vector<VideoSourceInfo*> videoSources;
 uint32_t currentSourceIndex = kNoSource;
 
@@ -23,4 +25,25 @@ const VideoFormat* SelectedFormatOf(const VideoSourceInfo* source)
 const VideoFormat* CurrentVideoFormat()
 {
     return SelectedFormatOf(CurrentSource());
+}
+
+const wchar_t* SubtypeName(int32_t subtype)
+{
+    switch (subtype) {
+    case SubtypeMJPG: return L"MJPG";
+    case SubtypeYUY2: return L"YUY2";
+    case SubtypeRGB24: return L"RGB24";
+    case SubtypeUYVY: return L"UYVY";
+    case SubtypeARGB32: return L"ARGB32";
+    default: return L" ";
+    }
+}
+
+VideoSubtype SubtypeFromName(const wchar_t* name)
+{
+    static const VideoSubtype order[] = {SubtypeMJPG, SubtypeYUY2, SubtypeRGB24, SubtypeUYVY, SubtypeARGB32};
+    for (VideoSubtype subtype : order)
+        if (wcscmp(name, SubtypeName(subtype)) == 0)
+            return subtype;
+    return SubtypeOther;
 }

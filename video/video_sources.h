@@ -95,3 +95,8 @@ VideoSourceInfo* CurrentSource();
 // of range (for a given device only the two lower indexes are tested).
 const VideoFormat* SelectedFormatOf(const VideoSourceInfo* source);
 const VideoFormat* CurrentVideoFormat();
+
+// "MJPG", "RGB24", "UYVY", "YUY2", "ARGB32"; a single blank for anything else.
+const wchar_t* SubtypeName(int32_t subtype);
+// Exact, case-sensitive; anything unknown gives SubtypeOther.
+VideoSubtype SubtypeFromName(const wchar_t* name);

@@ -1,0 +1,15 @@
+#include "video/codecs.h"
+
+#include <cwchar>
+
+std::vector<CodecRecord*> installedCodecs;
+std::vector<SubtypeCodecPair*> subtypeCodecPairs;
+std::vector<SubtypeCodecPair*> workingSubtypeCodecPairs;
+
+CodecRecord* FindInstalledCodec(const wchar_t* name)
+{
+    for (CodecRecord* codec : installedCodecs)
+        if (wcscmp(codec->name, name) == 0)
+            return codec;
+    return nullptr;
+}

@@ -1,0 +1,30 @@
+// Installed video compressors and the codec chosen for each media subtype.
+#pragma once
+
+#include <windows.h>
+#include <dshow.h>
+
+#include <vector>
+
+#include "video/video_sources.h"
+
+constexpr int kCodecNameCapacity = 256;
+
+struct CodecRecord {
+    IBaseFilter* filter;  // null for the "NONE" entry
+    wchar_t name[kCodecNameCapacity];
+};
+
+struct SubtypeCodecPair {
+    VideoSubtype subtype;
+    CodecRecord* codec;
+};
+
+// Compressors found on the computer.
+extern std::vector<CodecRecord*> installedCodecs;
+// The pairs the options file mirrors, and the running program's copy.
+extern std::vector<SubtypeCodecPair*> subtypeCodecPairs;
+extern std::vector<SubtypeCodecPair*> workingSubtypeCodecPairs;
+
+// The installed codec of that exact name, or null.
+CodecRecord* FindInstalledCodec(const wchar_t* name);
