@@ -10,4 +10,8 @@ set(MAVU_E2E_SCENARIOS
     Messages.SaveAndClearLeavesOnlyTheSavedLine
     Messages.AboutWritesThreeLines
     Screenshots.MainAndUserMessagesWindows
+    Options.SavedPositionsApplyAtStartUp
+    Options.UnreadableFileIsReportedAndDefaultsStand
+    Options.FallbackFileIsReadWhenTheFirstIsDamaged
+    Options.SetWindowPositionsSavesWhereTheWindowsStand
 )

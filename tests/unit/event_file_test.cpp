@@ -1,0 +1,197 @@
+#include <gtest/gtest.h>
+
+#include <cwchar>
+
+#include "app/file_names.h"
+#include "events/event_file.h"
+#include "support/temp_folder.h"
+
+namespace {
+
+SYSTEMTIME Time(WORD year, WORD month, WORD day, WORD hour, WORD minute, WORD second)
+{
+    SYSTEMTIME time{};
+    time.wYear = year;
+    time.wMonth = month;
+    time.wDay = day;
+    time.wHour = hour;
+    time.wMinute = minute;
+    time.wSecond = second;
+    return time;
+}
+
+SYSTEMTIME Duration(WORD hour, WORD minute, WORD second)
+{
+    return Time(0, 0, 0, hour, minute, second);
+}
+
+EventFileText SampleEvent()
+{
+    EventFileText text{};
+    FormatEventNumbers(text, Time(2026, 5, 3, 1, 2, 3), Duration(0, 10, 0));
+    wcscpy(text.hibernate, L"TRUE");
+    wcscpy(text.shutdown, L"FALSE");
+    wcscpy(text.comment, L"Occultation & <check> \"it\"");
+    wcscpy(text.asteroidName, L"2002KB");
+    wcscpy(text.starName, L"TYC1234");
+    return text;
+}
+
+const char kSampleEventBytes[] =
+    "<?xml version='1.0'?>\r\n"
+    "<!--MAVU Event File Version 2.1-->\r\n"
+    "<Root>\r\n"
+    "\t<EventYear Value=\"2026\"/>\r\n"
+    "\t<EventMonth Value=\" 5\"/>\r\n"
+    "\t<EventDay Value=\" 3\"/>\r\n"
+    "\t<EventHour Value=\" 1\"/>\r\n"
+    "\t<EventMinute Value=\" 2\"/>\r\n"
+    "\t<EventSecond Value=\" 3\"/>\r\n"
+    "\t<DurationHour Value=\" 0\"/>\r\n"
+    "\t<DurationMinute Value=\"10\"/>\r\n"
+    "\t<DurationSecond Value=\" 0\"/>\r\n"
+    "\t<Hibernate Value=\"TRUE\"/>\r\n"
+    "\t<Shutdown Value=\"FALSE\"/>\r\n"
+    "\t<Comment Value=\"Occultation &amp; &lt;check&gt; &quot;it&quot;\"/>\r\n"
+    "\t<AsteroidName Value=\"2002KB\"/>\r\n"
+    "\t<StarName Value=\"TYC1234\"/>\r\n"
+    "</Root>\r\n";
+
+uint64_t Ticks(const SYSTEMTIME& time)
+{
+    return SystemTimeToTicks(time);
+}
+
+}  // namespace
+
+TEST(EventFile, WrittenBytesAreExact)
+{
+    TempFolder folder;
+    EventFileText text = SampleEvent();
+    ASSERT_EQ(WriteEventFile(folder.File(L"event.mef").c_str(), &text), 1);
+    EXPECT_EQ(ReadFileBytes(folder.File(L"event.mef")), kSampleEventBytes);
+}
+
+TEST(EventFile, EmptyValuesAreWrittenToo)
+{
+    TempFolder folder;
+    EventFileText text{};
+    ASSERT_EQ(WriteEventFile(folder.File(L"empty.mef").c_str(), &text), 1);
+    std::string bytes = ReadFileBytes(folder.File(L"empty.mef"));
+    EXPECT_NE(bytes.find("\t<Comment Value=\"\"/>\r\n"), std::string::npos) << bytes;
+    EXPECT_NE(bytes.find("\t<EventYear Value=\"\"/>\r\n"), std::string::npos) << bytes;
+    EXPECT_EQ(WriteEventFile(nullptr, &text), 0);
+    EXPECT_EQ(WriteEventFile(folder.File(L"x.mef").c_str(), nullptr), 0);
+}
+
+TEST(EventFile, ReadBackGivesTheSameFieldsAndTimes)
+{
+    TempFolder folder;
+    EventFileText written = SampleEvent();
+    ASSERT_EQ(WriteEventFile(folder.File(L"event.mef").c_str(), &written), 1);
+
+    EventRecord record{};
+    ASSERT_EQ(ReadEventFile(folder.File(L"event.mef").c_str(), record.text), 1);
+    for (const wchar_t* name : kEventFieldNames) {
+        EventFileText a = written, b = record.text;
+        EXPECT_STREQ(EventFieldByName(a, name, nullptr), EventFieldByName(b, name, nullptr)) << testing::PrintToString(name);
+    }
+    ParseEventRecordAt(record, Ticks(Time(2026, 5, 3, 0, 0, 0)));
+    EXPECT_EQ(record.eventTime.wYear, 2026);
+    EXPECT_EQ(record.eventTime.wMonth, 5);
+    EXPECT_EQ(record.eventTime.wSecond, 3);
+    EXPECT_EQ(record.duration.wMinute, 10);
+    EXPECT_EQ(record.hibernate, 1);
+    EXPECT_EQ(record.shutdown, 0);
+    EXPECT_EQ(record.startTicks, Ticks(Time(2026, 5, 3, 0, 57, 3)));
+    EXPECT_EQ(record.endTicks, Ticks(Time(2026, 5, 3, 1, 7, 3)));
+    EXPECT_EQ(record.expired, 0);
+}
+
+TEST(EventFile, ReadingRulesForElementsAndAttributes)
+{
+    TempFolder folder;
+    // No declaration, no comment, no whitespace nodes, another root name,
+    // keys out of order, a repeated key (the later wins), an unknown key, a
+    // key in the wrong case, an attribute of another name, two attributes
+    // (the first counts), an element without attributes, and blanks.
+    WriteFileBytes(folder.File(L"odd.mef"),
+                   "<Events><StarName Value=\"Star\"/><EventYear Other=\"2030\"/><EventMonth Value=\"1\" "
+                   "Second=\"9\"/><EventDay Value=\"  7\"/><EventHour Value=\"3\"/><EventHour Value=\"4\"/>"
+                   "<EventMinute Value=\"05\"/><EventSecond Value=\"6\"/><DurationHour Value=\"0\"/>"
+                   "<DurationMinute Value=\"1\"/><DurationSecond Value=\"0\"/><hibernate Value=\"TRUE\"/>"
+                   "<Shutdown Value=\"true\"/><Unknown Value=\"x\"/><Comment/></Events>");
+    EventRecord record{};
+    ASSERT_EQ(ReadEventFile(folder.File(L"odd.mef").c_str(), record.text), 1);
+    EXPECT_STREQ(record.text.starName, L"Star");
+    EXPECT_STREQ(record.text.eventYear, L"2030");
+    EXPECT_STREQ(record.text.eventMonth, L"1");
+    EXPECT_STREQ(record.text.eventHour, L"4");
+    EXPECT_STREQ(record.text.hibernate, L"");
+    EXPECT_STREQ(record.text.comment, L"");
+    ParseEventRecordAt(record, Ticks(Time(2026, 1, 1, 0, 0, 0)));
+    EXPECT_EQ(record.eventTime.wDay, 7);
+    EXPECT_EQ(record.eventTime.wHour, 4);
+    EXPECT_EQ(record.eventTime.wMinute, 5);
+    EXPECT_EQ(record.hibernate, 0);
+    EXPECT_EQ(record.shutdown, 0);  // "true" is not "TRUE"
+    EXPECT_EQ(record.expired, 0);
+}
+
+TEST(EventFile, FileNameCarriesNamesPrefixAndPredictedMoment)
+{
+    EventFileText text = SampleEvent();
+    SYSTEMTIME moment = Time(2026, 5, 3, 1, 2, 3);
+    EXPECT_EQ(EventFileName(text, L"", moment), L"Events\\2002KB_TYC1234_05_03_2026_01_02_03.mef");
+    EXPECT_EQ(EventFileName(text, L"OBS", moment), L"Events\\2002KB_TYC1234_OBS_05_03_2026_01_02_03.mef");
+    text.asteroidName[0] = 0;
+    EXPECT_EQ(EventFileName(text, L"", moment), L"Events\\TYC1234_05_03_2026_01_02_03.mef");
+    text.starName[0] = 0;
+    EXPECT_EQ(EventFileName(text, L"", moment), L"Events\\05_03_2026_01_02_03.mef");
+}
+
+TEST(EventTimes, RecordingIsCentredOnThePredictedMoment)
+{
+    struct Case {
+        SYSTEMTIME event;
+        SYSTEMTIME duration;
+        SYSTEMTIME start;
+        SYSTEMTIME end;
+    };
+    const Case cases[] = {
+        // Zero duration: start, end and event coincide.
+        {Time(2026, 6, 1, 12, 0, 0), Duration(0, 0, 0), Time(2026, 6, 1, 12, 0, 0), Time(2026, 6, 1, 12, 0, 0)},
+        // Across midnight and a month end (not a leap year).
+        {Time(2026, 3, 1, 0, 2, 0), Duration(0, 10, 0), Time(2026, 2, 28, 23, 57, 0), Time(2026, 3, 1, 0, 7, 0)},
+        // Across a leap day and a year end.
+        {Time(2024, 3, 1, 0, 0, 30), Duration(0, 2, 0), Time(2024, 2, 29, 23, 59, 30), Time(2024, 3, 1, 0, 1, 30)},
+        {Time(2027, 1, 1, 0, 0, 5), Duration(0, 0, 20), Time(2026, 12, 31, 23, 59, 55), Time(2027, 1, 1, 0, 0, 15)},
+    };
+    for (const Case& c : cases) {
+        EventRecord record{};
+        ComputeEventTimesAt(record, c.event, c.duration, 0);
+        EXPECT_EQ(record.startTicks, Ticks(c.start));
+        EXPECT_EQ(record.endTicks, Ticks(c.end));
+        EXPECT_EQ(record.endTicks - record.startTicks, record.durationTicks);
+    }
+
+    // The longest duration the picker allows: half of it is 43,199.5 s.
+    EventRecord longest{};
+    SYSTEMTIME event = Time(2026, 7, 15, 12, 0, 0);
+    ComputeEventTimesAt(longest, event, Duration(23, 59, 59), 0);
+    EXPECT_EQ(longest.durationTicks, 86399ull * kTicksPerSecond);
+    EXPECT_EQ(Ticks(event) - longest.startTicks, 431995000000ull);
+    EXPECT_EQ(longest.endTicks - Ticks(event), 431995000000ull);
+}
+
+TEST(EventTimes, ExpiredFromTheEndOnwards)
+{
+    EventRecord record{};
+    SYSTEMTIME event = Time(2026, 7, 15, 12, 0, 0);
+    uint64_t end = Ticks(Time(2026, 7, 15, 12, 0, 30));
+    ComputeEventTimesAt(record, event, Duration(0, 1, 0), end - 1);
+    EXPECT_EQ(record.expired, 0);
+    ComputeEventTimesAt(record, event, Duration(0, 1, 0), end);
+    EXPECT_EQ(record.expired, 1);
+    EXPECT_EQ(record.nowTicks, end);
+}

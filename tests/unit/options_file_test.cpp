@@ -1,0 +1,336 @@
+#include <gtest/gtest.h>
+
+#include <cwchar>
+
+#include "app/app_state.h"
+#include "persistence/options_file.h"
+#include "support/temp_folder.h"
+#include "ui/user_messages.h"
+#include "video/codecs.h"
+#include "video/video_sources.h"
+
+namespace {
+
+const RECT kWorkArea{0, 0, 1920, 1040};
+
+// Options live in process-wide state: each test starts from the defaults in
+// a folder of its own.
+class OptionsFile : public testing::Test {
+protected:
+    void SetUp() override { Reset(); }
+    void TearDown() override { Reset(); }
+
+    static void Reset()
+    {
+        SetOptionDefaults(options, kWorkArea);
+        for (VideoConfiguration* configuration : videoConfigurations)
+            delete configuration;
+        videoConfigurations.clear();
+        for (SubtypeCodecPair* pair : subtypeCodecPairs)
+            delete pair;
+        subtypeCodecPairs.clear();
+        for (SubtypeCodecPair* pair : workingSubtypeCodecPairs)
+            delete pair;
+        workingSubtypeCodecPairs.clear();
+        defaultDuration = {1943, 5, 1, 3, 0, 10, 0, 0};
+        showUtcClock = 0;
+        rendererChoice = 0;
+        TakeQueuedUserMessages();
+    }
+
+    void WriteOptions(const std::string& keys, const wchar_t* name = L"MAVU_options_capture.xml")
+    {
+        WriteFileBytes(folder_.File(name), "<?xml version='1.0'?>\r\n<Root>\r\n" + keys + "</Root>\r\n");
+    }
+
+    TempFolder folder_;
+};
+
+std::string Windows(const char* messageWindow, const char* hibernation)
+{
+    static const char* names[] = {
+        "MainWindowPosition",          "MessageWindowPosition",           "RecordControlsWindowPosition",
+        "DevicesWindowPosition",       "DeviceFormatWindowPosition",      "MiscellaneousOptionsWindowPosition",
+        "CodecSelectorWindowPosition", "FileOptionsWindowPosition",       "EventDurationWindowPosition",
+        "EventPendingOptionsWindowPosition", "PerformanceOptionsWindowPosition", "HibernationWindowPosition",
+        "GpsWindowPosition",           "PixelSaturationWindowPosition",   "FrameIntegrationWindowPosition",
+        "CountdownWindowPosition",     "ScheduleEventWindowPosition",     "ViewEventsWindowPosition",
+        "BrightnessContrastWindowPosition", "MagnifyWindowPosition",
+    };
+    std::string lines;
+    for (const char* name : names) {
+        const char* value = "2147483647, 2147483647";
+        if (std::string(name) == "MessageWindowPosition")
+            value = messageWindow;
+        if (std::string(name) == "HibernationWindowPosition")
+            value = hibernation;
+        lines += std::string("\t<") + name + " Value=\"" + value + "\"/>\r\n";
+    }
+    return lines;
+}
+
+}  // namespace
+
+TEST_F(OptionsFile, DefaultsAreWrittenWithEveryKeyInOrder)
+{
+    ASSERT_EQ(SaveOptions(), 1);
+    std::string expected =
+        "<?xml version='1.0'?>\r\n"
+        "<!--MAVU Video Capture Version 2.1-->\r\n"
+        "<Root>\r\n"
+        "\t<VideoNamePrefix Value=\"\"/>\r\n"
+        "\t<VideoDirectory Value=\"\"/>\r\n"
+        "\t<LogfileNamePrefix Value=\"\"/>\r\n"
+        "\t<LogfileDirectory Value=\"\"/>\r\n"
+        "\t<EventFileGlobalPrefix Value=\"\"/>\r\n"
+        "\t<DefaultDuration Value=\"\"/>\r\n"
+        "\t<EventPendingDisplay Value=\"COUNTDOWN\"/>\r\n"
+        "\t<PixelSaturationValue Value=\"-1\"/>\r\n" +
+        Windows("2147483647, 2147483647, 600, 460", "810, 420") +
+        "\t<DefaultVideoSource Value=\"\"/>\r\n"
+        "\t<RecordButtonsSpace Value=\"FALSE\"/>\r\n"
+        "\t<DisplayOffWhileRecording Value=\"FALSE\"/>\r\n"
+        "\t<RemoveFiltersWhileRecording Value=\"FALSE\"/>\r\n"
+        "\t<AutostartGPS Value=\"FALSE\"/>\r\n"
+        "\t<EnableVideoBrightnessContrast Value=\"FALSE\"/>\r\n"
+        "\t<DefaultRenderer Value=\"EVR\"/>\r\n"
+        "</Root>\r\n";
+    EXPECT_EQ(ReadFileBytes(folder_.File(L"MAVU_options_capture.xml")), expected);
+}
+
+TEST_F(OptionsFile, ListsAndConfigurationsAreWrittenBehindTheirKeys)
+{
+    options.ExcludedVideoSource = {L"Old Cam", L"Old Cam"};
+    wcscpy(options.DefaultVideoSource, L"USB 2861 Device");
+    options.DefaultRenderer = 7;  // outside 0 to 2: a single blank
+    CodecRecord codec{nullptr, L"Lagarith Lossless Codec"};
+    subtypeCodecPairs.push_back(new SubtypeCodecPair{SubtypeYUY2, &codec});
+
+    VideoSourceInfo source{};
+    wcscpy(source.name, L"USB 2861 Device");
+    source.hasConfiguration = 1;
+    source.deviceStandard = StandardPAL;
+    source.savedSubtype = SubtypeYUY2;
+    for (DeviceProperty* property :
+         {&source.brightness, &source.contrast, &source.hue, &source.saturation, &source.sharpness, &source.gain})
+        property->value = kNoValue;
+    source.brightness.value = 5000;
+    VideoFormat format{};
+    wcscpy(format.videoFormatName, L"720x576");
+    VideoFormatsByFrameRate group{};
+    wcscpy(group.frameRateText, L"25");
+    group.formats.push_back(&format);
+    source.frameRates.push_back(&group);
+    videoSources.push_back(&source);
+
+    ASSERT_EQ(SaveOptions(), 1);
+    videoSources.clear();
+    std::string bytes = ReadFileBytes(folder_.File(L"MAVU_options_capture.xml"));
+    EXPECT_NE(bytes.find("\t<DefaultVideoSource Value=\"USB 2861 Device\"/>\r\n"
+                         "\t<ExcludedVideoSource Value=\"Old Cam\"/>\r\n"
+                         "\t<ExcludedVideoSource Value=\"Old Cam\"/>\r\n"
+                         "\t<RecordButtonsSpace"),
+              std::string::npos)
+        << bytes;
+    EXPECT_NE(bytes.find("\t<DefaultRenderer Value=\" \"/>\r\n"
+                         "\t<VConfig Value=\"USB 2861 Device|25|720x576|YUY2|5000|-2147483648|-2147483648|"
+                         "-2147483648|-2147483648|-2147483648|PAL\"/>\r\n"
+                         "\t<SubtypeCodecPair Value=\"YUY2|Lagarith Lossless Codec\"/>\r\n"
+                         "</Root>\r\n"),
+              std::string::npos)
+        << bytes;
+}
+
+TEST_F(OptionsFile, SavedRecordLoadsBackTheSame)
+{
+    wcscpy(options.VideoNamePrefix, L"obs");
+    wcscpy(options.VideoDirectory, L"D:\\Video\\");
+    wcscpy(options.LogfileDirectory, L"D:\\Logs\\");
+    wcscpy(options.EventFileGlobalPrefix, L"SITE1");
+    wcscpy(options.DefaultDuration, L"00:02:30");
+    wcscpy(options.EventPendingDisplay, L"UTC");
+    options.PixelSaturationValue = 200;
+    options.windows[MainWindowKey].savedLeft = -8;
+    options.windows[MainWindowKey].savedTop = 12;
+    options.windows[MessageWindowKey].savedLeft = 30;
+    options.windows[MessageWindowKey].savedTop = 40;
+    options.messageWindowSavedWidth = 700;
+    options.messageWindowSavedHeight = 500;
+    options.ExcludedVideoSource = {L"A", L"B"};
+    options.AutostartGPS = 1;
+    options.DefaultRenderer = 1;
+    Options saved = options;
+    ASSERT_EQ(SaveOptions(), 1);
+
+    SetOptionDefaults(options, kWorkArea);
+    ASSERT_EQ(LoadOptions(), 1);
+    EXPECT_STREQ(options.VideoNamePrefix, saved.VideoNamePrefix);
+    EXPECT_STREQ(options.VideoDirectory, saved.VideoDirectory);
+    EXPECT_STREQ(options.LogfileDirectory, saved.LogfileDirectory);
+    EXPECT_STREQ(options.EventFileGlobalPrefix, saved.EventFileGlobalPrefix);
+    EXPECT_STREQ(options.DefaultDuration, saved.DefaultDuration);
+    EXPECT_STREQ(options.EventPendingDisplay, L"UTC");
+    EXPECT_EQ(options.PixelSaturationValue, 200);
+    for (int key = 0; key < WindowKeyCount; ++key) {
+        EXPECT_EQ(options.windows[key].savedLeft, saved.windows[key].savedLeft) << key;
+        EXPECT_EQ(options.windows[key].savedTop, saved.windows[key].savedTop) << key;
+    }
+    EXPECT_EQ(options.messageWindowSavedWidth, 700);
+    EXPECT_EQ(options.messageWindowSavedHeight, 500);
+    EXPECT_EQ(options.ExcludedVideoSource, saved.ExcludedVideoSource);
+    EXPECT_EQ(options.AutostartGPS, 1);
+    EXPECT_EQ(options.DefaultRenderer, 1);
+
+    ApplyLoadedOptions();
+    EXPECT_EQ(showUtcClock, 1);
+    EXPECT_EQ(rendererChoice, 1);
+    EXPECT_EQ(defaultDuration.wMinute, 2);
+    EXPECT_EQ(defaultDuration.wSecond, 30);
+}
+
+TEST_F(OptionsFile, ReadingRules)
+{
+    WriteOptions(
+        // Keys in any order, all on one line without whitespace nodes.
+        "<DefaultRenderer Value=\"VMR7\"/><VideoNamePrefix Value=\"first\"/><VideoNamePrefix Value=\"second\"/>"
+        // Lists add; the reader doesn't remove duplicates.
+        "<ExcludedVideoSource Value=\"Cam\"/><ExcludedVideoSource Value=\"Cam\"/>"
+        // Case matters; two attributes make an element unreadable; an
+        // attribute of another name still gives its value.
+        "<videonameprefix Value=\"lower\"/><LogfileNamePrefix Value=\"x\" Other=\"y\"/>"
+        "<EventFileGlobalPrefix V=\"named\"/><Unknown Value=\"1\"/>"
+        "<AutostartGPS Value=\"true\"/><RecordButtonsSpace Value=\"TRUE\"/>"
+        "<PixelSaturationValue Value=\"abc\"/><MainWindowPosition Value=\"12\"/>"
+        "<MessageWindowPosition Value=\"1, 2, 3\"/>");
+    ASSERT_EQ(LoadOptions(), 1);
+    EXPECT_EQ(options.DefaultRenderer, 2);
+    EXPECT_STREQ(options.VideoNamePrefix, L"second");
+    ASSERT_EQ(options.ExcludedVideoSource.size(), 2u);
+    EXPECT_STREQ(options.LogfileNamePrefix, L"");
+    EXPECT_STREQ(options.EventFileGlobalPrefix, L"named");
+    EXPECT_EQ(options.AutostartGPS, 0);
+    EXPECT_EQ(options.RecordButtonsSpace, 1);
+    EXPECT_EQ(options.PixelSaturationValue, -1);
+    EXPECT_EQ(options.windows[MainWindowKey].savedLeft, 12);
+    EXPECT_EQ(options.windows[MainWindowKey].savedTop, kNoPosition);
+    EXPECT_EQ(options.windows[MessageWindowKey].savedLeft, 1);
+    EXPECT_EQ(options.messageWindowSavedWidth, 3);
+    EXPECT_EQ(options.messageWindowSavedHeight, 460);
+}
+
+TEST_F(OptionsFile, FallbackNameIsReadAndNeverWritten)
+{
+    EXPECT_EQ(LoadOptions(), 0);
+
+    WriteOptions("<VideoNamePrefix Value=\"fallback\"/>", L"MAVU_options.xml");
+    ASSERT_EQ(LoadOptions(), 1);
+    EXPECT_STREQ(options.VideoNamePrefix, L"fallback");
+
+    // A damaged first file gives way to a good fallback, silently.
+    WriteFileBytes(folder_.File(L"MAVU_options_capture.xml"), "<Root><VideoNamePrefix Value=\"broken\"");
+    SetOptionDefaults(options, kWorkArea);
+    ASSERT_EQ(LoadOptions(), 1);
+    EXPECT_STREQ(options.VideoNamePrefix, L"fallback");
+    EXPECT_TRUE(TakeQueuedUserMessages().empty());
+
+    // The first save creates the first name; the fallback stays as it was.
+    std::string fallback = ReadFileBytes(folder_.File(L"MAVU_options.xml"));
+    ASSERT_EQ(SaveOptions(), 1);
+    EXPECT_EQ(ReadFileBytes(folder_.File(L"MAVU_options.xml")), fallback);
+    SetOptionDefaults(options, kWorkArea);
+    ASSERT_EQ(LoadOptions(), 1);
+    EXPECT_STREQ(options.VideoNamePrefix, L"fallback");
+}
+
+TEST_F(OptionsFile, ConfigurationsAndCodecPairsSplitAsStored)
+{
+    struct Case {
+        const wchar_t* value;
+        bool kept;
+        const wchar_t* standard;
+    };
+    const Case cases[] = {
+        {L"Cam|30|640x480|YUY2|1|2|3|4|5|6|NTSC", true, L"NTSC"},
+        {L"Cam|30|640x480|YUY2|1|2|3|4|5|6", false, nullptr},     // ten fields
+        {L"Cam|30|640x480|YUY2|1|2|3|4|5|6|", false, nullptr},    // empty eleventh
+        {L"Cam|30|640x480|YUY2|1|2|3|4|5|6|PAL|x", true, L"PAL|x"},  // the rest, bars included
+        {L"Cam||||||||||AUTO", true, L"AUTO"},                      // empty fields are fine
+        {L"", false, nullptr},
+        {L"no bars at all", false, nullptr},
+    };
+    for (const Case& c : cases) {
+        VideoConfiguration configuration{};
+        EXPECT_EQ(SplitVConfig(c.value, configuration), c.kept) << testing::PrintToString(c.value);
+        if (c.kept)
+            EXPECT_STREQ(configuration.standard, c.standard);
+    }
+
+    std::wstring subtype, codec;
+    EXPECT_TRUE(SplitSubtypeCodecPair(L"YUY2|Codec|with bar", subtype, codec));
+    EXPECT_EQ(subtype, L"YUY2");
+    EXPECT_EQ(codec, L"Codec|with bar");
+    EXPECT_FALSE(SplitSubtypeCodecPair(L"YUY2 Codec", subtype, codec));
+
+    CodecRecord installed{nullptr, L"Installed"};
+    installedCodecs.push_back(&installed);
+    WriteOptions("<SubtypeCodecPair Value=\"RGB24|Installed\"/><SubtypeCodecPair Value=\"YUY2|Missing\"/>"
+                 "<SubtypeCodecPair Value=\"YUY2|Missing\"/><SubtypeCodecPair Value=\"NoBar\"/>"
+                 "<VConfig Value=\"Cam|25|720x576|YUY2|X|2|3|4|5|6|PAL\"/>");
+    ASSERT_EQ(LoadOptions(), 1);
+    installedCodecs.clear();
+    ASSERT_EQ(subtypeCodecPairs.size(), 1u);
+    EXPECT_EQ(subtypeCodecPairs[0]->subtype, SubtypeRGB24);
+    EXPECT_EQ(subtypeCodecPairs[0]->codec, &installed);
+    std::vector<std::wstring> messages = TakeQueuedUserMessages();
+    ASSERT_EQ(messages.size(), 2u);  // one warning per missing codec, none for the pair without a bar
+    EXPECT_EQ(messages[0], L"WARNING: named codec in a Subtype / Codec pair is not installed on this computer\r\n");
+    ASSERT_EQ(videoConfigurations.size(), 1u);
+    EXPECT_STREQ(videoConfigurations[0]->brightness, L"X");
+
+    ApplyLoadedOptions();
+    ASSERT_EQ(workingSubtypeCodecPairs.size(), 1u);
+    EXPECT_NE(workingSubtypeCodecPairs[0], subtypeCodecPairs[0]);
+    EXPECT_EQ(workingSubtypeCodecPairs[0]->codec, &installed);
+}
+
+TEST_F(OptionsFile, DefaultDurationAndEventDisplayAfterLoad)
+{
+    // Empty text: the working 00:10:00 is written into the record.
+    WriteOptions("<DefaultDuration Value=\"\"/>");
+    ASSERT_EQ(LoadOptions(), 1);
+    ApplyLoadedOptions();
+    EXPECT_STREQ(options.DefaultDuration, L"00:10:00");
+    EXPECT_EQ(showUtcClock, 0);
+
+    SetOptionDefaults(options, kWorkArea);
+    WriteOptions("<DefaultDuration Value=\"01:02:03\"/><EventPendingDisplay Value=\"utc\"/>");
+    ASSERT_EQ(LoadOptions(), 1);
+    showUtcClock = 1;
+    ApplyLoadedOptions();
+    EXPECT_EQ(defaultDuration.wHour, 1);
+    EXPECT_EQ(defaultDuration.wMinute, 2);
+    EXPECT_EQ(defaultDuration.wSecond, 3);
+    EXPECT_EQ(showUtcClock, 0);  // only the exact "UTC" turns it on
+}
+
+TEST_F(OptionsFile, SaveFailsWholeWhenTextCannotBeNarrowOrTooLong)
+{
+    ASSERT_EQ(SaveOptions(), 1);
+    std::string before = ReadFileBytes(folder_.File(L"MAVU_options_capture.xml"));
+
+    // A device name in a script the narrow code page can't show.
+    wcscpy(options.DefaultVideoSource, L"\x041A\x0430\x043C\x0435\x0440\x0430");
+    EXPECT_EQ(SaveOptions(), 0);
+    EXPECT_EQ(ReadFileBytes(folder_.File(L"MAVU_options_capture.xml")), before);
+    EXPECT_EQ(SaveOptionsOrWarn(), 0);
+    std::vector<std::wstring> messages = TakeQueuedUserMessages();
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_EQ(messages[0], L"WARNING: cannot save MAVU_optionsVC.xml file in process directory - write protected?\r\n");
+
+    // More text than the 4,096 bytes the file may hold.
+    SetOptionDefaults(options, kWorkArea);
+    for (int i = 0; i < 40; ++i)
+        options.ExcludedVideoSource.push_back(std::wstring(100, L'a'));
+    EXPECT_EQ(SaveOptions(), 0);
+    EXPECT_EQ(ReadFileBytes(folder_.File(L"MAVU_options_capture.xml")), before);
+}
