@@ -1,0 +1,153 @@
+// Pins: the connection handshake (CBasePin), the receiving side with its
+// allocator (CBaseInputPin) and the delivering side that decides the
+// allocator with the downstream pin (CBaseOutputPin). Pins count their
+// references on their filter.
+#pragma once
+
+#include "filters/base_filter.h"
+#include "filters/media_type.h"
+
+class CBasePin : public CUnknown, public IPin, public IQualityControl {
+public:
+    CBasePin(const wchar_t* objectName, CBaseFilter* filter, CCritSec* lock, HRESULT* result, const wchar_t* name,
+             PIN_DIRECTION direction);
+    ~CBasePin() override;
+
+    DECLARE_IUNKNOWN
+    HRESULT STDMETHODCALLTYPE NonDelegatingQueryInterface(REFIID iid, void** object) override;
+    ULONG STDMETHODCALLTYPE NonDelegatingAddRef() override;
+    ULONG STDMETHODCALLTYPE NonDelegatingRelease() override;
+
+    // IPin
+    HRESULT STDMETHODCALLTYPE Connect(IPin* receivePin, const AM_MEDIA_TYPE* type) override;
+    HRESULT STDMETHODCALLTYPE ReceiveConnection(IPin* connector, const AM_MEDIA_TYPE* type) override;
+    HRESULT STDMETHODCALLTYPE Disconnect() override;
+    HRESULT STDMETHODCALLTYPE ConnectedTo(IPin** pin) override;
+    HRESULT STDMETHODCALLTYPE ConnectionMediaType(AM_MEDIA_TYPE* type) override;
+    HRESULT STDMETHODCALLTYPE QueryPinInfo(PIN_INFO* info) override;
+    HRESULT STDMETHODCALLTYPE QueryDirection(PIN_DIRECTION* direction) override;
+    HRESULT STDMETHODCALLTYPE QueryId(LPWSTR* id) override;
+    HRESULT STDMETHODCALLTYPE QueryAccept(const AM_MEDIA_TYPE* type) override;
+    HRESULT STDMETHODCALLTYPE EnumMediaTypes(IEnumMediaTypes** types) override;
+    HRESULT STDMETHODCALLTYPE QueryInternalConnections(IPin** pins, ULONG* count) override;
+    HRESULT STDMETHODCALLTYPE EndOfStream() override;
+    HRESULT STDMETHODCALLTYPE BeginFlush() override = 0;
+    HRESULT STDMETHODCALLTYPE EndFlush() override = 0;
+    HRESULT STDMETHODCALLTYPE NewSegment(REFERENCE_TIME start, REFERENCE_TIME stop, double rate) override;
+    // IQualityControl
+    HRESULT STDMETHODCALLTYPE Notify(IBaseFilter* sender, Quality quality) override;
+    HRESULT STDMETHODCALLTYPE SetSink(IQualityControl* sink) override;
+
+    // The pin's own rules.
+    virtual HRESULT CheckMediaType(const CMediaType* type) = 0;
+    virtual HRESULT SetMediaType(const CMediaType* type);
+    virtual HRESULT CheckConnect(IPin* pin);
+    virtual HRESULT BreakConnect();
+    virtual HRESULT CompleteConnect(IPin* receivePin);
+    // The types the pin offers, by position; VFW_S_NO_MORE_ITEMS past the end.
+    virtual HRESULT GetMediaType(int position, CMediaType* type);
+    virtual LONG GetMediaTypeVersion() { return m_TypeVersion; }
+    void IncrementTypeVersion() { InterlockedIncrement(&m_TypeVersion); }
+
+    // State changes of the filter, passed to each connected pin.
+    virtual HRESULT Active() { return S_OK; }
+    virtual HRESULT Inactive() { return S_OK; }
+    virtual HRESULT Run(REFERENCE_TIME start) { return S_OK; }
+
+    bool IsConnected() const { return m_Connected != nullptr; }
+    IPin* GetConnected() const { return m_Connected; }
+    bool IsStopped() const { return m_pFilter->IsStopped(); }
+    const wchar_t* Name() const { return m_pName; }
+    const CMediaType& CurrentMediaType() const { return m_mt; }
+    CBaseFilter* Filter() const { return m_pFilter; }
+
+protected:
+    HRESULT AgreeMediaType(IPin* receivePin, const CMediaType* type);
+    HRESULT TryMediaTypes(IPin* receivePin, const CMediaType* partial, IEnumMediaTypes* types);
+    HRESULT AttemptConnection(IPin* receivePin, const CMediaType* type);
+    HRESULT DisconnectInternal();
+
+    wchar_t* m_pName = nullptr;
+    IPin* m_Connected = nullptr;
+    PIN_DIRECTION m_dir;
+    CCritSec* m_pLock;
+    bool m_bRunTimeError = false;
+    // Offer our own types before the receiving pin's when agreeing a type.
+    bool m_bTryMyTypesFirst = false;
+    CBaseFilter* m_pFilter;
+    IQualityControl* m_pQSink = nullptr;
+    volatile LONG m_TypeVersion = 1;
+    CMediaType m_mt;
+    REFERENCE_TIME m_tStart = 0;
+    REFERENCE_TIME m_tStop = 0;
+    double m_dRate = 1.0;
+};
+
+class CBaseInputPin : public CBasePin, public IMemInputPin {
+public:
+    CBaseInputPin(const wchar_t* objectName, CBaseFilter* filter, CCritSec* lock, HRESULT* result, const wchar_t* name);
+    ~CBaseInputPin() override;
+
+    DECLARE_IUNKNOWN
+    HRESULT STDMETHODCALLTYPE NonDelegatingQueryInterface(REFIID iid, void** object) override;
+
+    // IMemInputPin
+    HRESULT STDMETHODCALLTYPE GetAllocator(IMemAllocator** allocator) override;
+    HRESULT STDMETHODCALLTYPE NotifyAllocator(IMemAllocator* allocator, BOOL readOnly) override;
+    HRESULT STDMETHODCALLTYPE GetAllocatorRequirements(ALLOCATOR_PROPERTIES* properties) override;
+    HRESULT STDMETHODCALLTYPE Receive(IMediaSample* sample) override;
+    HRESULT STDMETHODCALLTYPE ReceiveMultiple(IMediaSample** samples, long count, long* processed) override;
+    HRESULT STDMETHODCALLTYPE ReceiveCanBlock() override;
+
+    HRESULT STDMETHODCALLTYPE BeginFlush() override;
+    HRESULT STDMETHODCALLTYPE EndFlush() override;
+
+    HRESULT BreakConnect() override;
+    HRESULT Inactive() override;
+    // Whether samples may be received now: S_OK, S_FALSE while flushing, or
+    // the error that refuses them.
+    virtual HRESULT CheckStreaming();
+    bool IsFlushing() const { return m_bFlushing; }
+    bool IsReadOnly() const { return m_bReadOnly; }
+
+protected:
+    IMemAllocator* m_pAllocator = nullptr;
+    bool m_bReadOnly = false;
+    bool m_bFlushing = false;
+};
+
+class CBaseOutputPin : public CBasePin {
+public:
+    CBaseOutputPin(const wchar_t* objectName, CBaseFilter* filter, CCritSec* lock, HRESULT* result, const wchar_t* name);
+    ~CBaseOutputPin() override;
+
+    HRESULT CheckConnect(IPin* pin) override;
+    HRESULT CompleteConnect(IPin* receivePin) override;
+    HRESULT BreakConnect() override;
+    HRESULT Active() override;
+    HRESULT Inactive() override;
+
+    // Output pins receive none of these.
+    HRESULT STDMETHODCALLTYPE EndOfStream() override { return E_UNEXPECTED; }
+    HRESULT STDMETHODCALLTYPE BeginFlush() override { return E_UNEXPECTED; }
+    HRESULT STDMETHODCALLTYPE EndFlush() override { return E_UNEXPECTED; }
+
+    // The downstream pin's allocator first, the platform's memory allocator
+    // second; the derived pin sets the buffer sizes.
+    virtual HRESULT DecideAllocator(IMemInputPin* pin, IMemAllocator** allocator);
+    virtual HRESULT DecideBufferSize(IMemAllocator* allocator, ALLOCATOR_PROPERTIES* properties) = 0;
+    virtual HRESULT InitAllocator(IMemAllocator** allocator);
+
+    virtual HRESULT GetDeliveryBuffer(IMediaSample** sample, REFERENCE_TIME* start, REFERENCE_TIME* stop, DWORD flags);
+    virtual HRESULT Deliver(IMediaSample* sample);
+    virtual HRESULT DeliverEndOfStream();
+    virtual HRESULT DeliverBeginFlush();
+    virtual HRESULT DeliverEndFlush();
+    virtual HRESULT DeliverNewSegment(REFERENCE_TIME start, REFERENCE_TIME stop, double rate);
+
+    IMemAllocator* Allocator() const { return m_pAllocator; }
+
+protected:
+    IMemAllocator* m_pAllocator = nullptr;
+    IMemInputPin* m_pInputPin = nullptr;
+};

@@ -1,0 +1,298 @@
+#include "filters/transform_filter.h"
+
+#include <new>
+
+// ------------------------------------------------------ CTransformInputPin
+
+CTransformInputPin::CTransformInputPin(const wchar_t* objectName, CTransformFilter* filter, HRESULT* result,
+                                       const wchar_t* name)
+    : CBaseInputPin(objectName, filter, &filter->m_csFilter, result, name), transform_(filter)
+{
+}
+
+HRESULT CTransformInputPin::CheckConnect(IPin* pin)
+{
+    HRESULT hr = transform_->CheckConnect(PINDIR_INPUT, pin);
+    if (FAILED(hr))
+        return hr;
+    return CBaseInputPin::CheckConnect(pin);
+}
+
+HRESULT CTransformInputPin::BreakConnect()
+{
+    transform_->BreakConnect(PINDIR_INPUT);
+    return CBaseInputPin::BreakConnect();
+}
+
+HRESULT CTransformInputPin::CompleteConnect(IPin* receivePin)
+{
+    HRESULT hr = transform_->CompleteConnect(PINDIR_INPUT, receivePin);
+    if (FAILED(hr))
+        return hr;
+    return CBaseInputPin::CompleteConnect(receivePin);
+}
+
+HRESULT CTransformInputPin::CheckMediaType(const CMediaType* type)
+{
+    HRESULT hr = transform_->CheckInputType(type);
+    if (hr != S_OK)
+        return hr;
+    // With the output already connected the pair has to agree.
+    if (transform_->m_pOutput && transform_->m_pOutput->IsConnected())
+        return transform_->CheckTransform(type, &transform_->m_pOutput->MediaType());
+    return S_OK;
+}
+
+HRESULT CTransformInputPin::SetMediaType(const CMediaType* type)
+{
+    HRESULT hr = CBaseInputPin::SetMediaType(type);
+    if (FAILED(hr))
+        return hr;
+    return transform_->SetMediaType(PINDIR_INPUT, type);
+}
+
+HRESULT CTransformInputPin::CheckStreaming()
+{
+    if (!transform_->m_pOutput || !transform_->m_pOutput->IsConnected())
+        return VFW_E_NOT_CONNECTED;
+    return CBaseInputPin::CheckStreaming();
+}
+
+HRESULT STDMETHODCALLTYPE CTransformInputPin::Receive(IMediaSample* sample)
+{
+    CAutoLock lock(&transform_->m_csReceive);
+    HRESULT hr = CBaseInputPin::Receive(sample);
+    if (hr != S_OK)
+        return hr;
+    return transform_->Receive(sample);
+}
+
+HRESULT STDMETHODCALLTYPE CTransformInputPin::EndOfStream()
+{
+    CAutoLock lock(&transform_->m_csReceive);
+    HRESULT hr = CheckStreaming();
+    if (hr != S_OK)
+        return hr;
+    return transform_->EndOfStream();
+}
+
+HRESULT STDMETHODCALLTYPE CTransformInputPin::BeginFlush()
+{
+    CAutoLock lock(&transform_->m_csFilter);
+    if (!IsConnected() || !transform_->m_pOutput || !transform_->m_pOutput->IsConnected())
+        return VFW_E_NOT_CONNECTED;
+    HRESULT hr = CBaseInputPin::BeginFlush();
+    if (FAILED(hr))
+        return hr;
+    return transform_->BeginFlush();
+}
+
+HRESULT STDMETHODCALLTYPE CTransformInputPin::EndFlush()
+{
+    CAutoLock lock(&transform_->m_csFilter);
+    if (!IsConnected() || !transform_->m_pOutput || !transform_->m_pOutput->IsConnected())
+        return VFW_E_NOT_CONNECTED;
+    HRESULT hr = transform_->EndFlush();
+    if (FAILED(hr))
+        return hr;
+    return CBaseInputPin::EndFlush();
+}
+
+HRESULT STDMETHODCALLTYPE CTransformInputPin::NewSegment(REFERENCE_TIME start, REFERENCE_TIME stop, double rate)
+{
+    CBasePin::NewSegment(start, stop, rate);
+    return transform_->NewSegment(start, stop, rate);
+}
+
+// ----------------------------------------------------- CTransformOutputPin
+
+CTransformOutputPin::CTransformOutputPin(const wchar_t* objectName, CTransformFilter* filter, HRESULT* result,
+                                         const wchar_t* name)
+    : CBaseOutputPin(objectName, filter, &filter->m_csFilter, result, name), transform_(filter)
+{
+}
+
+HRESULT CTransformOutputPin::CheckConnect(IPin* pin)
+{
+    // The output type is derived from the input's, so the input comes first.
+    if (!transform_->m_pInput || !transform_->m_pInput->IsConnected())
+        return E_UNEXPECTED;
+    HRESULT hr = transform_->CheckConnect(PINDIR_OUTPUT, pin);
+    if (FAILED(hr))
+        return hr;
+    return CBaseOutputPin::CheckConnect(pin);
+}
+
+HRESULT CTransformOutputPin::BreakConnect()
+{
+    transform_->BreakConnect(PINDIR_OUTPUT);
+    return CBaseOutputPin::BreakConnect();
+}
+
+HRESULT CTransformOutputPin::CompleteConnect(IPin* receivePin)
+{
+    HRESULT hr = transform_->CompleteConnect(PINDIR_OUTPUT, receivePin);
+    if (FAILED(hr))
+        return hr;
+    return CBaseOutputPin::CompleteConnect(receivePin);
+}
+
+HRESULT CTransformOutputPin::CheckMediaType(const CMediaType* type)
+{
+    if (!transform_->m_pInput || !transform_->m_pInput->IsConnected())
+        return E_INVALIDARG;
+    return transform_->CheckTransform(&transform_->m_pInput->MediaType(), type);
+}
+
+HRESULT CTransformOutputPin::SetMediaType(const CMediaType* type)
+{
+    HRESULT hr = CBaseOutputPin::SetMediaType(type);
+    if (FAILED(hr))
+        return hr;
+    return transform_->SetMediaType(PINDIR_OUTPUT, type);
+}
+
+HRESULT CTransformOutputPin::GetMediaType(int position, CMediaType* type)
+{
+    if (!transform_->m_pInput || !transform_->m_pInput->IsConnected())
+        return VFW_S_NO_MORE_ITEMS;
+    return transform_->GetMediaType(position, type);
+}
+
+HRESULT CTransformOutputPin::DecideBufferSize(IMemAllocator* allocator, ALLOCATOR_PROPERTIES* properties)
+{
+    return transform_->DecideBufferSize(allocator, properties);
+}
+
+// -------------------------------------------------------- CTransformFilter
+
+CTransformFilter::CTransformFilter(const wchar_t* name, IUnknown* owner, REFCLSID clsid)
+    : CBaseFilter(name, owner, &m_csFilter, clsid)
+{
+}
+
+CTransformFilter::~CTransformFilter()
+{
+    delete m_pInput;
+    delete m_pOutput;
+}
+
+CBasePin* CTransformFilter::GetPin(int n)
+{
+    // Both pins are made together on first demand.
+    if (!m_pInput) {
+        HRESULT hr = S_OK;
+        m_pInput = new (std::nothrow) CTransformInputPin(L"Transform input pin", this, &hr, L"XForm In");
+        if (!m_pInput)
+            return nullptr;
+        m_pOutput = new (std::nothrow) CTransformOutputPin(L"Transform output pin", this, &hr, L"XForm Out");
+        if (!m_pOutput) {
+            delete m_pInput;
+            m_pInput = nullptr;
+            return nullptr;
+        }
+    }
+    if (n == 0)
+        return m_pInput;
+    if (n == 1)
+        return m_pOutput;
+    return nullptr;
+}
+
+HRESULT STDMETHODCALLTYPE CTransformFilter::Stop()
+{
+    CAutoLock lock(&m_csFilter);
+    if (m_State == State_Stopped)
+        return S_OK;
+    if (!m_pInput || !m_pInput->IsConnected() || !m_pOutput->IsConnected()) {
+        m_State = State_Stopped;
+        m_bEOSDelivered = false;
+        return S_OK;
+    }
+    // Decommitting the input's allocator first releases a streaming thread
+    // that waits for a buffer; the receive lock then waits for one that is
+    // inside Transform.
+    m_pInput->Inactive();
+    CAutoLock receiveLock(&m_csReceive);
+    m_pOutput->Inactive();
+    HRESULT hr = StopStreaming();
+    if (SUCCEEDED(hr)) {
+        m_State = State_Stopped;
+        m_bEOSDelivered = false;
+    }
+    return hr;
+}
+
+HRESULT STDMETHODCALLTYPE CTransformFilter::Pause()
+{
+    CAutoLock lock(&m_csFilter);
+    HRESULT hr = S_OK;
+    if (m_State == State_Paused)
+        return S_OK;
+    if (!m_pInput || !m_pInput->IsConnected()) {
+        // Nothing will come in: tell downstream at once that nothing will
+        // come out either.
+        if (m_pOutput && m_pOutput->IsConnected() && !m_bEOSDelivered) {
+            m_pOutput->DeliverEndOfStream();
+            m_bEOSDelivered = true;
+        }
+    } else if (!m_pOutput->IsConnected()) {
+        // Nowhere to deliver: samples are refused by the input pin.
+    } else if (m_State == State_Stopped) {
+        CAutoLock receiveLock(&m_csReceive);
+        hr = StartStreaming();
+    }
+    if (SUCCEEDED(hr)) {
+        if (m_State == State_Stopped) {
+            m_bSampleSkipped = false;
+            m_skipped = 0;
+        }
+        hr = CBaseFilter::Pause();
+    }
+    return hr;
+}
+
+HRESULT CTransformFilter::Receive(IMediaSample* sample)
+{
+    IMediaSample* out = nullptr;
+    HRESULT hr = m_pOutput->GetDeliveryBuffer(&out, nullptr, nullptr, 0);
+    if (FAILED(hr))
+        return hr;
+    hr = Transform(sample, out);
+    if (hr == S_OK) {
+        if (m_bSampleSkipped) {
+            out->SetDiscontinuity(TRUE);
+            m_bSampleSkipped = false;
+        }
+        hr = m_pOutput->Deliver(out);
+    } else if (hr == S_FALSE) {
+        // Not an error: the frame is dropped on purpose.
+        m_bSampleSkipped = true;
+        InterlockedIncrement(&m_skipped);
+        hr = S_OK;
+    } else {
+        NotifyEvent(EC_ERRORABORT, hr, 0);
+    }
+    out->Release();
+    return hr;
+}
+
+HRESULT CTransformFilter::EndOfStream()
+{
+    return m_pOutput->DeliverEndOfStream();
+}
+
+HRESULT CTransformFilter::BeginFlush()
+{
+    return m_pOutput->DeliverBeginFlush();
+}
+
+HRESULT CTransformFilter::EndFlush()
+{
+    return m_pOutput->DeliverEndFlush();
+}
+
+HRESULT CTransformFilter::NewSegment(REFERENCE_TIME start, REFERENCE_TIME stop, double rate)
+{
+    return m_pOutput->DeliverNewSegment(start, stop, rate);
+}
