@@ -6,7 +6,7 @@ packages=(
     cmake ninja-build g++-mingw-w64-x86-64-posix
     wine wine64
     xvfb x11-utils imagemagick
-    googletest
+    googletest ffmpeg socat
 )
 missing=()
 for package in "${packages[@]}"; do

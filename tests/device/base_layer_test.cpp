@@ -1,0 +1,217 @@
+// The filter base layer in real graphs: a test transform between a
+// synthetic camera and a test sink, both built on the layer.
+#include "device/graph_helpers.h"
+#include "device/test_filters.h"
+#include "filters/enumerators.h"
+
+#include <gtest/gtest.h>
+
+using namespace devicetest;
+
+namespace {
+
+struct Chain {
+    ComPtr<IGraphBuilder> graph;
+    ComPtr<IBaseFilter> device;
+    TestTransform* transform = nullptr;
+    TestSink* sink = nullptr;
+};
+
+// The test filters are held by the test (one reference each) as the program
+// holds its own filters; the graph adds its references.
+HRESULT BuildChain(Chain& chain, const std::wstring& deviceName)
+{
+    HRESULT hr = CoCreateInstance(CLSID_FilterGraph, nullptr, CLSCTX_INPROC_SERVER, IID_IGraphBuilder,
+                                  chain.graph.PutVoid());
+    if (FAILED(hr))
+        return hr;
+    chain.device = BindDevice(deviceName);
+    if (!chain.device)
+        return E_FAIL;
+    chain.graph->AddFilter(chain.device.Get(), L"Camera");
+    chain.graph->AddFilter(chain.transform, L"Transform");
+    chain.graph->AddFilter(chain.sink, L"Sink");
+    hr = chain.graph->ConnectDirect(FindPin(chain.device.Get(), L"Capture").Get(),
+                                    FindPin(chain.transform, L"XForm In").Get(), nullptr);
+    if (FAILED(hr))
+        return hr;
+    return chain.graph->ConnectDirect(FindPin(chain.transform, L"XForm Out").Get(),
+                                      FindPin(chain.sink, L"In").Get(), nullptr);
+}
+
+void RunFor(IGraphBuilder* graph, DWORD ms)
+{
+    ComPtr<IMediaControl> control;
+    ASSERT_EQ(graph->QueryInterface(IID_IMediaControl, control.PutVoid()), S_OK);
+    ASSERT_TRUE(SUCCEEDED(control->Run()));
+    Sleep(ms);
+    ASSERT_TRUE(SUCCEEDED(control->Stop()));
+}
+
+}  // namespace
+
+TEST(BaseLayer, TransformDeliversChangedFramesAndDropsSkippedOnes)
+{
+    SyntheticDevices devices;
+    ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
+    LONG objectsBefore = CBaseObject::ObjectsActive();
+    {
+        Chain chain;
+        chain.transform = new TestTransform;
+        chain.sink = new TestSink;
+        chain.transform->NonDelegatingAddRef();
+        chain.sink->NonDelegatingAddRef();
+        ASSERT_EQ(BuildChain(chain, L"Cam"), S_OK);
+
+        // The output type is the input type.
+        AM_MEDIA_TYPE in = {}, out = {};
+        ASSERT_EQ(FindPin(chain.transform, L"XForm In")->ConnectionMediaType(&in), S_OK);
+        ASSERT_EQ(FindPin(chain.transform, L"XForm Out")->ConnectionMediaType(&out), S_OK);
+        EXPECT_EQ(CMediaType(in), CMediaType(out));
+        EXPECT_EQ(in.subtype, MEDIASUBTYPE_YUY2);
+        FreeMediaType(in);
+        FreeMediaType(out);
+
+        chain.transform->lift = 10;
+        RunFor(chain.graph.Get(), 1500);
+        std::vector<ReceivedFrame> lifted = chain.sink->Frames();
+        ASSERT_GE(lifted.size(), 20u);
+        for (const ReceivedFrame& frame : lifted) {
+            EXPECT_GE(frame.probe, synthcam::kBackgroundLevel - 2 + 10);
+            EXPECT_LE(frame.probe, synthcam::kBackgroundLevel + 2 + 10);
+        }
+        for (size_t i = 1; i < lifted.size(); ++i)
+            EXPECT_GT(lifted[i].stamp.counter, lifted[i - 1].stamp.counter);
+
+        chain.sink->Clear();
+        chain.transform->lift = 0;
+        chain.transform->dropOdd = true;
+        RunFor(chain.graph.Get(), 1500);
+        std::vector<ReceivedFrame> kept = chain.sink->Frames();
+        ASSERT_GE(kept.size(), 10u);
+        for (size_t i = 0; i < kept.size(); ++i) {
+            EXPECT_EQ(kept[i].stamp.counter % 2, 0u) << "frame " << kept[i].stamp.counter << " passed";
+            EXPECT_LE(kept[i].probe, synthcam::kBackgroundLevel + 2);
+            // Each frame delivered after a skipped one says so.
+            if (i > 0)
+                EXPECT_TRUE(kept[i].discontinuity);
+        }
+        EXPECT_GE(chain.transform->SkippedSamples(), static_cast<LONG>(kept.size()) - 2);
+
+        // Torn down: the graph gives back every reference it took.
+        chain.graph->RemoveFilter(chain.device.Get());
+        chain.graph->RemoveFilter(chain.transform);
+        chain.graph->RemoveFilter(chain.sink);
+        chain.graph.Reset();
+        EXPECT_EQ(ReferenceCount(chain.device.Get()), 1u);
+        EXPECT_EQ(chain.transform->NonDelegatingRelease(), 0u);
+        EXPECT_EQ(chain.sink->NonDelegatingRelease(), 0u);
+    }
+    EXPECT_EQ(CBaseObject::ObjectsActive(), objectsBefore);
+}
+
+TEST(BaseLayer, RefusedTypesNeverConnect)
+{
+    SyntheticDevices devices;
+    ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
+    Chain chain;
+    chain.transform = new TestTransform;
+    chain.sink = new TestSink;
+    chain.transform->NonDelegatingAddRef();
+    chain.sink->NonDelegatingAddRef();
+    ASSERT_EQ(CoCreateInstance(CLSID_FilterGraph, nullptr, CLSCTX_INPROC_SERVER, IID_IGraphBuilder,
+                               chain.graph.PutVoid()),
+              S_OK);
+    chain.device = BindDevice(L"Cam");
+    ASSERT_TRUE(chain.device);
+    ASSERT_EQ(SelectFormat(chain.device.Get(), MEDIASUBTYPE_RGB24, 640, 480), S_OK);
+    chain.graph->AddFilter(chain.device.Get(), L"Camera");
+    chain.graph->AddFilter(chain.transform, L"Transform");
+    ComPtr<IPin> capture = FindPin(chain.device.Get(), L"Capture");
+    ComPtr<IPin> input = FindPin(chain.transform, L"XForm In");
+    EXPECT_TRUE(FAILED(chain.graph->ConnectDirect(capture.Get(), input.Get(), nullptr)));
+    ComPtr<IPin> connected;
+    EXPECT_EQ(input->ConnectedTo(connected.Put()), VFW_E_NOT_CONNECTED);
+
+    AM_MEDIA_TYPE* rgb = nullptr;
+    ComPtr<IAMStreamConfig> config;
+    ASSERT_EQ(capture->QueryInterface(IID_IAMStreamConfig, config.PutVoid()), S_OK);
+    ASSERT_EQ(config->GetFormat(&rgb), S_OK);
+    EXPECT_EQ(input->QueryAccept(rgb), S_FALSE);
+    rgb->subtype = MEDIASUBTYPE_YUY2;
+    EXPECT_EQ(input->QueryAccept(rgb), S_OK);
+    DeleteMediaType(rgb);
+
+    // An output pin can't connect before its input has a type to derive from.
+    chain.graph->AddFilter(chain.sink, L"Sink");
+    EXPECT_TRUE(FAILED(chain.graph->ConnectDirect(FindPin(chain.transform, L"XForm Out").Get(),
+                                                  FindPin(chain.sink, L"In").Get(), nullptr)));
+    chain.graph.Reset();
+    chain.transform->NonDelegatingRelease();
+    chain.sink->NonDelegatingRelease();
+}
+
+TEST(BaseLayer, EnumeratorsWalkSkipResetAndClone)
+{
+    SyntheticDevices devices;
+    ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
+    auto* transform = new TestTransform;
+    transform->NonDelegatingAddRef();
+    {
+        ComPtr<IEnumPins> pins;
+        ASSERT_EQ(transform->EnumPins(pins.Put()), S_OK);
+        IPin* got[3] = {};
+        ULONG fetched = 0;
+        EXPECT_EQ(pins->Next(3, got, &fetched), S_FALSE);
+        EXPECT_EQ(fetched, 2u);
+        for (ULONG i = 0; i < fetched; ++i)
+            got[i]->Release();
+        EXPECT_EQ(pins->Next(1, got, nullptr), S_FALSE);
+        EXPECT_EQ(pins->Reset(), S_OK);
+        EXPECT_EQ(pins->Skip(1), S_OK);
+        ComPtr<IEnumPins> clone;
+        ASSERT_EQ(pins->Clone(clone.Put()), S_OK);
+        ComPtr<IPin> second;
+        ASSERT_EQ(clone->Next(1, second.Put(), nullptr), S_OK);
+        PIN_INFO info;
+        ASSERT_EQ(second->QueryPinInfo(&info), S_OK);
+        info.pFilter->Release();
+        EXPECT_STREQ(info.achName, L"XForm Out");
+        EXPECT_EQ(info.dir, PINDIR_OUTPUT);
+        EXPECT_EQ(pins->Skip(2), S_FALSE);
+        EXPECT_EQ(clone->Skip(1), S_FALSE);
+    }
+    {
+        ComPtr<IBaseFilter> device = BindDevice(L"Cam");
+        ASSERT_TRUE(device);
+        ComPtr<IEnumMediaTypes> types;
+        ASSERT_EQ(FindPin(device.Get(), L"Capture")->EnumMediaTypes(types.Put()), S_OK);
+        AM_MEDIA_TYPE* got[10] = {};
+        ULONG fetched = 0;
+        ASSERT_EQ(types->Next(4, got, &fetched), S_OK);
+        EXPECT_EQ(fetched, 4u);
+        for (ULONG i = 0; i < fetched; ++i)
+            DeleteMediaType(got[i]);
+        EXPECT_EQ(types->Skip(3), S_OK);
+        ComPtr<IEnumMediaTypes> clone;
+        ASSERT_EQ(types->Clone(clone.Put()), S_OK);
+        EXPECT_EQ(types->Next(5, got, &fetched), S_FALSE);
+        EXPECT_EQ(fetched, 3u);
+        for (ULONG i = 0; i < fetched; ++i)
+            DeleteMediaType(got[i]);
+        ASSERT_EQ(clone->Next(1, got, nullptr), S_OK);
+        EXPECT_EQ(got[0]->subtype, MEDIASUBTYPE_ARGB32);  // the eighth format listed
+        DeleteMediaType(got[0]);
+        EXPECT_EQ(types->Reset(), S_OK);
+        ASSERT_EQ(types->Next(1, got, nullptr), S_OK);
+        EXPECT_EQ(got[0]->subtype, MEDIASUBTYPE_YUY2);
+        DeleteMediaType(got[0]);
+    }
+    // An unconnected transform offers no output type.
+    ComPtr<IEnumMediaTypes> none;
+    ASSERT_EQ(FindPin(transform, L"XForm Out")->EnumMediaTypes(none.Put()), S_OK);
+    AM_MEDIA_TYPE* type = nullptr;
+    EXPECT_EQ(none->Next(1, &type, nullptr), S_FALSE);
+    none.Reset();
+    EXPECT_EQ(transform->NonDelegatingRelease(), 0u);
+}

@@ -1,0 +1,149 @@
+#include "device/graph_helpers.h"
+
+#include "tools/synthcam/registry.h"
+
+#include <windows.h>
+
+namespace devicetest {
+
+const CLSID CLSID_NullRendererFilter = {0xc1f400a4, 0x3f08, 0x11d3, {0x9f, 0x0b, 0x00, 0x60, 0x08, 0x03, 0x9e, 0x37}};
+
+std::vector<std::wstring> DeviceNames()
+{
+    std::vector<std::wstring> names;
+    ComPtr<ICreateDevEnum> devices;
+    if (FAILED(CoCreateInstance(CLSID_SystemDeviceEnum, nullptr, CLSCTX_INPROC_SERVER, IID_ICreateDevEnum,
+                                devices.PutVoid())))
+        return names;
+    ComPtr<IEnumMoniker> monikers;
+    if (devices->CreateClassEnumerator(CLSID_VideoInputDeviceCategory, monikers.Put(), 0) != S_OK)
+        return names;
+    ComPtr<IMoniker> moniker;
+    while (monikers->Next(1, moniker.Put(), nullptr) == S_OK) {
+        ComPtr<IPropertyBag> bag;
+        if (FAILED(moniker->BindToStorage(nullptr, nullptr, IID_IPropertyBag, bag.PutVoid())))
+            continue;
+        VARIANT name;
+        VariantInit(&name);
+        if (SUCCEEDED(bag->Read(L"FriendlyName", &name, nullptr)) && name.vt == VT_BSTR)
+            names.push_back(name.bstrVal);
+        VariantClear(&name);
+    }
+    return names;
+}
+
+ComPtr<IBaseFilter> BindDevice(const std::wstring& wanted)
+{
+    ComPtr<ICreateDevEnum> devices;
+    if (FAILED(CoCreateInstance(CLSID_SystemDeviceEnum, nullptr, CLSCTX_INPROC_SERVER, IID_ICreateDevEnum,
+                                devices.PutVoid())))
+        return {};
+    ComPtr<IEnumMoniker> monikers;
+    if (devices->CreateClassEnumerator(CLSID_VideoInputDeviceCategory, monikers.Put(), 0) != S_OK)
+        return {};
+    ComPtr<IMoniker> moniker;
+    while (monikers->Next(1, moniker.Put(), nullptr) == S_OK) {
+        ComPtr<IPropertyBag> bag;
+        if (FAILED(moniker->BindToStorage(nullptr, nullptr, IID_IPropertyBag, bag.PutVoid())))
+            continue;
+        VARIANT name;
+        VariantInit(&name);
+        bool match = SUCCEEDED(bag->Read(L"FriendlyName", &name, nullptr)) && name.vt == VT_BSTR &&
+                     wanted == name.bstrVal;
+        VariantClear(&name);
+        if (!match)
+            continue;
+        ComPtr<IBaseFilter> filter;
+        moniker->BindToObject(nullptr, nullptr, IID_IBaseFilter, filter.PutVoid());
+        return filter;
+    }
+    return {};
+}
+
+ComPtr<IPin> FindPin(IBaseFilter* filter, const wchar_t* name)
+{
+    ComPtr<IEnumPins> pins;
+    if (FAILED(filter->EnumPins(pins.Put())))
+        return {};
+    ComPtr<IPin> pin;
+    while (pins->Next(1, pin.Put(), nullptr) == S_OK) {
+        PIN_INFO info;
+        if (SUCCEEDED(pin->QueryPinInfo(&info))) {
+            if (info.pFilter)
+                info.pFilter->Release();
+            if (wcscmp(info.achName, name) == 0)
+                return pin;
+        }
+    }
+    return {};
+}
+
+ComPtr<IBaseFilter> CreateFilter(REFCLSID clsid)
+{
+    ComPtr<IBaseFilter> filter;
+    CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IBaseFilter, filter.PutVoid());
+    return filter;
+}
+
+std::string WorkFolder(const std::string& name)
+{
+    std::string folder = std::string("Z:") + MAVU_BINARY_DIR_UNIX + "/device-work";
+    CreateDirectoryA(folder.c_str(), nullptr);
+    folder += "/" + name;
+    CreateDirectoryA(folder.c_str(), nullptr);
+    return folder;
+}
+
+HRESULT SelectFormat(IBaseFilter* device, REFGUID subtype, int width, int height)
+{
+    ComPtr<IAMStreamConfig> config;
+    HRESULT hr = device->QueryInterface(IID_IAMStreamConfig, config.PutVoid());
+    if (FAILED(hr))
+        return hr;
+    int count = 0, size = 0;
+    config->GetNumberOfCapabilities(&count, &size);
+    for (int i = 0; i < count; ++i) {
+        AM_MEDIA_TYPE* type = nullptr;
+        VIDEO_STREAM_CONFIG_CAPS caps;
+        if (config->GetStreamCaps(i, &type, reinterpret_cast<BYTE*>(&caps)) != S_OK)
+            continue;
+        const auto* info = reinterpret_cast<const VIDEOINFOHEADER*>(type->pbFormat);
+        bool match = type->subtype == subtype && info->bmiHeader.biWidth == width &&
+                     std::abs(info->bmiHeader.biHeight) == height;
+        if (match)
+            hr = config->SetFormat(type);
+        CoTaskMemFree(type->pbFormat);
+        CoTaskMemFree(type);
+        if (match)
+            return hr;
+    }
+    return E_INVALIDARG;
+}
+
+ULONG ReferenceCount(IUnknown* object)
+{
+    object->AddRef();
+    return object->Release();
+}
+
+SyntheticDevices::SyntheticDevices()
+{
+    synthcam::RemoveAllDevices();
+}
+
+SyntheticDevices::~SyntheticDevices()
+{
+    synthcam::RemoveAllDevices();
+}
+
+bool SyntheticDevices::Add(const std::wstring& name, const std::wstring& profile, const std::wstring& signal)
+{
+    return SUCCEEDED(synthcam::AddDevice(name, profile, signal, synthcam::DllBesideProgram()));
+}
+
+bool SyntheticDevices::Remove(const std::wstring& name)
+{
+    return synthcam::RemoveDevice(name) == S_OK;
+}
+
+}  // namespace devicetest

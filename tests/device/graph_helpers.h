@@ -1,0 +1,42 @@
+// Graph-building conveniences for the device tests: synthetic devices by
+// name, pins by name, and a folder for recorded files that Unix tools can
+// read.
+#pragma once
+
+#include "app/com_ptr.h"
+
+#include <dshow.h>
+
+#include <string>
+#include <vector>
+
+namespace devicetest {
+
+// {C1F400A4-3F08-11D3-9F0B-006008039E37}
+extern const CLSID CLSID_NullRendererFilter;
+
+// Friendly names of the video input devices, as the system device
+// enumerator lists them.
+std::vector<std::wstring> DeviceNames();
+// The capture filter of the first device of that name.
+ComPtr<IBaseFilter> BindDevice(const std::wstring& name);
+ComPtr<IPin> FindPin(IBaseFilter* filter, const wchar_t* name);
+ComPtr<IBaseFilter> CreateFilter(REFCLSID clsid);
+// A fresh folder in the build tree for one test's files, as "Z:/..." path.
+std::string WorkFolder(const std::string& name);
+// Sets the capture pin's format to the device's listed format of that
+// subtype and size.
+HRESULT SelectFormat(IBaseFilter* device, REFGUID subtype, int width, int height);
+// The reference count an object has, read by adding one and dropping it.
+ULONG ReferenceCount(IUnknown* object);
+
+// Adds synthetic devices for a test and removes every one of them after.
+class SyntheticDevices {
+public:
+    SyntheticDevices();
+    ~SyntheticDevices();
+    bool Add(const std::wstring& name, const std::wstring& profile, const std::wstring& signal = L"ntsc");
+    bool Remove(const std::wstring& name);
+};
+
+}  // namespace devicetest

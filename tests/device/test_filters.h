@@ -1,0 +1,67 @@
+// Filters for testing the base layer in real graphs: a transform that
+// changes or drops frames as told, and a sink that remembers what reached
+// it.
+#pragma once
+
+#include "filters/transform_filter.h"
+#include "tools/synthcam/sky.h"
+
+#include <vector>
+
+namespace devicetest {
+
+struct ReceivedFrame {
+    synthcam::FrameStamp stamp;
+    uint8_t probe = 0;  // brightness of a background point below the stamp
+    bool discontinuity = false;
+    REFERENCE_TIME start = 0;
+};
+
+// Accepts YUY2 only. Adds `lift` to every brightness byte below the stamp
+// and drops (S_FALSE) the frames with odd numbers when told to.
+class TestTransform : public CTransformFilter {
+public:
+    TestTransform();
+    HRESULT Transform(IMediaSample* in, IMediaSample* out) override;
+    HRESULT CheckInputType(const CMediaType* in) override;
+    HRESULT CheckTransform(const CMediaType* in, const CMediaType* out) override;
+    HRESULT DecideBufferSize(IMemAllocator* allocator, ALLOCATOR_PROPERTIES* properties) override;
+    HRESULT GetMediaType(int position, CMediaType* type) override;
+
+    int lift = 0;
+    bool dropOdd = false;
+};
+
+class TestSink;
+
+class TestSinkPin : public CBaseInputPin {
+public:
+    TestSinkPin(TestSink* sink, CCritSec* lock);
+    HRESULT CheckMediaType(const CMediaType* type) override;
+    HRESULT STDMETHODCALLTYPE Receive(IMediaSample* sample) override;
+
+private:
+    TestSink* sink_;
+};
+
+class TestSink : public CBaseFilter {
+public:
+    TestSink();
+    int GetPinCount() override { return 1; }
+    CBasePin* GetPin(int n) override { return n == 0 ? &pin_ : nullptr; }
+
+    std::vector<ReceivedFrame> Frames();
+    void Clear();
+
+private:
+    friend class TestSinkPin;
+    CCritSec lock_;
+    CCritSec framesLock_;
+    TestSinkPin pin_;
+    std::vector<ReceivedFrame> frames_;
+};
+
+// The stamp-carrying picture of a YUY2 or RGB media type.
+bool PictureOf(const AM_MEDIA_TYPE& type, synthcam::Subtype* subtype, int* width, int* height);
+
+}  // namespace devicetest

@@ -1,0 +1,84 @@
+#include "support/ffprobe.h"
+
+#include "e2e/harness.h"
+
+#include <windows.h>
+
+#include <sstream>
+
+namespace testsupport {
+
+std::string UnixPath(const std::string& windowsPath)
+{
+    std::string path = windowsPath;
+    if (path.size() >= 2 && (path[0] == 'Z' || path[0] == 'z') && path[1] == ':')
+        path = path.substr(2);
+    for (char& c : path)
+        if (c == '\\')
+            c = '/';
+    return path;
+}
+
+ProbedVideo ProbeVideo(const std::string& windowsPath)
+{
+    ProbedVideo video;
+    std::string output = windowsPath + ".probe.txt";
+    DeleteFileA(output.c_str());
+    std::string unixOutput = UnixPath(output);
+    e2e::RunUnix("ffprobe -v error -select_streams v:0 -count_frames -show_entries "
+                 "stream=width,height,codec_tag_string,pix_fmt,nb_read_frames -of default=nw=1 '" +
+                 UnixPath(windowsPath) + "' > '" + unixOutput + ".part' 2>&1; mv '" + unixOutput + ".part' '" +
+                 unixOutput + "'");
+    // Wine doesn't wait for a Unix child: wait for its output instead.
+    if (!e2e::WaitUntil([&] { return GetFileAttributesA(output.c_str()) != INVALID_FILE_ATTRIBUTES; }, 60000, 100))
+        return video;
+    video.raw = e2e::ReadBytes(std::wstring(output.begin(), output.end()));
+    std::istringstream lines(video.raw);
+    std::string line;
+    while (std::getline(lines, line)) {
+        size_t equals = line.find('=');
+        if (equals == std::string::npos)
+            continue;
+        std::string key = line.substr(0, equals), value = line.substr(equals + 1);
+        if (key == "width")
+            video.width = std::atoi(value.c_str());
+        else if (key == "height")
+            video.height = std::atoi(value.c_str());
+        else if (key == "codec_tag_string")
+            video.codecTag = value;
+        else if (key == "pix_fmt")
+            video.pixelFormat = value;
+        else if (key == "nb_read_frames")
+            video.frames = std::atoi(value.c_str());
+    }
+    video.ok = video.width > 0 && video.frames >= 0;
+    return video;
+}
+
+std::vector<synthcam::FrameStamp> ReadRecordedStamps(const std::string& windowsPath, int frameWidth)
+{
+    std::vector<synthcam::FrameStamp> stamps;
+    int cell = synthcam::StampCellWidth(frameWidth);
+    if (cell < 1)
+        return stamps;
+    int width = cell * synthcam::kStampCells;
+    std::string output = windowsPath + ".stamps.gray";
+    DeleteFileA(output.c_str());
+    std::string unixOutput = UnixPath(output);
+    e2e::RunUnix("ffmpeg -v error -y -i '" + UnixPath(windowsPath) + "' -vf crop=" + std::to_string(width) + ":" +
+                 std::to_string(synthcam::kStampRows) + ":0:0 -fps_mode passthrough -f rawvideo -pix_fmt gray '" + unixOutput +
+                 ".part' ; mv '" + unixOutput + ".part' '" + unixOutput + "'");
+    if (!e2e::WaitUntil([&] { return GetFileAttributesA(output.c_str()) != INVALID_FILE_ATTRIBUTES; }, 120000, 100))
+        return stamps;
+    std::string bytes = e2e::ReadBytes(std::wstring(output.begin(), output.end()));
+    size_t frameBytes = static_cast<size_t>(width) * synthcam::kStampRows;
+    for (size_t offset = 0; offset + frameBytes <= bytes.size(); offset += frameBytes) {
+        synthcam::FrameStamp stamp;
+        synthcam::ReadStampFromLuma(reinterpret_cast<const uint8_t*>(bytes.data() + offset), width, frameWidth,
+                                    &stamp);
+        stamps.push_back(stamp);
+    }
+    return stamps;
+}
+
+}  // namespace testsupport

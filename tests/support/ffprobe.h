@@ -1,0 +1,31 @@
+// What an independent reader (ffprobe, run on the Unix side) finds in a
+// video file.
+#pragma once
+
+#include "tools/synthcam/sky.h"
+
+#include <string>
+#include <vector>
+
+namespace testsupport {
+
+struct ProbedVideo {
+    bool ok = false;
+    int width = 0;
+    int height = 0;
+    std::string codecTag;  // "YUY2", "UYVY", or "[0][0][0][0]" for raw RGB
+    std::string pixelFormat;
+    int frames = -1;  // frames counted by decoding the whole stream
+    std::string raw;  // what ffprobe printed
+};
+
+// The stamps burned into every frame of a synthetic camera's recording,
+// in file order, read through ffmpeg's decoder.
+std::vector<synthcam::FrameStamp> ReadRecordedStamps(const std::string& windowsPath, int frameWidth);
+
+// path: a Windows path of a file in the Unix file system (Z:...).
+ProbedVideo ProbeVideo(const std::string& windowsPath);
+// A Windows path "Z:/..." as the Unix path it names.
+std::string UnixPath(const std::string& windowsPath);
+
+}  // namespace testsupport
