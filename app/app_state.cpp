@@ -31,6 +31,13 @@ Flag pixelSaturationOn{0};
 Flag frameIntegrationOn{0};
 Flag magnifyOn{0};
 Flag frameIntegrationCount{1};
+Flag colorInCaptureFile{0};
+wchar_t eventRecordingName[kEventRecordingNameCapacity] = L"";
+Flag gpsSnapshotValid{0};
+wchar_t gpsSnapshotLatitude[kGpsSnapshotTextCapacity] = L"";
+wchar_t gpsSnapshotLongitude[kGpsSnapshotTextCapacity] = L"";
+wchar_t gpsSnapshotAltitude[kGpsSnapshotTextCapacity] = L"";
+wchar_t gpsSnapshotSatellites[kGpsSnapshotTextCapacity] = L"";
 
 Flag selectDeviceOpen{0};
 Flag deviceFormatOpen{0};

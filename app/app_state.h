@@ -54,6 +54,22 @@ extern Flag pixelSaturationOn;
 extern Flag frameIntegrationOn;
 extern Flag magnifyOn;
 extern Flag frameIntegrationCount;
+// The brightness tool's "Insert into video file when recording" box.
+extern Flag colorInCaptureFile;
+
+// The name an event recording's report would carry; each recording's end
+// empties it and nothing fills it.
+constexpr int kEventRecordingNameCapacity = 38;
+extern wchar_t eventRecordingName[kEventRecordingNameCapacity];
+
+// What the GPS receiver gave when the recording began; an empty text is a
+// value not available.
+constexpr int kGpsSnapshotTextCapacity = 32;
+extern Flag gpsSnapshotValid;
+extern wchar_t gpsSnapshotLatitude[kGpsSnapshotTextCapacity];
+extern wchar_t gpsSnapshotLongitude[kGpsSnapshotTextCapacity];
+extern wchar_t gpsSnapshotAltitude[kGpsSnapshotTextCapacity];
+extern wchar_t gpsSnapshotSatellites[kGpsSnapshotTextCapacity];
 
 // Dialog state.
 extern Flag selectDeviceOpen;

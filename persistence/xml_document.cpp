@@ -6,9 +6,10 @@
 #include <fstream>
 
 #include "app/com_ptr.h"
+#include "app/platform_guids.h"
 
 // MSXML 6's document class; older SDK headers don't name it.
-static const CLSID kDomDocument60 = {0x88D96A05, 0xF192, 0x11D4, {0xA6, 0x5F, 0x00, 0x40, 0x96, 0x32, 0x51, 0xE5}};
+
 
 namespace {
 
@@ -65,7 +66,7 @@ bool CopyHeaderLine(const std::string& text, size_t& position, std::string& out)
 HRESULT CreateXmlDocument(IXMLDOMDocument** document)
 {
     *document = nullptr;
-    HRESULT result = CoCreateInstance(kDomDocument60, nullptr, CLSCTX_INPROC_SERVER, IID_IXMLDOMDocument,
+    HRESULT result = CoCreateInstance(CLSID_DOMDocument60, nullptr, CLSCTX_INPROC_SERVER, IID_IXMLDOMDocument,
                                       reinterpret_cast<void**>(document));
     if (FAILED(result))
         return result;

@@ -6,8 +6,6 @@
 
 namespace devicetest {
 
-const CLSID CLSID_NullRendererFilter = {0xc1f400a4, 0x3f08, 0x11d3, {0x9f, 0x0b, 0x00, 0x60, 0x08, 0x03, 0x9e, 0x37}};
-
 std::vector<std::wstring> DeviceNames()
 {
     std::vector<std::wstring> names;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "app/com_ptr.h"
+#include "app/platform_guids.h"
 
 #include <dshow.h>
 
@@ -11,9 +12,6 @@
 #include <vector>
 
 namespace devicetest {
-
-// {C1F400A4-3F08-11D3-9F0B-006008039E37}
-extern const CLSID CLSID_NullRendererFilter;
 
 // Friendly names of the video input devices, as the system device
 // enumerator lists them.

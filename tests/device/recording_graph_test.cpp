@@ -121,7 +121,7 @@ TEST(RecordingGraph, SmartTeeNullRendererAndMuxIntoTheFileSink)
     recording.device = BindDevice(L"Cam");
     ASSERT_TRUE(recording.device);
     ComPtr<IBaseFilter> tee = CreateFilter(CLSID_SmartTee);
-    ComPtr<IBaseFilter> nullRenderer = CreateFilter(CLSID_NullRendererFilter);
+    ComPtr<IBaseFilter> nullRenderer = CreateFilter(CLSID_NullRenderer);
     ASSERT_TRUE(tee && nullRenderer);
     recording.graph->AddFilter(recording.device.Get(), L"Camera");
     recording.graph->AddFilter(tee.Get(), L"Smart Tee");
