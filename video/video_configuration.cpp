@@ -2,6 +2,9 @@
 
 #include <cwchar>
 
+#include "ui/user_messages.h"
+#include "video/device_properties.h"
+#include "video/video_player.h"
 #include "video/video_sources.h"
 
 std::vector<VideoConfiguration*> videoConfigurations;
@@ -66,4 +69,85 @@ VideoConfiguration* BuildVideoConfiguration(uint32_t sourceIndex)
     CopyText(configuration->standard, kConfigStandardCapacity, StandardText(source));
     CopyText(configuration->subtype, kConfigSubtypeCapacity, SubtypeName(source.savedSubtype));
     return configuration;
+}
+
+void TranslateVideoConfigurationToSourceInfo(const VideoConfiguration* configuration, VideoSourceInfo* source,
+                                             uint32_t sourceIndex)
+{
+    if (!configuration || !source || !CurrentVideoPlayer()) {
+        ReportUserMessage(L"Logic error: call to TranslateVideoConfigurationToSourceInfo with NULL values", true);
+        return;
+    }
+    uint32_t groupIndex = 0;
+    for (; groupIndex < source->frameRates.size(); ++groupIndex)
+        if (wcscmp(source->frameRates[groupIndex]->frameRateText, configuration->frameRate) == 0)
+            break;
+    if (groupIndex == source->frameRates.size())
+        return;
+    VideoFormatsByFrameRate* group = source->frameRates[groupIndex];
+    uint32_t formatIndex = 0;
+    for (; formatIndex < group->formats.size(); ++formatIndex)
+        if (wcscmp(group->formats[formatIndex]->videoFormatName, configuration->formatName) == 0)
+            break;
+    if (formatIndex == group->formats.size())
+        return;
+
+    // The selection is taken before any value is looked at.
+    source->currentFrameRateIndex = groupIndex;
+    source->hasConfiguration = 1;
+    group->currentFormatIndex = formatIndex;
+    source->savedSubtype = SubtypeFromName(configuration->subtype);
+
+    const wchar_t* standard = configuration->standard;
+    if (wcscmp(standard, L"NTSC") == 0) {
+        source->autoDetect = 0;
+        source->deviceStandard = StandardNTSC;
+    } else if (wcscmp(standard, L"PAL") == 0) {
+        source->autoDetect = 0;
+        source->deviceStandard = StandardPAL;
+    } else if (wcscmp(standard, L"DIGITAL") == 0) {
+        source->autoDetect = 0;
+        source->deviceStandard = StandardDigital;
+    } else if (wcscmp(standard, L"AUTO") == 0) {
+        source->autoDetect = 1;
+    } else {
+        source->deviceStandard = StandardUnknown;
+    }
+
+    const wchar_t* texts[6] = {configuration->brightness, configuration->contrast,  configuration->hue,
+                               configuration->saturation, configuration->sharpness, configuration->gain};
+    DeviceProperty* properties[6] = {&source->brightness, &source->contrast,  &source->hue,
+                                     &source->saturation, &source->sharpness, &source->gain};
+    for (int i = 0; i < 6; ++i) {
+        if (texts[i][0] == L'X') {
+            properties[i]->value = kNoValue;
+        } else {
+            long value = properties[i]->value;
+            if (swscanf(texts[i], L"%ld", &value) == 1)
+                properties[i]->value = static_cast<int32_t>(value);
+        }
+    }
+    ApplyDeviceProperties(sourceIndex);
+}
+
+void ApplySavedConfigurations()
+{
+    for (uint32_t index = 0; index < videoSources.size(); ++index) {
+        VideoSourceInfo* source = videoSources[index];
+        if (!source->hasConfiguration)
+            continue;
+        const VideoConfiguration* found = nullptr;
+        for (const VideoConfiguration* configuration : videoConfigurations) {
+            if (configuration && wcscmp(configuration->deviceName, source->name) == 0) {
+                found = configuration;
+                break;
+            }
+        }
+        if (!found) {
+            ReportUserMessage(L"Logic error: in MainWindow cannot find configuration established in VideoPlayer\r\n",
+                              true);
+            continue;
+        }
+        TranslateVideoConfigurationToSourceInfo(found, source, index);
+    }
 }

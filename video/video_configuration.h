@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <vector>
 
+struct VideoSourceInfo;
+
 constexpr int kConfigNameCapacity = 256;
 constexpr int kConfigRateCapacity = 10;
 constexpr int kConfigFormatCapacity = 20;
@@ -38,3 +40,12 @@ void ConfigurationFields(VideoConfiguration& configuration, ConfigurationField (
 
 // A fresh record from the device's present selection; the caller owns it.
 VideoConfiguration* BuildVideoConfiguration(uint32_t sourceIndex);
+
+// Applies a saved configuration to a device: its rate group and format by
+// their texts, its standard, and its property values. A rate or format the
+// device no longer offers leaves the device as it was.
+void TranslateVideoConfigurationToSourceInfo(const VideoConfiguration* configuration, VideoSourceInfo* source,
+                                             uint32_t sourceIndex);
+
+// For every device that has a saved configuration, applies it.
+void ApplySavedConfigurations();

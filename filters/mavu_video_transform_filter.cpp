@@ -1,0 +1,161 @@
+#include "filters/mavu_video_transform_filter.h"
+
+#include "filters/mavu_video_magnify_filter.h"
+#include "filters/pixel_loops.h"
+
+#include <uuids.h>
+
+#include <cstdlib>
+#include <cstring>
+
+const CLSID CLSID_MavuVideoTransformFilter = {
+    0x1915e5c7, 0x02aa, 0x315f, {0x79, 0x0f, 0x66, 0xc9, 0x4c, 0x85, 0xba, 0xf2}};
+
+std::atomic<uint32_t> frameIntegrationCounter{0};
+std::atomic<int32_t> darkAnalysisRequested{0};
+std::atomic<uint32_t> darkValueY{0}, darkValueB{0}, darkValueG{0}, darkValueR{0};
+
+MavuVideoTransformFilter::MavuVideoTransformFilter()
+    : CTransformFilter(L"Mavu Video Transform", nullptr, CLSID_MavuVideoTransformFilter)
+{
+}
+
+MavuVideoTransformFilter::~MavuVideoTransformFilter() = default;
+
+HRESULT MavuVideoTransformFilter::CheckInputType(const CMediaType* in)
+{
+    if (in->majortype != MEDIATYPE_Video || in->formattype != FORMAT_VideoInfo)
+        return VFW_E_TYPE_NOT_ACCEPTED;
+    if (in->subtype == MEDIASUBTYPE_YUY2 || in->subtype == MEDIASUBTYPE_RGB24 || in->subtype == MEDIASUBTYPE_ARGB32)
+        return S_OK;
+    return VFW_E_TYPE_NOT_ACCEPTED;
+}
+
+HRESULT MavuVideoTransformFilter::CheckTransform(const CMediaType*, const CMediaType*)
+{
+    return S_OK;
+}
+
+HRESULT MavuVideoTransformFilter::GetMediaType(int position, CMediaType* type)
+{
+    return InputConnectionType(this, position, type);
+}
+
+HRESULT MavuVideoTransformFilter::DecideBufferSize(IMemAllocator* allocator, ALLOCATOR_PROPERTIES* properties)
+{
+    AM_MEDIA_TYPE type = {};
+    HRESULT hr = OutputPin()->ConnectionMediaType(&type);
+    if (FAILED(hr))
+        return hr;
+    long size = 0;
+    if (type.pbFormat && type.cbFormat >= sizeof(VIDEOINFOHEADER)) {
+        const auto* info = reinterpret_cast<const VIDEOINFOHEADER*>(type.pbFormat);
+        size = FrameRowStride(info->bmiHeader.biBitCount, info->bmiHeader.biWidth) * std::abs(info->bmiHeader.biHeight);
+    }
+    FreeMediaType(type);
+    properties->cBuffers = 1;
+    properties->cbAlign = 1;
+    properties->cbBuffer = size;
+    ALLOCATOR_PROPERTIES actual = {};
+    hr = allocator->SetProperties(properties, &actual);
+    if (FAILED(hr))
+        return hr;
+    return actual.cbBuffer < size ? E_FAIL : S_OK;
+}
+
+void MavuVideoTransformFilter::ConfigureTransformFilter(uint32_t accumulatorBytes,
+                                                        const TransformToolSettings& settings)
+{
+    saturationValue = -1;
+    integrationFrames = 1;
+    showDarkPixelHistogram = false;
+    if (settings.frameIntegrationOn) {
+        integrationFrames = settings.frameIntegrationCount;
+        accumulator.assign(static_cast<size_t>(accumulatorBytes) + 32, 0);
+        return;
+    }
+    if (settings.pixelSaturationOn)
+        saturationValue = settings.pixelSaturationValue;
+}
+
+void MavuVideoTransformFilter::FreeAccumulator()
+{
+    std::vector<uint8_t>().swap(accumulator);
+}
+
+HRESULT MavuVideoTransformFilter::SetMediaInfo()
+{
+    CMediaType type;
+    HRESULT hr = GetMediaType(0, &type);
+    if (FAILED(hr))
+        return hr;
+    subtype = type.subtype;
+    if (type.pbFormat && type.cbFormat >= sizeof(VIDEOINFOHEADER)) {
+        const auto* info = reinterpret_cast<const VIDEOINFOHEADER*>(type.pbFormat);
+        frameWidth = info->bmiHeader.biWidth;
+        frameHeight = info->bmiHeader.biHeight;
+        rowStride = FrameRowStride(info->bmiHeader.biBitCount, frameWidth);
+        if (subtype == MEDIASUBTYPE_YUY2) {
+            topDown = true;
+            frameHeight = std::abs(frameHeight);
+        } else if (frameHeight < 0) {
+            topDown = true;
+            frameHeight = -frameHeight;
+        } else {
+            topDown = false;
+        }
+    }
+    return hr;
+}
+
+void MavuVideoTransformFilter::AccumulateInto(uint8_t* destination, uint8_t* source, long byteCount, bool add)
+{
+    FrameGeometry geometry{rowStride, frameHeight, topDown};
+    // The accumulator is sized for the frame; the samples may be larger.
+    if (add)
+        AddFrame(destination, source, geometry, PixelLayoutOf(subtype),
+                 DarkLevels{darkValueY, darkValueB, darkValueG, darkValueR});
+    else
+        CopyFrame(destination, source, static_cast<size_t>(byteCount), geometry);
+}
+
+HRESULT MavuVideoTransformFilter::Transform(IMediaSample* in, IMediaSample* out)
+{
+    if (!in || !out)
+        return E_POINTER;
+    BYTE* source = nullptr;
+    BYTE* target = nullptr;
+    in->GetPointer(&source);
+    out->GetPointer(&target);
+    if (integrationFrames > 1) {
+        if (darkAnalysisRequested) {
+            // The dark analysis takes this frame; the dark levels stay
+            // where they are until it measures them.
+            darkAnalysisRequested = 0;
+            return S_FALSE;
+        }
+        uint32_t counter = ++frameIntegrationCounter;
+        if (counter >= integrationFrames) {
+            long length = in->GetActualDataLength();
+            if (static_cast<size_t>(length) > accumulator.size())
+                length = static_cast<long>(accumulator.size());
+            std::memcpy(target, accumulator.data(), static_cast<size_t>(length));
+            frameIntegrationCounter = 0;
+            return S_OK;
+        }
+        if (counter == 1) {
+            CopySampleProperties(in, out, true);
+            AccumulateInto(accumulator.data(), source, in->GetActualDataLength(), false);
+        } else {
+            AccumulateInto(accumulator.data(), source, in->GetActualDataLength(), true);
+        }
+        return S_FALSE;
+    }
+    CopySampleProperties(in, out, true);
+    AccumulateInto(target, source, in->GetActualDataLength(), false);
+    int32_t threshold = saturationValue;
+    if (threshold >= 0)
+        MarkSaturatedPixels(target, FrameGeometry{rowStride, frameHeight, topDown}, PixelLayoutOf(subtype),
+                            static_cast<uint8_t>(saturationValue.load() & 0xFF));
+    return S_OK;
+}

@@ -1,0 +1,20 @@
+// A device's picture properties (brightness, contrast, hue, saturation,
+// sharpness, gain), set in the camera or grabber itself through
+// IAMVideoProcAmp, always in manual mode.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+
+#include "video/video_sources.h"
+
+// The record of a property number (0, 1, 2, 3, 4, 9), or null.
+DeviceProperty* PropertyRecord(VideoSourceInfo& source, long propertyNumber);
+
+// For the current device.
+HRESULT SetPropertyValue(long propertyNumber, long value);
+HRESULT SetPropertyToDefault(long propertyNumber);
+
+// Writes every available stored value into the device.
+HRESULT ApplyDeviceProperties(uint32_t sourceIndex);

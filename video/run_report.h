@@ -1,0 +1,41 @@
+// The report of a recording: a text file beside the video, with the same
+// name and the extension .txt, that records what was recorded and how many
+// frames were lost.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+struct RunReportInput {
+    bool eventRecording = false;
+    std::wstring eventName;
+    std::wstring startLine;
+    std::wstring stopLine;
+    bool useCurrentDirectory = false;
+    std::wstring currentDirectory;  // without the closing backslash
+    std::wstring filePath;
+    bool hasFrameCounts = false;
+    long recordedFrames = 0;  // since the start's baseline
+    long droppedFrames = 0;
+    bool gpsSnapshotValid = false;
+    std::wstring latitude, longitude, altitude, satellites;  // empty: not available
+    std::wstring deviceName;
+    int32_t deviceStandard = 3;
+    std::wstring frameRateText;
+    std::wstring formatName;
+    std::wstring subtypeName;
+    std::wstring codecName;  // "NONE" when no codec stands for the subtype
+    int32_t rendererChoice = 0;
+};
+
+std::wstring BuildRunReport(const RunReportInput& input);
+
+// The report's path: the recording's with ".txt" at its last dot, searched
+// from the end down to the second character; empty when there is none.
+std::wstring RunReportPath(const std::wstring& recordingPath);
+
+// Converts path and text to the system's ANSI code page, each in 1,024
+// bytes at most, and writes the text through a text-mode stream, replacing
+// an older file. Returns how many of the two conversions met a character
+// with no narrow form (the file is written all the same).
+int WriteRunReport(const std::wstring& reportPath, const std::wstring& text);
