@@ -62,6 +62,27 @@ HRESULT AssembleFileBranch(IGraphBuilder* graph, const wchar_t* filePath, IBaseF
     return S_OK;
 }
 
+// The Smart Tee the capture graph builder put in. Its name is "Smart Tee"
+// where the builder names it so; this platform's builder gives it a number,
+// so it is then known by its class.
+HRESULT FindSmartTee(IGraphBuilder* graph, IBaseFilter** tee)
+{
+    if (SUCCEEDED(graph->FindFilterByName(L"Smart Tee", tee)) && *tee)
+        return S_OK;
+    ComPtr<IEnumFilters> filters;
+    if (FAILED(graph->EnumFilters(filters.Put())) || !filters)
+        return VFW_E_NOT_FOUND;
+    ComPtr<IBaseFilter> filter;
+    while (filters->Next(1, filter.Put(), nullptr) == S_OK) {
+        CLSID clsid = GUID_NULL;
+        if (SUCCEEDED(filter->GetClassID(&clsid)) && clsid == CLSID_SmartTee) {
+            *tee = filter.Detach();
+            return S_OK;
+        }
+    }
+    return VFW_E_NOT_FOUND;
+}
+
 }  // namespace
 
 IPin* GetFilterPin(IBaseFilter* filter, PIN_DIRECTION direction, const wchar_t* name)
@@ -249,7 +270,7 @@ HRESULT VideoPlayer::RenderVideoStream(const wchar_t* filePath, bool useColor, I
 
     ComPtr<IPin> previewPin, capturePin;
     ComPtr<IBaseFilter> tee;
-    if (SUCCEEDED(graph->FindFilterByName(L"Smart Tee", tee.Put())) && tee) {
+    if (SUCCEEDED(FindSmartTee(graph, tee.Put())) && tee) {
         previewPin = ComPtr<IPin>(GetFilterPin(tee.Get(), PINDIR_OUTPUT, L"Preview"));
         capturePin = ComPtr<IPin>(GetFilterPin(tee.Get(), PINDIR_OUTPUT, L"Capture"));
         tee.Reset();

@@ -1,0 +1,84 @@
+// The graph a camera start builds, for each mode the program can be in,
+// checked by walking the graph's filters and pins.
+#include "engine/engine_fixture.h"
+
+#include "app/app_state.h"
+#include "persistence/options.h"
+
+#include <cstring>
+
+using namespace enginetest;
+
+namespace {
+
+struct Mode {
+    const char* name;
+    bool record;
+    bool saturation;
+    bool integration;
+    bool removeFilters;
+    bool displayOff;
+    std::vector<std::string> connections;
+};
+
+const std::vector<std::string> kPreview = {
+    "Cam.Capture -> Smart Tee.Input",
+    "Smart Tee.Preview -> VMR9.VMR Input0",
+};
+const std::vector<std::string> kPreviewTransform = {
+    "Cam.Capture -> Smart Tee.Input",
+    "MAVU Transform Filter Preview.XForm Out -> VMR9.VMR Input0",
+    "Smart Tee.Preview -> MAVU Transform Filter Preview.XForm In",
+};
+
+std::vector<std::string> Merge(std::vector<std::string> a, const std::vector<std::string>& b)
+{
+    a.insert(a.end(), b.begin(), b.end());
+    std::sort(a.begin(), a.end());
+    return a;
+}
+
+const std::vector<std::string> kFileBranch = {
+    "AVI Mux.AVI Out -> File Writer.in",
+    "Smart Tee.Capture -> AVI Mux.Input 01",
+};
+
+}  // namespace
+
+TEST_F(EngineTest, EachModeBuildsTheChainOfItsRow)
+{
+    ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
+    ScanDevices();
+    ASSERT_EQ(videoSources.size(), 1u);
+    currentSourceIndex = 0;
+    std::string folder = devicetest::WorkFolder("graph-modes");
+    std::wstring file(folder.begin(), folder.end());
+    file += L"/mode.avi";
+
+    std::vector<Mode> modes = {
+        {"preview", false, false, false, false, false, kPreview},
+        {"preview with saturation", false, true, false, false, false, kPreviewTransform},
+        {"preview with integration", false, false, true, false, false, kPreviewTransform},
+        {"record", true, false, false, false, false, Merge(kPreview, kFileBranch)},
+        {"record with saturation", true, true, false, false, false, Merge(kPreviewTransform, kFileBranch)},
+        {"record, display filters removed", true, true, false, true, false, Merge(kPreview, kFileBranch)},
+        {"record, display off", true, false, false, false, true,
+         Merge({"Cam.Capture -> Smart Tee.Input", "Smart Tee.Preview -> Null Renderer.In"}, kFileBranch)},
+    };
+    for (const Mode& mode : modes) {
+        SCOPED_TRACE(mode.name);
+        pixelSaturationOn = mode.saturation;
+        frameIntegrationOn = mode.integration;
+        frameIntegrationCount = mode.integration ? 3 : 1;
+        removeFiltersWhileRecording = mode.removeFilters;
+        displayOffWhileRecording = mode.displayOff;
+        lstrcpyW(RecordingFilePath, mode.record ? file.c_str() : L"");
+        ASSERT_EQ(player->StartCamera(false), S_OK) << testing::PrintToString(TakeMessages());
+        EXPECT_EQ(Connections(), mode.connections);
+        EXPECT_EQ(player->graphState, GraphRunning);
+        Sleep(300);
+        EXPECT_EQ(player->StopCamera(false), S_OK);
+        EXPECT_EQ(player->graphState, GraphBuilt);
+    }
+    RecordingFilePath[0] = 0;
+}
