@@ -1,0 +1,9 @@
+#!/usr/bin/env bash
+# Builds the benchmarks and runs them under Wine, printing each measured
+# work as a ratio to a plain memcpy of the same frame.
+set -euo pipefail
+root="$(cd "$(dirname "$0")/.." && pwd)"
+build="${BUILD_DIR:-$root/build}"
+[ -f "$build/build.ninja" ] || cmake -S "$root" -B "$build" -G Ninja >/dev/null
+ninja -C "$build" transform_bench >/dev/null
+"$build/wine-run.sh" "$build/bin/transform_bench.exe"
