@@ -14,4 +14,7 @@ set(MAVU_E2E_SCENARIOS
     Options.UnreadableFileIsReportedAndDefaultsStand
     Options.FallbackFileIsReadWhenTheFirstIsDamaged
     Options.SetWindowPositionsSavesWhereTheWindowsStand
+    Video.WebcamPreviewWithVmr9SizesTheWindowToTheFormat
+    Video.EvrTakesNoYuy2OnThisPlatformAndSaysSo
+    Video.Vmr7WithoutQualityInterfaceIsRefused
 )
