@@ -1,0 +1,135 @@
+// What this platform's VMR9 shows on the screen in windowless mode: the
+// synthetic sky, read back from a screenshot by its stamp, in a top-level
+// clipping window; nothing in a child window, where its drawing doesn't
+// reach the screen (the program's clipping window is a child of the main
+// window, so its preview can't be seen in a screenshot here).
+#include "app/platform_guids.h"
+#include "device/graph_helpers.h"
+#include "e2e/harness.h"
+#include "support/ffprobe.h"
+#include "tools/synthcam/sky.h"
+
+#include <d3d9.h>
+#include <vmr9.h>
+
+#include <gtest/gtest.h>
+
+using namespace devicetest;
+
+namespace {
+
+constexpr int kLeft = 100, kTop = 100;
+
+// Reads the stamp from the screen at the picture's place, through a
+// screenshot cut to the stamp's rows.
+bool StampOnScreen(const std::string& name, int x, int y, synthcam::FrameStamp* stamp)
+{
+    if (!e2e::TakeScreenshot(name))
+        return false;
+    std::string png = std::string(MAVU_BINARY_DIR_UNIX) + "/screenshots/" + name + ".png";
+    std::string gray = png + ".gray";
+    std::string windowsGray = "Z:" + gray;
+    DeleteFileA(windowsGray.c_str());
+    e2e::RunUnix("convert '" + png + "' -crop 256x8+" + std::to_string(x) + "+" + std::to_string(y) +
+                 " -colorspace gray -depth 8 gray:'" + gray + ".part' && mv '" + gray + ".part' '" + gray + "'");
+    if (!e2e::WaitUntil([&] { return GetFileAttributesA(windowsGray.c_str()) != INVALID_FILE_ATTRIBUTES; }, 30000))
+        return false;
+    std::string bytes = e2e::ReadBytes(std::wstring(windowsGray.begin(), windowsGray.end()));
+    if (bytes.size() < 256 * 8)
+        return false;
+    return synthcam::ReadStampFromLuma(reinterpret_cast<const uint8_t*>(bytes.data()), 256, 640, stamp);
+}
+
+struct Preview {
+    ComPtr<IGraphBuilder> graph;
+    ComPtr<IMediaControl> control;
+};
+
+bool RunPreview(Preview& preview, HWND clipping)
+{
+    CoCreateInstance(CLSID_FilterGraph, nullptr, CLSCTX_INPROC_SERVER, IID_IGraphBuilder, preview.graph.PutVoid());
+    ComPtr<ICaptureGraphBuilder2> builder;
+    CoCreateInstance(CLSID_CaptureGraphBuilder2, nullptr, CLSCTX_INPROC_SERVER, IID_ICaptureGraphBuilder2,
+                     builder.PutVoid());
+    builder->SetFiltergraph(preview.graph.Get());
+    ComPtr<IBaseFilter> device = BindDevice(L"Cam");
+    ComPtr<IBaseFilter> renderer = CreateFilter(CLSID_VideoMixingRenderer9);
+    if (!device || !renderer)
+        return false;
+    preview.graph->AddFilter(device.Get(), L"Cam");
+    ComPtr<IVMRFilterConfig9> config;
+    renderer->QueryInterface(IID_IVMRFilterConfig9, config.PutVoid());
+    config->SetRenderingMode(VMR9Mode_Windowless);
+    ComPtr<IVMRWindowlessControl9> windowless;
+    renderer->QueryInterface(IID_IVMRWindowlessControl9, windowless.PutVoid());
+    windowless->SetVideoClippingWindow(clipping);
+    RECT destination{2, 1, 642, 481};
+    windowless->SetVideoPosition(nullptr, &destination);
+    preview.graph->AddFilter(renderer.Get(), L"VMR9");
+    if (FAILED(builder->RenderStream(&PIN_CATEGORY_PREVIEW, &MEDIATYPE_Video, device.Get(), nullptr, renderer.Get())))
+        return false;
+    preview.graph->QueryInterface(IID_IMediaControl, preview.control.PutVoid());
+    return SUCCEEDED(preview.control->Run());
+}
+
+void PumpFor(DWORD ms)
+{
+    DWORD end = GetTickCount() + ms;
+    while (GetTickCount() < end) {
+        MSG message;
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+            DispatchMessageW(&message);
+        Sleep(10);
+    }
+}
+
+HWND MakeWindow(HWND parent)
+{
+    WNDCLASSW windowClass{};
+    windowClass.lpfnWndProc = DefWindowProcW;
+    windowClass.hInstance = GetModuleHandleW(nullptr);
+    windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(GRAY_BRUSH));
+    windowClass.lpszClassName = L"RendererScreenTest";
+    RegisterClassW(&windowClass);
+    DWORD style = parent ? WS_CHILD | WS_VISIBLE : WS_POPUP | WS_VISIBLE;
+    return CreateWindowW(L"RendererScreenTest", L"", style, parent ? 0 : kLeft, parent ? 0 : kTop, 644, 482, parent,
+                         nullptr, windowClass.hInstance, nullptr);
+}
+
+}  // namespace
+
+TEST(RendererScreen, Vmr9ShowsTheMovingSkyInATopLevelWindowButNotInAChild)
+{
+    SyntheticDevices devices;
+    ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
+    {
+        HWND window = MakeWindow(nullptr);
+        Preview preview;
+        ASSERT_TRUE(RunPreview(preview, window));
+        PumpFor(1500);
+        synthcam::FrameStamp first, second;
+        ASSERT_TRUE(StampOnScreen("vmr9-top-level-1", kLeft + 2, kTop + 1, &first));
+        PumpFor(1000);
+        ASSERT_TRUE(StampOnScreen("vmr9-top-level-2", kLeft + 2, kTop + 1, &second));
+        EXPECT_GT(second.counter, first.counter);
+        EXPECT_GT(second.utcMs, first.utcMs);
+        EXPECT_NEAR(static_cast<double>(synthcam::UtcMsSince2020Now()), static_cast<double>(second.utcMs), 5000.0);
+        preview.control->Stop();
+        DestroyWindow(window);
+    }
+    {
+        HWND parent = MakeWindow(nullptr);
+        HWND child = MakeWindow(parent);
+        Preview preview;
+        ASSERT_TRUE(RunPreview(preview, child));
+        PumpFor(1500);
+        synthcam::FrameStamp stamp;
+        ASSERT_TRUE(StampOnScreen("vmr9-child", kLeft + 2, kTop + 1, &stamp));
+        // The grey (128) of the window's own background stands where the
+        // stamp would be: every cell reads as 1, no picture.
+        EXPECT_EQ(stamp.counter, 0xFFFFFFu);
+        EXPECT_EQ(stamp.utcMs, 0xFFFFFFFFFFull);
+        preview.control->Stop();
+        DestroyWindow(parent);
+    }
+}
