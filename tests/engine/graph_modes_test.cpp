@@ -82,3 +82,18 @@ TEST_F(EngineTest, EachModeBuildsTheChainOfItsRow)
     }
     RecordingFilePath[0] = 0;
 }
+
+TEST_F(EngineTest, ASourceWithItsOwnPreviewPinGetsNoSmartTee)
+{
+    ASSERT_TRUE(devices.Add(L"Two Pins", L"preview"));
+    ScanDevices();
+    ASSERT_EQ(videoSources.size(), 1u);
+    currentSourceIndex = 0;
+    pixelSaturationOn = 1;
+    ASSERT_EQ(player->StartCamera(false), S_OK) << testing::PrintToString(TakeMessages());
+    EXPECT_EQ(Connections(), (std::vector<std::string>{
+                                 "MAVU Transform Filter Preview.XForm Out -> VMR9.VMR Input0",
+                                 "Two Pins.Preview -> MAVU Transform Filter Preview.XForm In",
+                             }));
+    EXPECT_EQ(player->StopCamera(false), S_OK);
+}
