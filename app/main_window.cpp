@@ -15,7 +15,10 @@
 #include "persistence/options.h"
 #include "persistence/options_file.h"
 #include "ui/dialog_common.h"
+#include "events/event_queue.h"
+#include "ui/countdown_window.h"
 #include "ui/fonts.h"
+#include "ui/power_window.h"
 #include "ui/menus.h"
 #include "ui/record_controls.h"
 #include "ui/unresponsive_notice.h"
@@ -193,6 +196,7 @@ MainWindow::MainWindow(HINSTANCE instanceHandle)
     if (deviceAvailable) {
         ShowWindow(recordControlsWindow, SW_SHOW);
         StartVideo();
+        LoadEvents();
     }
 
     // C29
@@ -231,7 +235,15 @@ bool MainWindow::CreateMainWindow()
 
 bool MainWindow::CreateDialogWindows()
 {
-    // The tool and option windows are added here as they are built.
+    // A Countdown window that can't be made ends the creation of the rest,
+    // silently and without the fatal flag.
+    countdownWindow = CreateCountdownWindow(instance);
+    if (!countdownWindow)
+        return true;
+    hibernateWindow = CreatePowerWindow(instance);
+    if (!hibernateWindow)
+        return false;
+    // The other tool and option windows are added here as they are built.
     return true;
 }
 

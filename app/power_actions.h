@@ -11,3 +11,7 @@ BYTE HiberbootFlag(const SYSTEM_POWER_CAPABILITIES& capabilities);
 // At start-up: whether the computer can hibernate, and whether the process may
 // adjust its privileges for a power action. Reports what it can't do.
 void CheckPowerCapabilities();
+
+// At the count's end: hibernates or shuts down as the armed flags ask, and
+// reports what the system refused.
+void PerformPowerAction();

@@ -1,0 +1,101 @@
+#include "ui/power_window.h"
+
+#include "app/app_state.h"
+#include "app/main_window.h"
+#include "app/power_actions.h"
+#include "ui/fonts.h"
+
+#include <cstdio>
+
+namespace {
+
+HWND inLabel = nullptr;
+HWND secondsLabel = nullptr;
+HWND unlessLabel = nullptr;
+HWND cancelButton = nullptr;
+UINT_PTR timerId = 0;
+
+LRESULT CALLBACK PowerWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    switch (message) {
+    case WM_TIMER: {
+        // Any timer, and on after the count's end: each further second
+        // repeats the action while a request stands.
+        int left = --powerActionCountdown;
+        if (left > 0) {
+            wchar_t text[16];
+            std::swprintf(text, 16, L"%2.2d", left);
+            SetWindowTextW(secondsLabel, text);
+        } else {
+            ShowWindow(window, SW_HIDE);
+            PerformPowerAction();
+        }
+        return 0;
+    }
+    case WM_COMMAND:
+        if (LOWORD(wParam) == kCancelPowerActionId && HIWORD(wParam) == BN_CLICKED) {
+            KillTimer(window, timerId);
+            ShowWindow(window, SW_HIDE);
+        }
+        return 0;
+    case WM_SYSCOMMAND:
+        if ((wParam & 0xFFF0) == SC_CLOSE)
+            return 0;
+        break;
+    case WM_CLOSE:
+        return 0;
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+HWND Child(HWND parent, const wchar_t* className, DWORD style, int x, int y, int width, int height, int id,
+           AppFont font)
+{
+    HWND control = CreateWindowExW(0, className, L"", WS_CHILD | WS_VISIBLE | style, x, y, width, height, parent,
+                                   reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr),
+                                   nullptr);
+    if (control && appFonts[font])
+        SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(appFonts[font]), FALSE);
+    return control;
+}
+
+}  // namespace
+
+HWND CreatePowerWindow(HINSTANCE instance)
+{
+    WNDCLASSEXW windowClass{sizeof windowClass};
+    windowClass.lpfnWndProc = PowerWindowProc;
+    windowClass.hInstance = instance;
+    windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    windowClass.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
+    windowClass.lpszClassName = L"Hibernate";
+    RegisterClassExW(&windowClass);
+    HWND window = CreateWindowExW(0, L"Hibernate", L"Hibernate", WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU,
+                                  CW_USEDEFAULT, CW_USEDEFAULT, 300, 200, nullptr, nullptr, instance, nullptr);
+    if (!window)
+        return nullptr;
+    inLabel = Child(window, L"STATIC", SS_LEFT, 45, 30, 80, 20, 0, DialogStaticFont);
+    secondsLabel = Child(window, L"STATIC", SS_LEFT, 135, 25, 40, 25, 0, PowerCountdownFont);
+    HWND seconds = Child(window, L"STATIC", SS_LEFT, 175, 30, 70, 20, 0, DialogStaticFont);
+    SetWindowTextW(seconds, L"seconds");
+    unlessLabel = Child(window, L"STATIC", SS_LEFT, 30, 60, 230, 20, 0, DialogStaticFont);
+    cancelButton = Child(window, L"BUTTON", BS_PUSHBUTTON, 75, 120, 135, 28, kCancelPowerActionId, DialogButtonFont);
+    return window;
+}
+
+void StartPowerCountdown()
+{
+    HWND window = mainWindowObject->hibernateWindow;
+    if (!window)
+        return;
+    timerId = SetTimer(window, kPowerTimerId, 1000, nullptr);
+    powerActionCountdown = 30;
+    SetWindowTextW(secondsLabel, L"30");
+    bool hibernate = hibernateAfterEvent != 0;
+    SetWindowTextW(window, hibernate ? L"Hibernate" : L"Shutdown");
+    SetWindowTextW(inLabel, hibernate ? L"Hibernate in" : L"Shutdown in");
+    SetWindowTextW(cancelButton, hibernate ? L"Cancel Hibernate" : L"Cancel Shutdown");
+    SetWindowTextW(unlessLabel,
+                   hibernate ? L"unless you select Cancel Hibernate" : L"unless you select Cancel Shutdown");
+    ShowWindow(window, SW_SHOW);
+}
