@@ -1,22 +1,19 @@
 #!/usr/bin/env bash
-# Sets up, builds and starts MAVU Video Capture under Wine.
-#   bash tools/run.sh            on a machine without a display: runs the
-#                                program on a private Xvfb, takes a
-#                                screenshot, closes it, and says where things are
-#   bash tools/run.sh --display  keeps the program running on your display
-#                                until you close it
+# Sets up, builds and runs MAVU Video Capture's main job under Wine: a
+# synthetic camera, an event 40 seconds ahead with a 10-second duration, the
+# countdown, the recording into an AVI with its report, and a screenshot
+# taken during the recording. Prints where the AVI, the report and the
+# screenshot are.
+#   bash tools/run.sh            without a display: on a private Xvfb, and the
+#                                program is closed at the end
+#   bash tools/run.sh --display  on your display; the program stays open
+#                                afterwards until you close it
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 bash "$root/tools/setup.sh"
 bash "$root/tools/build.sh"
 
 if [ "${1:-}" = "--display" ]; then
-    folder="$root/build/run"
-    mkdir -p "$folder"
-    cp -f "$root/build/bin/MAVU_VideoCapture.exe" "$folder/"
-    cp -rf "$root/build/bin/MavuVideoIcons" "$folder/"
-    cd "$folder"
-    exec "$root/build/wine-run.sh" ./MAVU_VideoCapture.exe
+    exec "$root/build/wine-run.sh" "$root/build/bin/mavu_demo.exe" --keep
 fi
-
 "$root/build/wine-run.sh" "$root/build/bin/mavu_demo.exe"

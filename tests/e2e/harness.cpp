@@ -284,6 +284,58 @@ bool TakeScreenshot(const std::string& name)
     return WaitUntil([&] { return GetFileAttributesA(windowsPath.c_str()) != INVALID_FILE_ATTRIBUTES; }, 30000, 100);
 }
 
+SYSTEMTIME UtcInSeconds(int seconds)
+{
+    FILETIME now;
+    GetSystemTimeAsFileTime(&now);
+    ULARGE_INTEGER ticks;
+    ticks.LowPart = now.dwLowDateTime;
+    ticks.HighPart = now.dwHighDateTime;
+    ticks.QuadPart += static_cast<ULONGLONG>(static_cast<LONGLONG>(seconds) * 10000000LL);
+    FILETIME moved{ticks.LowPart, ticks.HighPart};
+    SYSTEMTIME utc{};
+    FileTimeToSystemTime(&moved, &utc);
+    return utc;
+}
+
+std::string Option(const char* key, const char* value)
+{
+    return std::string("\t<") + key + " Value=\"" + value + "\"/>\r\n";
+}
+
+void WriteOptions(const std::wstring& folder, const std::string& elements)
+{
+    WriteBytes(folder + L"\\MAVU_options_capture.xml",
+               "<?xml version='1.0'?>\r\n<!--MAVU Video Capture Version 2.1-->\r\n<Root>\r\n" + elements +
+                   "</Root>\r\n");
+}
+
+std::wstring WriteEvent(const std::wstring& folder, const std::wstring& name, const SYSTEMTIME& moment,
+                        int durationSeconds, const char* asteroid, const char* star, bool hibernate, bool shutdown)
+{
+    auto number = [](int value) { return std::to_string(value); };
+    std::string body = "<?xml version='1.0'?>\r\n<!--MAVU Video Capture Version 2.1-->\r\n<Root>\r\n";
+    body += Option("EventYear", number(moment.wYear).c_str());
+    body += Option("EventMonth", number(moment.wMonth).c_str());
+    body += Option("EventDay", number(moment.wDay).c_str());
+    body += Option("EventHour", number(moment.wHour).c_str());
+    body += Option("EventMinute", number(moment.wMinute).c_str());
+    body += Option("EventSecond", number(moment.wSecond).c_str());
+    body += Option("DurationHour", number(durationSeconds / 3600).c_str());
+    body += Option("DurationMinute", number(durationSeconds / 60 % 60).c_str());
+    body += Option("DurationSecond", number(durationSeconds % 60).c_str());
+    body += Option("Hibernate", hibernate ? "TRUE" : "FALSE");
+    body += Option("Shutdown", shutdown ? "TRUE" : "FALSE");
+    body += Option("Comment", "");
+    body += Option("AsteroidName", asteroid);
+    body += Option("StarName", star);
+    body += "</Root>\r\n";
+    CreateDirectoryW((folder + L"\\Events").c_str(), nullptr);
+    std::wstring path = folder + L"\\Events\\" + name + L".mef";
+    WriteBytes(path, body);
+    return path;
+}
+
 std::string Narrow(const std::wstring& text)
 {
     int size = WideCharToMultiByte(CP_UTF8, 0, text.c_str(), static_cast<int>(text.size()), nullptr, 0, nullptr,

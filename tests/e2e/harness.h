@@ -58,6 +58,18 @@ bool TakeScreenshot(const std::string& name);
 // Turns a wide text into UTF-8 for test output.
 std::string Narrow(const std::wstring& text);
 
+// The present UTC time moved by some seconds.
+SYSTEMTIME UtcInSeconds(int seconds);
+// Writes "Events\NAME.mef" in the folder for an event at a UTC moment;
+// returns the file's path.
+std::wstring WriteEvent(const std::wstring& folder, const std::wstring& name, const SYSTEMTIME& moment,
+                        int durationSeconds, const char* asteroid = "", const char* star = "",
+                        bool hibernate = false, bool shutdown = false);
+// Writes the options file with the given elements ("\t<Key Value=\"...\"/>" lines).
+void WriteOptions(const std::wstring& folder, const std::string& elements);
+// The element line of one option.
+std::string Option(const char* key, const char* value);
+
 // One run of the program.
 class Program {
 public:
