@@ -7,4 +7,8 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 bash "$root/tools/setup.sh"
 bash "$root/tools/build.sh"
 cd "$root/build"
+# The longer suite (ctest -L long) runs only when asked for.
+if [ $# -eq 0 ]; then
+    set -- -LE long
+fi
 ctest --output-on-failure "$@"

@@ -17,4 +17,17 @@ set(MAVU_E2E_SCENARIOS
     Video.WebcamPreviewWithVmr9SizesTheWindowToTheFormat
     Video.EvrTakesNoYuy2OnThisPlatformAndSaysSo
     Video.Vmr7WithoutQualityInterfaceIsRefused
+    Recording.ManualStartWaitStopWritesTheAviAndItsReport
+    Events.OneEventRecordsCentredOnItsMoment
+    Events.OneEventRecordsCentredOnItsMomentInNewYork
+    Events.LoadingSaysWhatOverlapsAndPassesOverWhatIsOver
+    Events.ManualRecordingDuringACountdownCancelsItAndStopReloads
+    Events.StopDuringAnEventAsksAndTheEventIsNotArmedAgain
+    Events.ShutdownCountsDownFromThirtyAndCancelStopsIt
+)
+
+# Scenarios of minutes, run by: ctest -L long
+set(MAVU_E2E_LONG_SCENARIOS
+    Events.ShutdownAtTheEndOfTheCountIsWhatThePlatformGives
+    Events.TwoEventsAMinuteApartAreBothRecordedInOrder
 )
