@@ -170,7 +170,7 @@ HRESULT VideoPlayer::StopCamera(bool wasRecording)
         droppedFrames->GetNumDropped(&dropped);
     if (!mediaControl)
         return Fail(L"Logic error: attempt to stop camera without a filter graph builder\r\n");
-    if (FAILED(mediaControl->Stop())) {
+    if (FAILED(StopGraph())) {
         ReportUserMessage(L"WARNING: Cannot stop recording camera\r\n", true);
         return E_ABORT;
     }

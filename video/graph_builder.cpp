@@ -109,6 +109,19 @@ IPin* GetFilterPin(IBaseFilter* filter, PIN_DIRECTION direction, const wchar_t* 
     return nullptr;
 }
 
+HRESULT VideoPlayer::StopGraph()
+{
+    if (fileBranchAssembled) {
+        // The platform's mux stops before the filters upstream of it and
+        // fails on a sample that reaches it after that. Pausing first ends
+        // the live source's delivery; the frame already on its way gets its
+        // moment to land while the mux still runs.
+        mediaControl->Pause();
+        Sleep(100);
+    }
+    return mediaControl->Stop();
+}
+
 HRESULT VideoPlayer::RemoveGraphFilters()
 {
     if (!graph) {
@@ -120,7 +133,7 @@ HRESULT VideoPlayer::RemoveGraphFilters()
         return E_FAIL;
     }
     if (graphState == GraphRunning) {
-        mediaControl->Stop();
+        StopGraph();
         graphState = GraphBuilt;
     }
     ComPtr<IEnumFilters> filters;
@@ -168,8 +181,11 @@ HRESULT VideoPlayer::AddFileBranch(const wchar_t* filePath, IBaseFilter* sourceF
         fileSink = nullptr;
     }
     HRESULT hr = captureBuilder->SetOutputFileName(&MEDIASUBTYPE_Avi, filePath, &mux, &fileSink);
-    if (hr == E_NOTIMPL)
+    fileBranchAssembled = false;
+    if (hr == E_NOTIMPL) {
         hr = AssembleFileBranch(graph, filePath, &mux, &fileSink);
+        fileBranchAssembled = SUCCEEDED(hr);
+    }
     if (FAILED(hr)) {
         Report(L"SEVERE: SetOutputFileName method has failed\r\n");
         return E_ABORT;

@@ -108,6 +108,12 @@ public:
     wchar_t startRecordingLine[64] = L"";
     wchar_t stopRecordingLine[64] = L"";
 
+    // The file branch was assembled from the platform's mux and the
+    // program's sink, because the platform's builder wouldn't.
+    bool fileBranchAssembled = false;
+    // IMediaControl::Stop, after draining a hand-assembled file branch.
+    HRESULT StopGraph();
+
 private:
     HRESULT AddFileBranch(const wchar_t* filePath, IBaseFilter* sourceFilter, const VideoFormat* format);
     void WriteRunReportFile(long notDropped, long dropped);

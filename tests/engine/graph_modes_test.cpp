@@ -5,6 +5,7 @@
 #include "app/app_state.h"
 #include "persistence/options.h"
 
+#include <cstdio>
 #include <cstring>
 
 using namespace enginetest;
@@ -67,6 +68,7 @@ TEST_F(EngineTest, EachModeBuildsTheChainOfItsRow)
     };
     for (const Mode& mode : modes) {
         SCOPED_TRACE(mode.name);
+        std::fprintf(stderr, "mode %s\n", mode.name);
         pixelSaturationOn = mode.saturation;
         frameIntegrationOn = mode.integration;
         frameIntegrationCount = mode.integration ? 3 : 1;
