@@ -28,3 +28,8 @@ void SetWindowIcons(HWND window);
 
 // Sets a control's font when the font exists.
 void SetControlFont(HWND control, HFONT font);
+
+// A child control with an identifier (0 for none), shown, in the given font
+// when that font exists.
+HWND CreateControl(HWND parent, const wchar_t* className, const wchar_t* text, DWORD style, int x, int y, int width,
+                   int height, int id, HFONT font);

@@ -3,6 +3,7 @@
 #include "app/app_state.h"
 #include "app/main_window.h"
 #include "app/power_actions.h"
+#include "ui/dialog_common.h"
 #include "ui/fonts.h"
 
 #include <cstdio>
@@ -44,42 +45,30 @@ LRESULT CALLBACK PowerWindowProc(HWND window, UINT message, WPARAM wParam, LPARA
         break;
     case WM_CLOSE:
         return 0;
+    case WM_CTLCOLORSTATIC:
+        return StaticTextColour(reinterpret_cast<HDC>(wParam));
     }
     return DefWindowProcW(window, message, wParam, lParam);
-}
-
-HWND Child(HWND parent, const wchar_t* className, DWORD style, int x, int y, int width, int height, int id,
-           AppFont font)
-{
-    HWND control = CreateWindowExW(0, className, L"", WS_CHILD | WS_VISIBLE | style, x, y, width, height, parent,
-                                   reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr),
-                                   nullptr);
-    if (control && appFonts[font])
-        SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(appFonts[font]), FALSE);
-    return control;
 }
 
 }  // namespace
 
 HWND CreatePowerWindow(HINSTANCE instance)
 {
-    WNDCLASSEXW windowClass{sizeof windowClass};
-    windowClass.lpfnWndProc = PowerWindowProc;
-    windowClass.hInstance = instance;
-    windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    windowClass.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
-    windowClass.lpszClassName = L"Hibernate";
-    RegisterClassExW(&windowClass);
-    HWND window = CreateWindowExW(0, L"Hibernate", L"Hibernate", WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU,
-                                  CW_USEDEFAULT, CW_USEDEFAULT, 300, 200, nullptr, nullptr, instance, nullptr);
+    if (!RegisterToolWindowClass(instance, L"Hibernate", PowerWindowProc))
+        return nullptr;
+    // Its position record is kept but never applied: no key here.
+    HWND window = CreateToolWindow(instance, L"Hibernate", L"Hibernate", WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU,
+                                   300, 200, -1);
     if (!window)
         return nullptr;
-    inLabel = Child(window, L"STATIC", SS_LEFT, 45, 30, 80, 20, 0, DialogStaticFont);
-    secondsLabel = Child(window, L"STATIC", SS_LEFT, 135, 25, 40, 25, 0, PowerCountdownFont);
-    HWND seconds = Child(window, L"STATIC", SS_LEFT, 175, 30, 70, 20, 0, DialogStaticFont);
-    SetWindowTextW(seconds, L"seconds");
-    unlessLabel = Child(window, L"STATIC", SS_LEFT, 30, 60, 230, 20, 0, DialogStaticFont);
-    cancelButton = Child(window, L"BUTTON", BS_PUSHBUTTON, 75, 120, 135, 28, kCancelPowerActionId, DialogButtonFont);
+    HFONT text = appFonts[DialogStaticFont];
+    inLabel = CreateControl(window, L"STATIC", L"", SS_LEFT, 45, 30, 80, 20, 0, text);
+    secondsLabel = CreateControl(window, L"STATIC", L"", SS_LEFT, 135, 25, 40, 25, 0, appFonts[PowerCountdownFont]);
+    CreateControl(window, L"STATIC", L"seconds", SS_LEFT, 175, 30, 70, 20, 0, text);
+    unlessLabel = CreateControl(window, L"STATIC", L"", SS_LEFT, 30, 60, 230, 20, 0, text);
+    cancelButton = CreateControl(window, L"BUTTON", L"", BS_PUSHBUTTON, 75, 120, 135, 28, kCancelPowerActionId,
+                                 appFonts[DialogButtonFont]);
     return window;
 }
 
