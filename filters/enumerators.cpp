@@ -2,7 +2,8 @@
 
 #include <new>
 
-CEnumPins::CEnumPins(CBaseFilter* filter, const CEnumPins* copyFrom) : filter_(filter)
+CEnumPins::CEnumPins(CBaseFilter* filter, const CEnumPins* copyFrom)
+    : CSingleInterfaceObject(IID_IEnumPins), filter_(filter)
 {
     filter_->AddRef();
     if (copyFrom) {
@@ -18,32 +19,6 @@ CEnumPins::CEnumPins(CBaseFilter* filter, const CEnumPins* copyFrom) : filter_(f
 CEnumPins::~CEnumPins()
 {
     filter_->Release();
-}
-
-HRESULT STDMETHODCALLTYPE CEnumPins::QueryInterface(REFIID iid, void** object)
-{
-    if (!object)
-        return E_POINTER;
-    if (iid == IID_IUnknown || iid == IID_IEnumPins) {
-        *object = static_cast<IEnumPins*>(this);
-        AddRef();
-        return S_OK;
-    }
-    *object = nullptr;
-    return E_NOINTERFACE;
-}
-
-ULONG STDMETHODCALLTYPE CEnumPins::AddRef()
-{
-    return static_cast<ULONG>(InterlockedIncrement(&references_));
-}
-
-ULONG STDMETHODCALLTYPE CEnumPins::Release()
-{
-    LONG count = InterlockedDecrement(&references_);
-    if (count == 0)
-        delete this;
-    return static_cast<ULONG>(count);
 }
 
 HRESULT STDMETHODCALLTYPE CEnumPins::Next(ULONG count, IPin** pins, ULONG* fetched)
@@ -102,7 +77,8 @@ HRESULT STDMETHODCALLTYPE CEnumPins::Clone(IEnumPins** clone)
     return *clone ? S_OK : E_OUTOFMEMORY;
 }
 
-CEnumMediaTypes::CEnumMediaTypes(CBasePin* pin, const CEnumMediaTypes* copyFrom) : pin_(pin)
+CEnumMediaTypes::CEnumMediaTypes(CBasePin* pin, const CEnumMediaTypes* copyFrom)
+    : CSingleInterfaceObject(IID_IEnumMediaTypes), pin_(pin)
 {
     pin_->AddRef();
     if (copyFrom) {
@@ -116,32 +92,6 @@ CEnumMediaTypes::CEnumMediaTypes(CBasePin* pin, const CEnumMediaTypes* copyFrom)
 CEnumMediaTypes::~CEnumMediaTypes()
 {
     pin_->Release();
-}
-
-HRESULT STDMETHODCALLTYPE CEnumMediaTypes::QueryInterface(REFIID iid, void** object)
-{
-    if (!object)
-        return E_POINTER;
-    if (iid == IID_IUnknown || iid == IID_IEnumMediaTypes) {
-        *object = static_cast<IEnumMediaTypes*>(this);
-        AddRef();
-        return S_OK;
-    }
-    *object = nullptr;
-    return E_NOINTERFACE;
-}
-
-ULONG STDMETHODCALLTYPE CEnumMediaTypes::AddRef()
-{
-    return static_cast<ULONG>(InterlockedIncrement(&references_));
-}
-
-ULONG STDMETHODCALLTYPE CEnumMediaTypes::Release()
-{
-    LONG count = InterlockedDecrement(&references_);
-    if (count == 0)
-        delete this;
-    return static_cast<ULONG>(count);
 }
 
 HRESULT STDMETHODCALLTYPE CEnumMediaTypes::Next(ULONG count, AM_MEDIA_TYPE** types, ULONG* fetched)

@@ -5,14 +5,43 @@
 
 #include "filters/base_pins.h"
 
-class CEnumPins : public IEnumPins {
+// The IUnknown of a free-standing COM object with one interface.
+template <class Interface>
+class CSingleInterfaceObject : public Interface {
+public:
+    explicit CSingleInterfaceObject(REFIID iid) : iid_(iid) {}
+    virtual ~CSingleInterfaceObject() = default;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override
+    {
+        if (!object)
+            return E_POINTER;
+        if (iid == IID_IUnknown || iid == iid_) {
+            *object = static_cast<Interface*>(this);
+            AddRef();
+            return S_OK;
+        }
+        *object = nullptr;
+        return E_NOINTERFACE;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(InterlockedIncrement(&references_)); }
+    ULONG STDMETHODCALLTYPE Release() override
+    {
+        LONG count = InterlockedDecrement(&references_);
+        if (count == 0)
+            delete this;
+        return static_cast<ULONG>(count);
+    }
+
+private:
+    const IID& iid_;
+    volatile LONG references_ = 1;
+};
+
+class CEnumPins : public CSingleInterfaceObject<IEnumPins> {
 public:
     CEnumPins(CBaseFilter* filter, const CEnumPins* copyFrom);
-    virtual ~CEnumPins();
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
-    ULONG STDMETHODCALLTYPE AddRef() override;
-    ULONG STDMETHODCALLTYPE Release() override;
+    ~CEnumPins() override;
 
     HRESULT STDMETHODCALLTYPE Next(ULONG count, IPin** pins, ULONG* fetched) override;
     HRESULT STDMETHODCALLTYPE Skip(ULONG count) override;
@@ -22,21 +51,16 @@ public:
 private:
     bool AreWeOutOfSync() const { return filter_->GetPinVersion() != version_; }
 
-    volatile LONG references_ = 1;
     CBaseFilter* filter_;
     int position_ = 0;
     int pinCount_ = 0;
     LONG version_ = 0;
 };
 
-class CEnumMediaTypes : public IEnumMediaTypes {
+class CEnumMediaTypes : public CSingleInterfaceObject<IEnumMediaTypes> {
 public:
     CEnumMediaTypes(CBasePin* pin, const CEnumMediaTypes* copyFrom);
-    virtual ~CEnumMediaTypes();
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
-    ULONG STDMETHODCALLTYPE AddRef() override;
-    ULONG STDMETHODCALLTYPE Release() override;
+    ~CEnumMediaTypes() override;
 
     HRESULT STDMETHODCALLTYPE Next(ULONG count, AM_MEDIA_TYPE** types, ULONG* fetched) override;
     HRESULT STDMETHODCALLTYPE Skip(ULONG count) override;
@@ -46,7 +70,6 @@ public:
 private:
     bool AreWeOutOfSync() const { return pin_->GetMediaTypeVersion() != version_; }
 
-    volatile LONG references_ = 1;
     CBasePin* pin_;
     int position_ = 0;
     LONG version_ = 0;
