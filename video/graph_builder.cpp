@@ -111,11 +111,12 @@ IPin* GetFilterPin(IBaseFilter* filter, PIN_DIRECTION direction, const wchar_t* 
 
 HRESULT VideoPlayer::StopGraph()
 {
-    if (fileBranchAssembled) {
+    if (fileBranchAssembled && graphState == GraphRunning) {
         // The platform's mux stops before the filters upstream of it and
         // fails on a sample that reaches it after that. Pausing first ends
         // the live source's delivery; the frame already on its way gets its
-        // moment to land while the mux still runs.
+        // moment to land while the mux still runs. Only a running graph is
+        // paused: a pause from stopped would open the finished file anew.
         mediaControl->Pause();
         Sleep(100);
     }
@@ -167,6 +168,7 @@ HRESULT VideoPlayer::RemoveGraphFilters()
         mux->Release();
         mux = nullptr;
     }
+    fileBranchAssembled = false;
     return result;
 }
 
@@ -191,20 +193,17 @@ HRESULT VideoPlayer::AddFileBranch(const wchar_t* filePath, IBaseFilter* sourceF
         return E_ABORT;
     }
 
-    IBaseFilter* codecFilter = nullptr;
+    const CodecRecord* codec = nullptr;
     for (SubtypeCodecPair* pair : subtypeCodecPairs) {
         if (!pair || pair->subtype != format->subtype)
             continue;
         if (pair->codec && pair->codec->filter)
-            codecFilter = pair->codec->filter;
+            codec = pair->codec;
         break;
     }
+    IBaseFilter* codecFilter = codec ? codec->filter : nullptr;
     if (codecFilter) {
-        const wchar_t* codecName = L"";
-        for (SubtypeCodecPair* pair : subtypeCodecPairs)
-            if (pair && pair->codec && pair->codec->filter == codecFilter)
-                codecName = pair->codec->name;
-        if (FAILED(graph->AddFilter(codecFilter, codecName))) {
+        if (FAILED(graph->AddFilter(codecFilter, codec->name))) {
             Report(L"\r\nUnable to add elected codec to filter graph\r\n");
             return E_ABORT;
         }
