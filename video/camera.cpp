@@ -14,6 +14,8 @@
 
 namespace {
 
+constexpr wchar_t kBadCharacterNote[] = L"\r\n\r\nNOTE -- wide character buffer has unexpected bad character.\r\n";
+
 HRESULT Fail(const wchar_t* text)
 {
     ReportUserMessage(text, true);
@@ -244,7 +246,14 @@ void VideoPlayer::WriteRunReportFile(long notDropped, long dropped)
     std::wstring path = RunReportPath(RecordingFilePath);
     if (path.empty())
         return;
-    int defaulted = WriteRunReport(path, BuildRunReport(input));
-    for (int i = 0; i < defaulted; ++i)
-        ReportUserMessage(L"\r\n\r\nNOTE -- wide character buffer has unexpected bad character.\r\n", false);
+    // Each conversion that had to use the default character says so, before
+    // the file is written all the same.
+    bool defaulted = false;
+    std::string narrowPath = NarrowReportText(path, &defaulted);
+    if (defaulted)
+        ReportUserMessage(kBadCharacterNote, true);
+    std::string narrowText = NarrowReportText(BuildRunReport(input), &defaulted);
+    if (defaulted)
+        ReportUserMessage(kBadCharacterNote, true);
+    WriteRunReportText(narrowPath, narrowText);
 }

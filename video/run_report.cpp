@@ -52,25 +52,10 @@ const wchar_t* RendererText(int32_t choice)
     }
 }
 
-// As much of the text as fits in the narrow buffer, terminator included.
-std::string Narrow(const std::wstring& text, bool* usedDefault)
+// Bytes that the first `length` characters take in the ANSI code page.
+int NarrowLength(const wchar_t* text, int length)
 {
-    char buffer[kNarrowCapacity] = {};
-    BOOL defaulted = FALSE;
-    int written = WideCharToMultiByte(CP_ACP, 0, text.c_str(), -1, buffer, kNarrowCapacity, nullptr, &defaulted);
-    if (written == 0) {
-        // Too long: the part that fits, as a conversion into a full buffer
-        // leaves it.
-        size_t length = text.size();
-        while (length > 0 && written == 0) {
-            length = length * 9 / 10;
-            written = WideCharToMultiByte(CP_ACP, 0, text.c_str(), static_cast<int>(length), buffer,
-                                          kNarrowCapacity - 1, nullptr, &defaulted);
-        }
-        buffer[written] = '\0';
-    }
-    *usedDefault = defaulted != FALSE;
-    return buffer;
+    return WideCharToMultiByte(CP_ACP, 0, text, length, nullptr, 0, nullptr, nullptr);
 }
 
 }  // namespace
@@ -119,15 +104,36 @@ std::wstring RunReportPath(const std::wstring& recordingPath)
     return {};
 }
 
-int WriteRunReport(const std::wstring& reportPath, const std::wstring& text)
+std::string NarrowReportText(const std::wstring& text, bool* usedDefault)
 {
-    bool pathDefaulted = false, textDefaulted = false;
-    std::string path = Narrow(reportPath, &pathDefaulted);
-    std::string body = Narrow(text, &textDefaulted);
+    // The longest beginning of the text that fits the buffer with its
+    // terminator: a report too long for it comes out unfinished.
+    int length = static_cast<int>(text.size());
+    if (length > 0 && NarrowLength(text.c_str(), length) > kNarrowCapacity - 1) {
+        int low = 0, high = length;
+        while (low < high) {
+            int middle = low + (high - low + 1) / 2;
+            if (NarrowLength(text.c_str(), middle) <= kNarrowCapacity - 1)
+                low = middle;
+            else
+                high = middle - 1;
+        }
+        length = low;
+    }
+    std::string narrow(static_cast<size_t>(length > 0 ? NarrowLength(text.c_str(), length) : 0), '\0');
+    BOOL defaulted = FALSE;
+    if (!narrow.empty())
+        WideCharToMultiByte(CP_ACP, 0, text.c_str(), length, narrow.data(), static_cast<int>(narrow.size()), nullptr,
+                            &defaulted);
+    *usedDefault = defaulted != FALSE;
+    return narrow;
+}
+
+void WriteRunReportText(const std::string& narrowPath, const std::string& narrowText)
+{
     // Text mode: each line end of the text gains a carriage return on its
     // way out, as the stream's default mode does on this platform.
-    std::ofstream file(path);
-    file << body;
+    std::ofstream file(narrowPath);
+    file << narrowText;
     file.close();
-    return (pathDefaulted ? 1 : 0) + (textDefaulted ? 1 : 0);
 }

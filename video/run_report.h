@@ -34,8 +34,10 @@ std::wstring BuildRunReport(const RunReportInput& input);
 // from the end down to the second character; empty when there is none.
 std::wstring RunReportPath(const std::wstring& recordingPath);
 
-// Converts path and text to the system's ANSI code page, each in 1,024
-// bytes at most, and writes the text through a text-mode stream, replacing
-// an older file. Returns how many of the two conversions met a character
-// with no narrow form (the file is written all the same).
-int WriteRunReport(const std::wstring& reportPath, const std::wstring& text);
+// The text in the system's ANSI code page, at most 1,023 bytes: a longer
+// report is cut where the buffer fills. `usedDefault` tells whether a
+// character had no narrow form.
+std::string NarrowReportText(const std::wstring& text, bool* usedDefault);
+
+// Writes the narrow text through a text-mode stream, replacing an older file.
+void WriteRunReportText(const std::string& narrowPath, const std::string& narrowText);

@@ -105,8 +105,8 @@ public:
     wchar_t currentRendererName[32] = L"";
 
     // The lines of the run report that the recording's start and stop make.
-    wchar_t startRecordingLine[64] = L"";
-    wchar_t stopRecordingLine[64] = L"";
+    wchar_t startRecordingLine[128] = L"";
+    wchar_t stopRecordingLine[128] = L"";
 
     // The file branch was assembled from the platform's mux and the
     // program's sink, because the platform's builder wouldn't.

@@ -65,10 +65,28 @@ TEST(RunReport, WrittenInTextModeWithEveryLineEndDoubledCarriageReturn)
 {
     TempFolder folder;
     std::wstring path = folder.File(L"report.txt");
-    EXPECT_EQ(WriteRunReport(path, L"Manual recording\r\nCodec: NONE\r\n"), 0);
+    bool defaulted = true;
+    std::string narrowPath = NarrowReportText(path, &defaulted);
+    EXPECT_FALSE(defaulted);
+    std::string text = NarrowReportText(L"Manual recording\r\nCodec: NONE\r\n", &defaulted);
+    EXPECT_FALSE(defaulted);
+    WriteRunReportText(narrowPath, text);
     EXPECT_EQ(ReadFileBytes(path), "Manual recording\r\r\nCodec: NONE\r\r\n");
     // A name with no narrow form is written with the default character and
-    // counted.
-    EXPECT_EQ(WriteRunReport(path, L"Video source device: \u4e2d\r\n"), 1);
+    // told.
+    text = NarrowReportText(L"Video source device: \u4e2d\r\n", &defaulted);
+    EXPECT_TRUE(defaulted);
+    WriteRunReportText(narrowPath, text);
     EXPECT_EQ(ReadFileBytes(path), "Video source device: ?\r\r\n");
+}
+
+TEST(RunReport, TextPastTheBufferIsCutWhereTheBufferFills)
+{
+    bool defaulted = true;
+    EXPECT_EQ(NarrowReportText(std::wstring(1023, L'a'), &defaulted), std::string(1023, 'a'));
+    EXPECT_FALSE(defaulted);
+    EXPECT_EQ(NarrowReportText(std::wstring(1024, L'b'), &defaulted), std::string(1023, 'b'));
+    EXPECT_EQ(NarrowReportText(std::wstring(5000, L'c') + L"\u4e2d", &defaulted), std::string(1023, 'c'));
+    EXPECT_FALSE(defaulted) << "the character past the cut is never converted";
+    EXPECT_EQ(NarrowReportText(L"", &defaulted), "");
 }
