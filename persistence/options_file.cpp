@@ -80,7 +80,7 @@ void AddSubtypeCodecPair(const wchar_t* value)
                           false);
         return;
     }
-    subtypeCodecPairs.push_back(new SubtypeCodecPair{SubtypeFromName(subtypeName.c_str()), codec});
+    savedSubtypeCodecPairs.push_back(new SubtypeCodecPair{SubtypeFromName(subtypeName.c_str()), codec});
 }
 
 }  // namespace
@@ -227,8 +227,8 @@ void ApplyLoadedOptions()
     rendererChoice = options.DefaultRenderer;
     displayOffWhileRecording = options.DisplayOffWhileRecording;
     removeFiltersWhileRecording = options.RemoveFiltersWhileRecording;
-    for (const SubtypeCodecPair* pair : subtypeCodecPairs)
-        workingSubtypeCodecPairs.push_back(new SubtypeCodecPair(*pair));
+    for (const SubtypeCodecPair* pair : savedSubtypeCodecPairs)
+        subtypeCodecPairs.push_back(new SubtypeCodecPair(*pair));
 }
 
 int BuildOptionsText(std::wstring& text)
@@ -293,7 +293,7 @@ int BuildOptionsText(std::wstring& text)
                 if ((added = add(L"VConfig", joined.c_str())) != S_OK)
                     return added;
             }
-            for (const SubtypeCodecPair* pair : subtypeCodecPairs) {
+            for (const SubtypeCodecPair* pair : savedSubtypeCodecPairs) {
                 std::wstring joined = SubtypeName(pair->subtype);
                 joined += L'|';
                 joined += pair->codec->name;

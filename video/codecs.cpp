@@ -4,7 +4,7 @@
 
 std::vector<CodecRecord*> installedCodecs;
 std::vector<SubtypeCodecPair*> subtypeCodecPairs;
-std::vector<SubtypeCodecPair*> workingSubtypeCodecPairs;
+std::vector<SubtypeCodecPair*> savedSubtypeCodecPairs;
 
 CodecRecord* FindInstalledCodec(const wchar_t* name)
 {

@@ -22,9 +22,10 @@ struct SubtypeCodecPair {
 
 // Compressors found on the computer.
 extern std::vector<CodecRecord*> installedCodecs;
-// The pairs the options file mirrors, and the running program's copy.
+// The pairs the graph uses in this run, and the pairs the options file
+// mirrors, of which the first list is a copy made after the load.
 extern std::vector<SubtypeCodecPair*> subtypeCodecPairs;
-extern std::vector<SubtypeCodecPair*> workingSubtypeCodecPairs;
+extern std::vector<SubtypeCodecPair*> savedSubtypeCodecPairs;
 
 // The installed codec of that exact name, or null.
 CodecRecord* FindInstalledCodec(const wchar_t* name);

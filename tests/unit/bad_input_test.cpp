@@ -233,12 +233,12 @@ TEST(BadInput, DamagedOptionsFilesHaveDefinedOutcomes)
          }},
         {"codec pair without a bar", OptionsText(Key("SubtypeCodecPair", std::string(5000, 'y'))), 1,
          [] {
-             EXPECT_TRUE(subtypeCodecPairs.empty());
+             EXPECT_TRUE(savedSubtypeCodecPairs.empty());
              EXPECT_TRUE(TakeQueuedUserMessages().empty());
          }},
         {"codec pair with an unknown codec", OptionsText(Key("SubtypeCodecPair", "YUY2|Nothing")), 1,
          [] {
-             EXPECT_TRUE(subtypeCodecPairs.empty());
+             EXPECT_TRUE(savedSubtypeCodecPairs.empty());
              EXPECT_EQ(TakeQueuedUserMessages().size(), 1u);
          }},
         {"five megabytes", huge, 1, [] { EXPECT_STREQ(options.VideoNamePrefix, L"late"); }},
@@ -258,7 +258,7 @@ TEST(BadInput, DamagedOptionsFilesHaveDefinedOutcomes)
         SetOptionDefaults(options, workArea);
         defaultDuration = {1943, 5, 1, 3, 0, 10, 0, 0};
         videoConfigurations.clear();
-        subtypeCodecPairs.clear();
+        savedSubtypeCodecPairs.clear();
         TakeQueuedUserMessages();
         WriteFileBytes(folder.File(L"MAVU_options_capture.xml"), c.bytes);
         EXPECT_EQ(LoadOptions(), c.loaded);

@@ -29,9 +29,9 @@ protected:
         for (SubtypeCodecPair* pair : subtypeCodecPairs)
             delete pair;
         subtypeCodecPairs.clear();
-        for (SubtypeCodecPair* pair : workingSubtypeCodecPairs)
+        for (SubtypeCodecPair* pair : savedSubtypeCodecPairs)
             delete pair;
-        workingSubtypeCodecPairs.clear();
+        savedSubtypeCodecPairs.clear();
         defaultDuration = {1943, 5, 1, 3, 0, 10, 0, 0};
         showUtcClock = 0;
         rendererChoice = 0;
@@ -104,7 +104,10 @@ TEST_F(OptionsFile, ListsAndConfigurationsAreWrittenBehindTheirKeys)
     wcscpy(options.DefaultVideoSource, L"USB 2861 Device");
     options.DefaultRenderer = 7;  // outside 0 to 2: a single blank
     CodecRecord codec{nullptr, L"Lagarith Lossless Codec"};
-    subtypeCodecPairs.push_back(new SubtypeCodecPair{SubtypeYUY2, &codec});
+    savedSubtypeCodecPairs.push_back(new SubtypeCodecPair{SubtypeYUY2, &codec});
+    // A choice of this run only is not saved.
+    CodecRecord runOnly{nullptr, L"Run Only Codec"};
+    subtypeCodecPairs.push_back(new SubtypeCodecPair{SubtypeRGB24, &runOnly});
 
     VideoSourceInfo source{};
     wcscpy(source.name, L"USB 2861 Device");
@@ -261,8 +264,9 @@ TEST_F(OptionsFile, ConfigurationsAndCodecPairsSplitAsStored)
     for (const Case& c : cases) {
         VideoConfiguration configuration{};
         EXPECT_EQ(SplitVConfig(c.value, configuration), c.kept) << testing::PrintToString(c.value);
-        if (c.kept)
+        if (c.kept) {
             EXPECT_STREQ(configuration.standard, c.standard);
+        }
     }
 
     std::wstring subtype, codec;
@@ -278,9 +282,10 @@ TEST_F(OptionsFile, ConfigurationsAndCodecPairsSplitAsStored)
                  "<VConfig Value=\"Cam|25|720x576|YUY2|X|2|3|4|5|6|PAL\"/>");
     ASSERT_EQ(LoadOptions(), 1);
     installedCodecs.clear();
-    ASSERT_EQ(subtypeCodecPairs.size(), 1u);
-    EXPECT_EQ(subtypeCodecPairs[0]->subtype, SubtypeRGB24);
-    EXPECT_EQ(subtypeCodecPairs[0]->codec, &installed);
+    ASSERT_EQ(savedSubtypeCodecPairs.size(), 1u);
+    EXPECT_EQ(savedSubtypeCodecPairs[0]->subtype, SubtypeRGB24);
+    EXPECT_EQ(savedSubtypeCodecPairs[0]->codec, &installed);
+    EXPECT_TRUE(subtypeCodecPairs.empty()) << "the run's list is a copy made when the options are applied";
     std::vector<std::wstring> messages = TakeQueuedUserMessages();
     ASSERT_EQ(messages.size(), 2u);  // one warning per missing codec, none for the pair without a bar
     EXPECT_EQ(messages[0], L"WARNING: named codec in a Subtype / Codec pair is not installed on this computer\r\n");
@@ -288,9 +293,9 @@ TEST_F(OptionsFile, ConfigurationsAndCodecPairsSplitAsStored)
     EXPECT_STREQ(videoConfigurations[0]->brightness, L"X");
 
     ApplyLoadedOptions();
-    ASSERT_EQ(workingSubtypeCodecPairs.size(), 1u);
-    EXPECT_NE(workingSubtypeCodecPairs[0], subtypeCodecPairs[0]);
-    EXPECT_EQ(workingSubtypeCodecPairs[0]->codec, &installed);
+    ASSERT_EQ(subtypeCodecPairs.size(), 1u);
+    EXPECT_NE(subtypeCodecPairs[0], savedSubtypeCodecPairs[0]);
+    EXPECT_EQ(subtypeCodecPairs[0]->codec, &installed);
 }
 
 TEST_F(OptionsFile, DefaultDurationAndEventDisplayAfterLoad)
