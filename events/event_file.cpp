@@ -94,9 +94,13 @@ int WriteEventFile(const wchar_t* path, const EventFileText* text)
 {
     if (!path || !text)
         return 0;
+    // A copy whose every field ends within its capacity, whatever the
+    // caller left in it.
     EventFileText fields = *text;
     FieldSlot slots[14];
     FieldSlots(fields, slots);
+    for (FieldSlot& slot : slots)
+        slot.text[slot.capacity - 1] = 0;
     std::wstring xml;
     HRESULT result = BuildXmlText(
         L"MAVU Event File Version 2.1",
@@ -135,11 +139,12 @@ int ReadEventFile(const wchar_t* path, EventFileText& text)
     if (walked != S_OK)
         return 0;
 
-    // A search opened and closed on the file at once: a failing close is the
-    // sign that the file stays held, which later editing would trip over.
+    // A search opened and closed on the file at once: a failing close (also
+    // of the failed search of a file that has gone meanwhile) is the sign
+    // that editing the file would trip over.
     WIN32_FIND_DATAW found{};
     HANDLE search = FindFirstFileExW(path, FindExInfoBasic, &found, FindExSearchNameMatch, nullptr, 0);
-    if (search && search != INVALID_HANDLE_VALUE && !FindClose(search))
+    if (search && !FindClose(search))
         ReportUserMessage(L"WARNING: unable to close an Event file - this may result in modify or delete issues", true);
     return 1;
 }

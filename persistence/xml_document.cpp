@@ -297,14 +297,18 @@ HRESULT WalkXmlKeys(IXMLDOMDocument* document, AttributeRule rule, const XmlKeyH
     result = root->get_childNodes(children.Put());
     if (result != S_OK || !children)
         return FAILED(result) ? result : E_FAIL;
+    long length = 0;
+    result = children->get_length(&length);
+    if (result != S_OK)
+        return FAILED(result) ? result : E_FAIL;
     // The children in document order. Wine's get_item walks from the first
     // child on every call, so a large file would take quadratic time; the
     // list's own cursor visits the same nodes in the same order.
     children->reset();
-    for (;;) {
+    for (long index = 0; index < length; ++index) {
         ComPtr<IXMLDOMNode> child;
         if (children->nextNode(child.Put()) != S_OK || !child)
-            break;
+            continue;
         DOMNodeType type;
         if (child->get_nodeType(&type) != S_OK || type != NODE_ELEMENT)
             continue;
