@@ -12,10 +12,18 @@
 #include <algorithm>
 
 std::vector<std::unique_ptr<EventRecord>> scheduledEvents;
-std::unique_ptr<EventRecord> currentEvent;
+// Armed records are never freed: a timer thread may still be naming a file
+// after the event that a reload on the interface thread has just replaced.
+std::atomic<EventRecord*> currentEvent{nullptr};
 SYSTEMTIME currentEventTime{};
 SYSTEMTIME currentEventDuration{};
-std::vector<StoppedEventKey> stoppedEvents;
+// Room for more stops than a run can have: a stop on the interface thread
+// appends while an end timer's reload may be walking the list.
+std::vector<StoppedEventKey> stoppedEvents = [] {
+    std::vector<StoppedEventKey> keys;
+    keys.reserve(1024);
+    return keys;
+}();
 Flag eventPending{0};
 Flag eventRecording{0};
 std::atomic<uint64_t> countdownDeadline{0};
@@ -69,7 +77,7 @@ void LoadEvents()
         return;
     RecordingFilePath[0] = 0;
     scheduledEvents.clear();
-    currentEvent.reset();
+    currentEvent = nullptr;
 
     WIN32_FIND_DATAW found;
     HANDLE search = FindFirstFileW(L"Events\\*.mef", &found);
@@ -132,10 +140,10 @@ void ArmNextEvent()
         ReportUserMessage(L"Hibernation is not supported even though Event requests it", true);
     }
     shutdownAfterEvent = next->shutdown;
-    currentEvent = std::move(scheduledEvents.back());
+    currentEvent = scheduledEvents.back().release();
     scheduledEvents.pop_back();
-    currentEventTime = currentEvent->eventTime;
-    currentEventDuration = currentEvent->duration;
+    currentEventTime = next->eventTime;
+    currentEventDuration = next->duration;
     StartCountdown();
 }
 
@@ -201,6 +209,7 @@ void CountdownTick()
         return;
     }
     // The deadline: the camera restarts into the event's file, on this thread.
+    EventRecord* event = currentEvent;
     StopTickTimer();
     eventPending = 0;
     StopVideo();
@@ -214,7 +223,7 @@ void CountdownTick()
     // Armed before the camera starts, so the start-up time comes out of the
     // recording rather than adding to it.
     StartEventEndTimer(eventDurationMs + 450);
-    MakeVideoPathname(true, currentEvent.get());
+    MakeVideoPathname(true, event);
     MarkRecordingStarted(true);
     StartVideo();
 }

@@ -11,7 +11,7 @@
 #include <vector>
 
 extern std::vector<std::unique_ptr<EventRecord>> scheduledEvents;  // latest first
-extern std::unique_ptr<EventRecord> currentEvent;
+extern std::atomic<EventRecord*> currentEvent;  // the armed event, never freed
 extern SYSTEMTIME currentEventTime;
 extern SYSTEMTIME currentEventDuration;
 extern std::vector<StoppedEventKey> stoppedEvents;
