@@ -5,6 +5,7 @@
 #include "app/file_names.h"
 #include "app/main_window.h"
 #include "events/event_queue.h"
+#include "filters/mavu_video_transform_filter.h"
 #include "persistence/options.h"
 #include "ui/menus.h"
 #include "ui/record_controls.h"
@@ -32,6 +33,14 @@ bool CurrentDeviceRecording()
 {
     VideoSourceInfo* source = CurrentSource();
     return source && (source->isManualRecording || source->isEventRecording);
+}
+
+// Pixel saturation off, as its menu toggle turns it off; the check mark and
+// the tool's window come with the tool dialogs.
+void SwitchPixelSaturationOff(VideoPlayer& player)
+{
+    pixelSaturationOn = 0;
+    player.transformFilter->saturationValue = -1;
 }
 
 }  // namespace
@@ -69,14 +78,14 @@ HRESULT StartVideo()
         frameIntegrationCount = 1;
         frameIntegrationOn = 0;
         if (removeFiltersWhileRecording)
-            pixelSaturationOn = 0;
+            SwitchPixelSaturationOff(player);
     }
     cameraStarting = 1;
     HRESULT result = player.StartCamera(useCurrentDirectory);
     if (result == E_NOTIMPL) {
         // A format the pixel tools can't work on: tools off, one more try.
         options.PixelSaturationValue = -1;
-        pixelSaturationOn = 0;
+        SwitchPixelSaturationOff(player);
         frameIntegrationOn = 0;
         frameIntegrationCount = 1;
         if (SUCCEEDED(StopVideo()))
@@ -126,7 +135,7 @@ void ApplyRecordingState(bool recording)
     MainWindow& app = *mainWindowObject;
     if (recording) {
         SetWindowTextW(app.mainWindow, L"MAVU Video Capture -- Recording in progress");
-        if (eventRecording && app.countdownWindow)
+        if (app.countdownWindow)
             SetWindowTextW(app.countdownWindow, L"Recording Event");
     } else {
         SetWindowTextW(app.mainWindow, kMainWindowTitle);
@@ -135,6 +144,11 @@ void ApplyRecordingState(bool recording)
     }
     SetRecordButtons(!recording, recording);
     SetRecordingMenuGreying(recording);
+    // With "remove display filters while recording" a recording never runs
+    // with the brightness tool on. Its sliders and window come with the tool
+    // dialogs.
+    if (recording && brightnessContrastOn && removeFiltersWhileRecording)
+        brightnessContrastOn = 0;
 }
 
 void MarkRecordingStarted(bool newRecording)
