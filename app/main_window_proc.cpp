@@ -35,6 +35,8 @@ void OnMove(HWND window)
         return;
     RECT rect{};
     GetWindowRect(window, &rect);
+    if (rect.left < -10000 || rect.top < -10000)
+        return;  // minimised
     options.windows[MainWindowKey].currentLeft = rect.left;
     options.windows[MainWindowKey].currentTop = rect.top;
 }

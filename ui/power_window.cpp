@@ -39,6 +39,10 @@ LRESULT CALLBACK PowerWindowProc(HWND window, UINT message, WPARAM wParam, LPARA
             ShowWindow(window, SW_HIDE);
         }
         return 0;
+    case WM_MOVE:
+        // Kept on the screen; its position isn't recorded.
+        TrackWindowPosition(window, -1);
+        break;
     case WM_SYSCOMMAND:
         if ((wParam & 0xFFF0) == SC_CLOSE)
             return 0;

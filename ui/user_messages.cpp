@@ -175,8 +175,8 @@ HWND CreateUserMessagesWindow(HINSTANCE instance, int width, int height)
 HWND CreateUserMessagesRichEdit(HWND parent)
 {
     HWND control = CreateWindowExW(WS_EX_CLIENTEDGE, L"RICHEDIT50W", L"",
-                                   WS_CHILD | WS_VSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL, 0, 0, 100,
-                                   100, parent, nullptr, GetModuleHandleW(nullptr), nullptr);
+                                   WS_CHILD | WS_VSCROLL | ES_MULTILINE | ES_READONLY, 0, 0, 100, 100, parent,
+                                   nullptr, GetModuleHandleW(nullptr), nullptr);
     if (!control) {
         ReportUserMessage(L"FATAL: cannot create rich edit window as child of User Messages window\r\n", false);
         return nullptr;

@@ -213,6 +213,11 @@ MainLayout ComputeMainLayout(const MainLayoutInput& input)
     MainLayout layout{};
     layout.left = input.window.left;
     layout.top = input.window.top;
+    if ((input.useDeviceSize || input.magnifyChanging) && input.currentLeft != kNoPosition &&
+        input.currentTop != kNoPosition) {
+        layout.left = input.currentLeft;
+        layout.top = input.currentTop;
+    }
     if (input.useDeviceSize) {
         layout.width = videoWidth + frameWidth;
         layout.height = videoHeight + frameHeight;
@@ -263,6 +268,8 @@ void UpdateMainWindowLayout()
     MainWindow& app = *mainWindowObject;
     MainLayoutInput input{};
     GetWindowRect(app.mainWindow, &input.window);
+    input.currentLeft = options.windows[MainWindowKey].currentLeft;
+    input.currentTop = options.windows[MainWindowKey].currentTop;
     input.useDeviceSize = useDeviceSize;
     input.magnifyChanging = magnifyChanging;
     input.magnifyClosing = magnifyClosing;

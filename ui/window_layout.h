@@ -53,6 +53,9 @@ void PlaceInitialWindows(HWND main, HWND clipping, HWND messages, HWND richEdit,
 
 struct MainLayoutInput {
     RECT window;  // the main window as it stands
+    // Its remembered position, where a device or magnify change places it
+    // (kNoPosition when there is none: the window's own then).
+    int32_t currentLeft, currentTop;
     bool useDeviceSize;
     bool magnifyChanging;
     bool magnifyClosing;

@@ -86,17 +86,29 @@ TEST_F(LayoutFixture, MainLayoutFitsThePictureOrFallsBackOnScrolling)
 {
     MainLayoutInput input{};
     input.window = {1000, 0, 1000 + 736, 634};
+    input.currentLeft = input.currentTop = kNoPosition;
     input.useDeviceSize = true;
     MainLayout fitted = ComputeMainLayout(input);
     EXPECT_EQ(fitted.width, 736);
     EXPECT_EQ(fitted.height, 634);
     EXPECT_TRUE(fitted.fits);
     EXPECT_EQ(fitted.pictureWidth, 720);
+    EXPECT_EQ(fitted.left, 1000) << "no remembered position: where the window stands";
 
-    // The user makes it smaller: the scroll window takes over.
+    // A device change puts the window back at its remembered position, which
+    // a device dialog may have moved it from.
+    input.currentLeft = 300;
+    input.currentTop = 20;
+    MainLayout remembered = ComputeMainLayout(input);
+    EXPECT_EQ(remembered.left, 300);
+    EXPECT_EQ(remembered.top, 20);
+
+    // The user makes it smaller: the scroll window takes over, where the
+    // window stands.
     input.useDeviceSize = false;
     input.window = {1000, 0, 1500, 500};
     MainLayout smaller = ComputeMainLayout(input);
+    EXPECT_EQ(smaller.left, 1000);
     EXPECT_FALSE(smaller.fits);
     EXPECT_EQ(smaller.roomWidth, 500 - 16);
     EXPECT_EQ(smaller.roomHeight, 500 - 58);
