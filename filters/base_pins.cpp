@@ -428,18 +428,19 @@ HRESULT STDMETHODCALLTYPE CBaseInputPin::Receive(IMediaSample* sample)
     if (hr != S_OK)
         return hr;
     // A sample may announce a new format; one the pin can't take ends the
-    // stream with an error.
+    // stream with an error. The connection's type stays as it was: it is
+    // read under the filter lock on other threads, and the transform works
+    // on the geometry of its connection.
     AM_MEDIA_TYPE* changed = nullptr;
     if (sample->GetMediaType(&changed) == S_OK && changed) {
         CMediaType type(*changed);
         DeleteMediaType(changed);
         if (CheckMediaType(&type) != S_OK) {
-            m_bRunTimeError = true;
             EndOfStream();
+            m_bRunTimeError = true;
             m_pFilter->NotifyEvent(EC_ERRORABORT, VFW_E_TYPE_NOT_ACCEPTED, 0);
             return VFW_E_INVALIDMEDIATYPE;
         }
-        SetMediaType(&type);
     }
     return S_OK;
 }

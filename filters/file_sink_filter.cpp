@@ -53,8 +53,12 @@ HRESULT STDMETHODCALLTYPE FileSinkInputPin::Receive(IMediaSample* sample)
     hr = sample->GetPointer(&data);
     if (FAILED(hr))
         return hr;
+    // A sample's start time is its byte offset in the file. The seek and
+    // the write are one step: the stream interface may be used meanwhile
+    // from another thread.
+    CAutoLock lock(&sink_->fileLock_);
     REFERENCE_TIME start = 0, stop = 0;
-    if (sample->GetTime(&start, &stop) == S_OK) {
+    if (SUCCEEDED(sample->GetTime(&start, &stop))) {
         LARGE_INTEGER offset;
         offset.QuadPart = start;
         hr = Seek(offset, STREAM_SEEK_SET, nullptr);

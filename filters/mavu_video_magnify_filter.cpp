@@ -2,6 +2,7 @@
 
 #include <uuids.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -90,6 +91,10 @@ HRESULT MavuVideoMagnifyFilter::DecideBufferSize(IMemAllocator* allocator, ALLOC
         FreeMediaType(type);
         return S_OK;
     }
+    if (!type.pbFormat || type.cbFormat < sizeof(VIDEOINFOHEADER)) {
+        FreeMediaType(type);
+        return E_FAIL;
+    }
     const auto* info = reinterpret_cast<const VIDEOINFOHEADER*>(type.pbFormat);
     frameWidth = info->bmiHeader.biWidth;
     frameHeight = std::abs(info->bmiHeader.biHeight);
@@ -115,9 +120,16 @@ HRESULT MavuVideoMagnifyFilter::Transform(IMediaSample* in, IMediaSample* out)
     out->GetPointer(&target);
     CopySampleProperties(in, out, false);
     long length = in->GetActualDataLength();
+    size_t room = static_cast<size_t>(out->GetSize());
+    size_t frameBytes = static_cast<size_t>(rowStride) * static_cast<size_t>(frameHeight);
+    if (!source || !target || length < 0)
+        return S_FALSE;
     if (copyWhole) {
-        std::memcpy(target, source, static_cast<size_t>(length));
+        std::memcpy(target, source, std::min(static_cast<size_t>(length), room));
     } else {
+        // Row by row needs a whole frame on both sides.
+        if (static_cast<size_t>(length) < frameBytes || room < frameBytes)
+            return S_FALSE;
         for (int32_t row = 0; row < frameHeight; ++row)
             std::memcpy(target + static_cast<size_t>(frameHeight - 1 - row) * rowStride,
                         source + static_cast<size_t>(row) * rowStride, static_cast<size_t>(rowStride));

@@ -5,6 +5,7 @@
 
 #include <uuids.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -25,6 +26,9 @@ MavuVideoTransformFilter::~MavuVideoTransformFilter() = default;
 HRESULT MavuVideoTransformFilter::CheckInputType(const CMediaType* in)
 {
     if (in->majortype != MEDIATYPE_Video || in->formattype != FORMAT_VideoInfo)
+        return VFW_E_TYPE_NOT_ACCEPTED;
+    // A type without its picture description is malformed.
+    if (!in->pbFormat || in->cbFormat < sizeof(VIDEOINFOHEADER))
         return VFW_E_TYPE_NOT_ACCEPTED;
     if (in->subtype == MEDIASUBTYPE_YUY2 || in->subtype == MEDIASUBTYPE_RGB24 || in->subtype == MEDIASUBTYPE_ARGB32)
         return S_OK;
@@ -127,35 +131,45 @@ HRESULT MavuVideoTransformFilter::Transform(IMediaSample* in, IMediaSample* out)
     BYTE* target = nullptr;
     in->GetPointer(&source);
     out->GetPointer(&target);
+    // The loops walk whole frames of the connection's geometry: a sample
+    // that can't hold one, or an output or accumulator that can't, is
+    // passed over rather than read or written past its end.
+    size_t frameBytes = static_cast<size_t>(rowStride) * static_cast<size_t>(frameHeight);
+    long inputLength = in->GetActualDataLength();
+    size_t copyLength = inputLength > 0 ? static_cast<size_t>(inputLength) : 0;
+    if (!source || !target || frameBytes == 0 || copyLength < frameBytes ||
+        static_cast<size_t>(out->GetSize()) < frameBytes)
+        return S_FALSE;
+    copyLength = std::min(copyLength, static_cast<size_t>(out->GetSize()));
     if (integrationFrames > 1) {
+        if (accumulator.size() < frameBytes)
+            return S_FALSE;
         if (darkAnalysisRequested) {
             // The dark analysis takes this frame; the dark levels stay
             // where they are until it measures them.
             darkAnalysisRequested = 0;
             return S_FALSE;
         }
+        copyLength = std::min(copyLength, accumulator.size());
         uint32_t counter = ++frameIntegrationCounter;
         if (counter >= integrationFrames) {
-            long length = in->GetActualDataLength();
-            if (static_cast<size_t>(length) > accumulator.size())
-                length = static_cast<long>(accumulator.size());
-            std::memcpy(target, accumulator.data(), static_cast<size_t>(length));
+            std::memcpy(target, accumulator.data(), copyLength);
             frameIntegrationCounter = 0;
             return S_OK;
         }
         if (counter == 1) {
             CopySampleProperties(in, out, true);
-            AccumulateInto(accumulator.data(), source, in->GetActualDataLength(), false);
+            AccumulateInto(accumulator.data(), source, static_cast<long>(copyLength), false);
         } else {
-            AccumulateInto(accumulator.data(), source, in->GetActualDataLength(), true);
+            AccumulateInto(accumulator.data(), source, static_cast<long>(copyLength), true);
         }
         return S_FALSE;
     }
     CopySampleProperties(in, out, true);
-    AccumulateInto(target, source, in->GetActualDataLength(), false);
+    AccumulateInto(target, source, static_cast<long>(copyLength), false);
     int32_t threshold = saturationValue;
     if (threshold >= 0)
         MarkSaturatedPixels(target, FrameGeometry{rowStride, frameHeight, topDown}, PixelLayoutOf(subtype),
-                            static_cast<uint8_t>(saturationValue.load() & 0xFF));
+                            static_cast<uint8_t>(threshold & 0xFF));
     return S_OK;
 }

@@ -258,6 +258,7 @@ HRESULT CTransformFilter::Receive(IMediaSample* sample)
     HRESULT hr = m_pOutput->GetDeliveryBuffer(&out, nullptr, nullptr, 0);
     if (FAILED(hr))
         return hr;
+    InitializeOutputSample(sample, out);
     hr = Transform(sample, out);
     if (hr == S_OK) {
         if (m_bSampleSkipped) {
@@ -270,11 +271,32 @@ HRESULT CTransformFilter::Receive(IMediaSample* sample)
         m_bSampleSkipped = true;
         InterlockedIncrement(&m_skipped);
         hr = S_OK;
-    } else {
+    } else if (FAILED(hr)) {
+        // Told once: the input refuses further samples until the filter
+        // stops.
+        m_pInput->SetRunTimeError();
         NotifyEvent(EC_ERRORABORT, hr, 0);
     }
     out->Release();
     return hr;
+}
+
+void CTransformFilter::InitializeOutputSample(IMediaSample* in, IMediaSample* out)
+{
+    // A fresh sample from the allocator carries nothing: it gets the input's
+    // times and flags, which Transform may then change.
+    REFERENCE_TIME start = 0, stop = 0;
+    HRESULT timed = in->GetTime(&start, &stop);
+    if (timed == S_OK)
+        out->SetTime(&start, &stop);
+    else if (timed == VFW_S_NO_STOP_TIME)
+        out->SetTime(&start, nullptr);
+    LONGLONG mediaStart = 0, mediaStop = 0;
+    if (in->GetMediaTime(&mediaStart, &mediaStop) == S_OK)
+        out->SetMediaTime(&mediaStart, &mediaStop);
+    out->SetSyncPoint(in->IsSyncPoint() == S_OK);
+    out->SetPreroll(in->IsPreroll() == S_OK);
+    out->SetDiscontinuity(in->IsDiscontinuity() == S_OK || m_bSampleSkipped);
 }
 
 HRESULT CTransformFilter::EndOfStream()

@@ -27,6 +27,7 @@ public:
     HRESULT STDMETHODCALLTYPE NewSegment(REFERENCE_TIME start, REFERENCE_TIME stop, double rate) override;
 
     const CMediaType& MediaType() const { return m_mt; }
+    void SetRunTimeError() { m_bRunTimeError = true; }
 
 private:
     CTransformFilter* transform_;
@@ -45,6 +46,7 @@ public:
     HRESULT DecideBufferSize(IMemAllocator* allocator, ALLOCATOR_PROPERTIES* properties) override;
 
     const CMediaType& MediaType() const { return m_mt; }
+    void SetRunTimeError() { m_bRunTimeError = true; }
 
 private:
     CTransformFilter* transform_;
@@ -91,6 +93,9 @@ public:
 protected:
     friend class CTransformInputPin;
     friend class CTransformOutputPin;
+
+    // Gives the fresh output sample the input's times and flags.
+    void InitializeOutputSample(IMediaSample* in, IMediaSample* out);
 
     CCritSec m_csFilter;
     CCritSec m_csReceive;
