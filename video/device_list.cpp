@@ -298,15 +298,18 @@ HRESULT GetVideoSourceBaseFilter(VideoSourceInfo* source)
             break;
         if (!moniker) {
             ReportUserMessage(L"WARNING: video input device moniker is NULL in GetVideoSourceBaseFilter\r\n", true);
-            break;
+            return E_FAIL;
         }
         std::wstring name;
         HRESULT failure = S_OK;
         if (!ReadFriendlyName(moniker.Get(), name,
                               L"WARNING: video input device moniker property bag is NULL in "
                               L"GetVideoSourceBaseFilter\r\n",
-                              &failure))
+                              &failure)) {
+            if (FAILED(failure))
+                return failure;
             continue;
+        }
         if (name == source->name) {
             moniker->BindToObject(nullptr, nullptr, IID_IBaseFilter, reinterpret_cast<void**>(&source->baseFilter));
             break;

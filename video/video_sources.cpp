@@ -27,6 +27,19 @@ const VideoFormat* CurrentVideoFormat()
     return SelectedFormatOf(CurrentSource());
 }
 
+VideoSubtype CurrentSubtype()
+{
+    const VideoFormat* format = CurrentVideoFormat();
+    return format ? static_cast<VideoSubtype>(format->subtype) : SubtypeNoFormat;
+}
+
+void CurrentSubtypeName(wchar_t* text)
+{
+    text[0] = 0;
+    if (const VideoFormat* format = CurrentVideoFormat())
+        wcscpy(text, SubtypeName(format->subtype));
+}
+
 const wchar_t* SubtypeName(int32_t subtype)
 {
     switch (subtype) {

@@ -95,6 +95,10 @@ VideoSourceInfo* CurrentSource();
 // of range (for a given device only the two lower indexes are tested).
 const VideoFormat* SelectedFormatOf(const VideoSourceInfo* source);
 const VideoFormat* CurrentVideoFormat();
+// The subtype of the current format; SubtypeNoFormat when there is none.
+VideoSubtype CurrentSubtype();
+// Its name into `text` (capacity at least 8), empty when there is no format.
+void CurrentSubtypeName(wchar_t* text);
 
 // "MJPG", "RGB24", "UYVY", "YUY2", "ARGB32"; a single blank for anything else.
 const wchar_t* SubtypeName(int32_t subtype);
