@@ -93,8 +93,9 @@ TEST(BaseLayer, TransformDeliversChangedFramesAndDropsSkippedOnes)
             EXPECT_EQ(kept[i].stamp.counter % 2, 0u) << "frame " << kept[i].stamp.counter << " passed";
             EXPECT_LE(kept[i].probe, synthcam::kBackgroundLevel + 2);
             // Each frame delivered after a skipped one says so.
-            if (i > 0)
+            if (i > 0) {
                 EXPECT_TRUE(kept[i].discontinuity);
+            }
         }
         EXPECT_GE(chain.transform->SkippedSamples(), static_cast<LONG>(kept.size()) - 2);
 

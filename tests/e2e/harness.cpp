@@ -295,6 +295,9 @@ SYSTEMTIME UtcInSeconds(int seconds)
     FILETIME moved{ticks.LowPart, ticks.HighPart};
     SYSTEMTIME utc{};
     FileTimeToSystemTime(&moved, &utc);
+    // Event files hold whole seconds: a moment with milliseconds would not be
+    // the one the program reads back.
+    utc.wMilliseconds = 0;
     return utc;
 }
 

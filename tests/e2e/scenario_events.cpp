@@ -57,8 +57,9 @@ void RecordOneEvent(const Environment& environment)
     SYSTEMTIME moment = UtcInSeconds(20);
     WriteEvent(run.folder, L"Vesta_TYC_1", moment, 10, "Vesta", "TYC 1");
     ASSERT_TRUE(run.Start(environment));
-    if (!environment.empty())
+    if (!environment.empty()) {
         EXPECT_NE(run.program->Messages().find(L"Eastern"), std::wstring::npos) << "the zone is the one asked for";
+    }
     ASSERT_TRUE(run.WaitTitle(kPendingTitle, 5000)) << Narrow(WindowText(run.Main()));
     HWND countdown = run.Window(L"CountdownWindow");
     ASSERT_NE(countdown, nullptr);
