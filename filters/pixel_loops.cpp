@@ -3,6 +3,7 @@
 #include <uuids.h>
 
 #include <emmintrin.h>
+#include <xmmintrin.h>
 
 #include <cstring>
 
@@ -50,9 +51,17 @@ void CopyFrame(uint8_t* destination, const uint8_t* source, size_t byteCount, co
         std::memcpy(destination, source, byteCount);
         return;
     }
-    for (int32_t row = 0; row < geometry.height; ++row)
+    for (int32_t row = 0; row < geometry.height; ++row) {
+        // The destination runs backwards row by row: the next row is asked
+        // for ahead, as the processor's own prefetch won't.
+        if (row + 1 < geometry.height) {
+            const uint8_t* next = DestinationRow(destination, geometry, row + 1);
+            for (int32_t i = 0; i < geometry.rowStride; i += 64)
+                _mm_prefetch(reinterpret_cast<const char*>(next + i), _MM_HINT_T0);
+        }
         std::memcpy(DestinationRow(destination, geometry, row), source + static_cast<size_t>(row) * geometry.rowStride,
                     static_cast<size_t>(geometry.rowStride));
+    }
 }
 
 namespace {
@@ -177,8 +186,13 @@ void AddFrame(uint8_t* destination, uint8_t* source, const FrameGeometry& geomet
     for (int32_t row = 0; row < geometry.height; ++row) {
         uint8_t* in = source + static_cast<size_t>(row) * geometry.rowStride;
         uint8_t* out = DestinationRow(destination, geometry, row);
+        // A bottom-up frame's destination rows run backwards through memory,
+        // which the processor's own prefetch doesn't follow: the next row is
+        // asked for while this one is worked on.
+        const uint8_t* nextOut = row + 1 < geometry.height ? DestinationRow(destination, geometry, row + 1) : out;
         int32_t i = 0;
         for (; i + block <= end; i += block) {
+            _mm_prefetch(reinterpret_cast<const char*>(nextOut + i), _MM_HINT_T0);
             AddBlock(out + i, in + i, d0);
             AddBlock(out + i + 16, in + i + 16, d1);
             AddBlock(out + i + 32, in + i + 32, d2);
