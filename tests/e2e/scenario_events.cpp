@@ -239,6 +239,28 @@ TEST(Events, ShutdownCountsDownFromThirtyAndCancelStopsIt)
     run.program->Kill();
 }
 
+TEST(Events, HibernateRequestIsDroppedWhereThePlatformCannotHibernate)
+{
+    EventRun run;
+    run.folder = MakeWorkFolderForCurrentTest();
+    WriteEvent(run.folder, L"sleepy", UtcInSeconds(12), 4, "", "", true, false);
+    ASSERT_TRUE(run.Start());
+    // This platform has no hibernation: said at start-up, and the event's
+    // request is dropped when it is armed; the event itself is recorded.
+    ASSERT_TRUE(run.program->WaitForMessage(L"Hibernation is not supported even though Event requests it", 5000));
+    std::wstring text = run.program->Messages();
+    EXPECT_NE(text.find(L"Computer cannot be placed into hibernation"), std::wstring::npos) << Narrow(text);
+    EXPECT_EQ(text.find(L"NOTE: computer will be placed in hibernate"), std::wstring::npos);
+    ASSERT_TRUE(WaitUntil([&] { return !ListFiles(run.folder + L"\\VideoFiles", L"*.txt").empty(); }, 30000));
+    ASSERT_TRUE(run.WaitTitle(kMainTitle, 5000));
+    Sleep(2000);
+    HWND power = run.Window(L"Hibernate");
+    ASSERT_NE(power, nullptr);
+    EXPECT_FALSE(IsVisible(power)) << "no power countdown follows";
+    EXPECT_EQ(ListFiles(run.folder + L"\\VideoFiles", L"*.avi").size(), 1u);
+    run.program->Kill();
+}
+
 TEST(Events, ShutdownAtTheEndOfTheCountIsWhatThePlatformGives)
 {
     EventRun run;

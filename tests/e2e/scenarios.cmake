@@ -24,6 +24,7 @@ set(MAVU_E2E_SCENARIOS
     Events.ManualRecordingDuringACountdownCancelsItAndStopReloads
     Events.StopDuringAnEventAsksAndTheEventIsNotArmedAgain
     Events.ShutdownCountsDownFromThirtyAndCancelStopsIt
+    Events.HibernateRequestIsDroppedWhereThePlatformCannotHibernate
 )
 
 # Scenarios of minutes, run by: ctest -L long
