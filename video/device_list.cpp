@@ -1,6 +1,7 @@
 #include "video/device_list.h"
 
 #include <cwchar>
+#include <functional>
 
 #include "app/com_ptr.h"
 #include "persistence/options.h"
@@ -55,6 +56,37 @@ bool ReadFriendlyName(IMoniker* moniker, std::wstring& name, const wchar_t* null
     return true;
 }
 
+namespace {
+
+// Walks the video input devices by their cleaned names until `visit` says
+// stop. A null moniker or property bag reports the caller's line and ends
+// the walk with a failure; a name that can't be read is passed over.
+HRESULT WalkVideoInputDevices(IEnumMoniker* monikers, const wchar_t* nullMonikerMessage,
+                              const wchar_t* nullBagMessage,
+                              const std::function<bool(const std::wstring& name, IMoniker* moniker)>& visit)
+{
+    for (;;) {
+        ComPtr<IMoniker> moniker;
+        if (monikers->Next(1, moniker.Put(), nullptr) != S_OK)
+            return S_OK;
+        if (!moniker) {
+            ReportUserMessage(nullMonikerMessage, true);
+            return E_FAIL;
+        }
+        std::wstring name;
+        HRESULT failure = S_OK;
+        if (!ReadFriendlyName(moniker.Get(), name, nullBagMessage, &failure)) {
+            if (FAILED(failure))
+                return failure;
+            continue;
+        }
+        if (!visit(name, moniker.Get()))
+            return S_OK;
+    }
+}
+
+}  // namespace
+
 HRESULT GetAttachedVideoDeviceList()
 {
     ComPtr<ICreateDevEnum> devices;
@@ -78,27 +110,13 @@ HRESULT GetAttachedVideoDeviceList()
         ReportUserMessage(L"WARNING: video input device enumerator in GetAttachedVideoDeviceList is NULL\r\n", true);
         return E_FAIL;
     }
-    for (;;) {
-        ComPtr<IMoniker> moniker;
-        if (monikers->Next(1, moniker.Put(), nullptr) != S_OK)
-            break;
-        if (!moniker) {
-            ReportUserMessage(L"WARNING: video input device moniker is NULL in GetAttachedVideoDeviceList\r\n", true);
-            return E_FAIL;
-        }
-        std::wstring name;
-        HRESULT failure = S_OK;
-        if (!ReadFriendlyName(moniker.Get(), name,
-                              L"WARNING: video input device moniker property bag is NULL in "
-                              L"GetAttachedVideoDeviceList\r\n",
-                              &failure)) {
-            if (FAILED(failure))
-                return failure;
-            continue;
-        }
-        AddVideoSource(name.c_str(), moniker.Get());
-    }
-    return S_OK;
+    return WalkVideoInputDevices(
+        monikers.Get(), L"WARNING: video input device moniker is NULL in GetAttachedVideoDeviceList\r\n",
+        L"WARNING: video input device moniker property bag is NULL in GetAttachedVideoDeviceList\r\n",
+        [](const std::wstring& name, IMoniker* moniker) {
+            AddVideoSource(name.c_str(), moniker);
+            return true;
+        });
 }
 
 HRESULT AddVideoSource(const wchar_t* name, IMoniker* moniker)
@@ -292,29 +310,17 @@ HRESULT GetVideoSourceBaseFilter(VideoSourceInfo* source)
         ReportUserMessage(L"WARNING: video input device enumerator in GetVideoSourceBaseFilter is NULL\r\n", true);
         return E_FAIL;
     }
-    for (;;) {
-        ComPtr<IMoniker> moniker;
-        if (monikers->Next(1, moniker.Put(), nullptr) != S_OK)
-            break;
-        if (!moniker) {
-            ReportUserMessage(L"WARNING: video input device moniker is NULL in GetVideoSourceBaseFilter\r\n", true);
-            return E_FAIL;
-        }
-        std::wstring name;
-        HRESULT failure = S_OK;
-        if (!ReadFriendlyName(moniker.Get(), name,
-                              L"WARNING: video input device moniker property bag is NULL in "
-                              L"GetVideoSourceBaseFilter\r\n",
-                              &failure)) {
-            if (FAILED(failure))
-                return failure;
-            continue;
-        }
-        if (name == source->name) {
+    result = WalkVideoInputDevices(
+        monikers.Get(), L"WARNING: video input device moniker is NULL in GetVideoSourceBaseFilter\r\n",
+        L"WARNING: video input device moniker property bag is NULL in GetVideoSourceBaseFilter\r\n",
+        [&](const std::wstring& name, IMoniker* moniker) {
+            if (name != source->name)
+                return true;
             moniker->BindToObject(nullptr, nullptr, IID_IBaseFilter, reinterpret_cast<void**>(&source->baseFilter));
-            break;
-        }
-    }
+            return false;
+        });
+    if (FAILED(result))
+        return result;
     if (!source->baseFilter) {
         ReportUserMessage(L"WARNING: returned base filter pointer is NULL in GetVideoSourceBaseFilter\r\n", true);
         return E_FAIL;

@@ -1,10 +1,10 @@
 #include "e2e/harness.h"
 
+#include "support/file_bytes.h"
+
 #include <gtest/gtest.h>
 #include <shlwapi.h>
 
-#include <fstream>
-#include <sstream>
 
 #ifndef MAVU_SOURCE_DIR_UNIX
 #error "MAVU_SOURCE_DIR_UNIX must name the source tree"
@@ -238,17 +238,12 @@ std::vector<std::wstring> ListFiles(const std::wstring& folder, const wchar_t* p
 
 std::string ReadBytes(const std::wstring& path)
 {
-    std::ifstream file(path.c_str(), std::ios::binary);
-    std::ostringstream bytes;
-    bytes << file.rdbuf();
-    return bytes.str();
+    return ReadFileBytes(path);
 }
 
 bool WriteBytes(const std::wstring& path, const std::string& bytes)
 {
-    std::ofstream file(path.c_str(), std::ios::binary | std::ios::trunc);
-    file << bytes;
-    return static_cast<bool>(file);
+    return WriteFileBytes(path, bytes);
 }
 
 int RunUnix(const std::string& command, DWORD timeoutMs)

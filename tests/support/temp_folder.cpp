@@ -1,7 +1,5 @@
 #include "support/temp_folder.h"
 
-#include <fstream>
-#include <sstream>
 
 namespace {
 
@@ -48,18 +46,4 @@ TempFolder::~TempFolder()
 {
     SetCurrentDirectoryW(previous_.c_str());
     RemoveTree(path_);
-}
-
-std::string ReadFileBytes(const std::wstring& path)
-{
-    std::ifstream file(path.c_str(), std::ios::binary);
-    std::ostringstream bytes;
-    bytes << file.rdbuf();
-    return bytes.str();
-}
-
-void WriteFileBytes(const std::wstring& path, const std::string& bytes)
-{
-    std::ofstream file(path.c_str(), std::ios::binary | std::ios::trunc);
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }

@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include "support/file_bytes.h"
+
 #include <string>
 
 class TempFolder {
@@ -20,6 +22,3 @@ private:
     std::wstring path_;
     std::wstring previous_;
 };
-
-std::string ReadFileBytes(const std::wstring& path);
-void WriteFileBytes(const std::wstring& path, const std::string& bytes);

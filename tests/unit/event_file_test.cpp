@@ -5,25 +5,12 @@
 #include "app/file_names.h"
 #include "events/event_file.h"
 #include "support/temp_folder.h"
+#include "support/times.h"
 
 namespace {
 
-SYSTEMTIME Time(WORD year, WORD month, WORD day, WORD hour, WORD minute, WORD second)
-{
-    SYSTEMTIME time{};
-    time.wYear = year;
-    time.wMonth = month;
-    time.wDay = day;
-    time.wHour = hour;
-    time.wMinute = minute;
-    time.wSecond = second;
-    return time;
-}
-
-SYSTEMTIME Duration(WORD hour, WORD minute, WORD second)
-{
-    return Time(0, 0, 0, hour, minute, second);
-}
+using testsupport::Duration;
+using testsupport::Time;
 
 EventFileText SampleEvent()
 {

@@ -1,30 +1,13 @@
 // The event queue's rules over plain values.
 #include "events/event_rules.h"
+#include "support/times.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-SYSTEMTIME Time(WORD year, WORD month, WORD day, WORD hour, WORD minute, WORD second)
-{
-    SYSTEMTIME time{};
-    time.wYear = year;
-    time.wMonth = month;
-    time.wDay = day;
-    time.wHour = hour;
-    time.wMinute = minute;
-    time.wSecond = second;
-    return time;
-}
-
-SYSTEMTIME Duration(WORD hour, WORD minute, WORD second)
-{
-    SYSTEMTIME duration{};
-    duration.wHour = hour;
-    duration.wMinute = minute;
-    duration.wSecond = second;
-    return duration;
-}
+using testsupport::Duration;
+using testsupport::Time;
 
 EventRecord Event(const SYSTEMTIME& moment, int seconds, uint64_t now)
 {

@@ -1,21 +1,12 @@
 #include <gtest/gtest.h>
 
 #include "app/file_names.h"
+#include "support/times.h"
 
 namespace {
 
-SYSTEMTIME Time(WORD year, WORD month, WORD day, WORD hour, WORD minute, WORD second, WORD millisecond = 0)
-{
-    SYSTEMTIME time{};
-    time.wYear = year;
-    time.wMonth = month;
-    time.wDay = day;
-    time.wHour = hour;
-    time.wMinute = minute;
-    time.wSecond = second;
-    time.wMilliseconds = millisecond;
-    return time;
-}
+using testsupport::Duration;
+using testsupport::Time;
 
 bool Same(const SYSTEMTIME& a, const SYSTEMTIME& b)
 {
