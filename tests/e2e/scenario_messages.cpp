@@ -89,6 +89,31 @@ TEST(Messages, AboutWritesThreeLines)
     EXPECT_TRUE(std::regex_match(text, about)) << Narrow(text);
 }
 
+TEST(Messages, TheWindowFollowsTheNewestLine)
+{
+    Program program(MakeWorkFolderForCurrentTest());
+    ASSERT_TRUE(program.Start());
+    ASSERT_TRUE(program.WaitReady());
+    // Far more lines than the window shows.
+    for (int i = 0; i < 20; ++i)
+        SendCommand(program.MainWindow(), kAbout);
+    HWND control = program.RichEdit();
+    int lines = static_cast<int>(SendMessageW(control, EM_GETLINECOUNT, 0, 0));
+    int first = static_cast<int>(SendMessageW(control, EM_GETFIRSTVISIBLELINE, 0, 0));
+    EXPECT_GT(first, 0) << "scrolled down";
+    EXPECT_LT(first, lines);
+    // The last line is in sight: its top lies inside the control.
+    int lastLineStart = static_cast<int>(SendMessageW(control, EM_LINEINDEX, lines - 1, 0));
+    int lastAbove = static_cast<int>(SendMessageW(control, EM_LINEINDEX, lines - 2, 0));
+    LRESULT position = SendMessageW(control, EM_POSFROMCHAR, lastAbove, 0);
+    RECT client{};
+    GetClientRect(control, &client);
+    int top = static_cast<short>(HIWORD(position));
+    EXPECT_GE(top, 0) << "line " << lines - 2 << " of " << lines << " starts at " << lastLineStart;
+    EXPECT_LT(top, client.bottom);
+    EXPECT_TRUE(TakeScreenshot("user-messages-scrolled"));
+}
+
 TEST(Screenshots, MainAndUserMessagesWindows)
 {
     Program program(MakeWorkFolderForCurrentTest());

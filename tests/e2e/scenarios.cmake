@@ -9,6 +9,7 @@ set(MAVU_E2E_SCENARIOS
     Messages.SaveWritesTheWindowTextToLogFiles
     Messages.SaveAndClearLeavesOnlyTheSavedLine
     Messages.AboutWritesThreeLines
+    Messages.TheWindowFollowsTheNewestLine
     Screenshots.MainAndUserMessagesWindows
     Options.SavedPositionsApplyAtStartUp
     Options.UnreadableFileIsReportedAndDefaultsStand
