@@ -46,7 +46,6 @@ public:
     HRESULT DecideBufferSize(IMemAllocator* allocator, ALLOCATOR_PROPERTIES* properties) override;
 
     const CMediaType& MediaType() const { return m_mt; }
-    void SetRunTimeError() { m_bRunTimeError = true; }
 
 private:
     CTransformFilter* transform_;
