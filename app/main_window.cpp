@@ -7,27 +7,37 @@
 
 #include <new>
 
-#include "app/commands.h"
+#include "app/loaded_options.h"
 #include "app/power_actions.h"
 #include "app/program_folder.h"
 #include "app/recording_control.h"
+#include "app/startup_state.h"
 #include "app/time_zone.h"
+#include "base/report.h"
+#include "events/event_queue.h"
 #include "persistence/options.h"
 #include "persistence/options_file.h"
-#include "ui/dialog_common.h"
-#include "events/event_queue.h"
 #include "ui/countdown_window.h"
+#include "ui/dialog_common.h"
 #include "ui/fonts.h"
-#include "ui/power_window.h"
 #include "ui/menus.h"
+#include "ui/power_window.h"
+#include "ui/record_buttons.h"
 #include "ui/record_controls.h"
 #include "ui/unresponsive_notice.h"
 #include "ui/user_messages.h"
+#include "ui/user_messages_window.h"
 #include "ui/video_windows.h"
 #include "ui/window_layout.h"
+#include "ui/window_set.h"
 #include "video/device_list.h"
+#include "video/frame_size.h"
+#include "video/video_configuration.h"
 #include "video/video_player.h"
 #include "video/video_sources.h"
+
+MainWindow* mainWindowObject = nullptr;
+Flag deviceChangeBusy{0};
 
 namespace {
 
@@ -58,100 +68,80 @@ void MarkDefaultSource()
 
 MainWindow::MainWindow(HINSTANCE instanceHandle)
 {
-    // C1
-    nextCommandId = IDM_SELECT_INPUT_DEVICE;
     instance = instanceHandle;
     startingUp = 1;
     mainWindowObject = this;
     currentSourceIndex = kNoSource;
     RecordingFilePath[0] = 0;
 
-    // C2
     ReadWorkArea();
 
-    // C3
     videoPlayer = new (std::nothrow) VideoPlayer();
     if (!videoPlayer) {
         fatalStartupError = 1;
         return;
     }
 
-    // C4 to C6
+    // The options, before any window is placed.
     RECT workArea{workLeft, workTop, workRight, workBottom};
     SetOptionDefaults(options, workArea);
     bool optionsRead = LoadOptions() != 0;
     if (!optionsRead)
         ReportUserMessage(L"No Options File or unreadable Options File\r\n", false);
-    defaultDuration = {1943, 5, 1, 3, 0, 10, 0, 0};
+    defaultDuration = kDefaultDuration;
     if (optionsRead)
         ApplyLoadedOptions();
 
-    // C7
     if (!CreateMainWindow()) {
         ReportUserMessage(L"FATAL: cannot create main window", false);
         fatalStartupError = 1;
         return;
     }
-
-    // C8
-    clippingWindow = CreateClippingWindow(instance, mainWindow);
-    if (!clippingWindow) {
+    if (!CreateClippingWindow(instance, mainWindow)) {
         ReportUserMessage(L"FATAL: cannot create video display window", false);
         fatalStartupError = 1;
         return;
     }
     videoPlayer->clippingWindow = clippingWindow;
 
-    // C9
+    // The devices, then the User Messages window: the lines reported so far
+    // wait in the queue until the end of start-up.
     if (FAILED(GetAttachedVideoDeviceList()))
         ReportUserMessage(L"WARNING: call to get video device list failed\r\n", false);
     MarkIgnoredSources();
-    userMessagesWindow = CreateUserMessagesWindow(instance, options.messageWindowSavedWidth,
-                                                  options.messageWindowSavedHeight);
-    if (!userMessagesWindow) {
+    if (!CreateUserMessagesWindow(instance, options.messageWindowSavedWidth, options.messageWindowSavedHeight)) {
         ReportUserMessage(L"FATAL: cannot create User Messages window", false);
         fatalStartupError = 1;
         return;
     }
-    richEdit = CreateUserMessagesRichEdit(userMessagesWindow);
-    if (!richEdit) {
+    if (!CreateUserMessagesRichEdit(userMessagesWindow)) {
         ReportUserMessage(L"FATAL: cannot create User Messages rich edit window", false);
         fatalStartupError = 1;
         return;
     }
-
-    // C10
     userMessagesWindowReady = 1;
 
-    // C11, C12
     ReportTimeZone();
     SetWindowIcons(mainWindow);
     SetWindowIcons(userMessagesWindow);
 
-    // C13, C14
     CreateAppFonts();
-    unresponsiveWindow = CreateUnresponsiveNotice(instance);
+    CreateUnresponsiveNotice(instance);
 
-    // C15
     if (!CreateDialogWindows()) {
         ReportUserMessage(L"FATAL: cannot create Capture Mode windows", false);
         FlushQueuedUserMessages();
         fatalStartupError = 1;
         return;
     }
-
-    // C16
     if (!CreateRecordControls(instance)) {
         fatalStartupError = 1;
         return;
     }
-
-    // C17
-    scrollWindow = CreateScrollWindow(instance, mainWindow);
-    if (!scrollWindow)
+    if (!CreateScrollWindow(instance, mainWindow))
         ReportUserMessage(L"WARNING: scroll window not created\r\n", false);
 
-    // C18 to C21
+    // The saved configurations, then the choice of device.
     ApplySavedConfigurations();
     MarkDefaultSource();
     currentSourceIndex = ChooseCurrentDevice();
@@ -160,14 +150,12 @@ MainWindow::MainWindow(HINSTANCE instanceHandle)
         return;
     }
 
-    // C22
+    // The main window's frame, and the size of the picture it holds.
     RECT outer{}, inner{};
     GetWindowRect(mainWindow, &outer);
     GetClientRect(mainWindow, &inner);
     frameWidth = (outer.right - outer.left) - inner.right;
     frameHeight = (outer.bottom - outer.top) - inner.bottom;
-
-    // C23
     videoWidth = 640;
     videoHeight = 480;
     if (const VideoFormat* format = CurrentVideoFormat()) {
@@ -177,42 +165,30 @@ MainWindow::MainWindow(HINSTANCE instanceHandle)
     displayedWidth = videoWidth;
     displayedHeight = videoHeight;
 
-    // C24, C25
     CheckPowerCapabilities();
 
-    // C26
     PlaceInitialWindows(mainWindow, clippingWindow, userMessagesWindow, richEdit, recordControlsWindow);
-
-    // C27
     ShowWindow(richEdit, SW_SHOW);
-    if (deviceFormatWindow)
-        ShowWindow(deviceFormatWindow, SW_HIDE);
-    if (miscellaneousWindow)
-        ShowWindow(miscellaneousWindow, SW_HIDE);
-    if (gpsWindow)
-        ShowWindow(gpsWindow, SW_HIDE);
 
-    // C28
+    // The camera runs and the events are loaded before the main window
+    // appears. Without a device neither happens.
     if (deviceAvailable) {
         ShowWindow(recordControlsWindow, SW_SHOW);
         StartVideo();
         LoadEvents();
     }
 
-    // C29
     ShowWindow(mainWindow, SW_SHOW);
     UpdateWindow(mainWindow);
     ShowWindow(userMessagesWindow, SW_SHOW);
     BringWindowToTop(recordControlsWindow);
 
-    // C30: after the events are loaded. A countdown armed above keeps
-    // running, but its handles are forgotten here.
-    gpsTimer = gpsTimerQueue = tickTimer = tickTimerQueue = endTimer = endTimerQueue = nullptr;
+    // After the events are loaded: a countdown armed above keeps running,
+    // but its handles are forgotten here.
+    ForgetEventTimers();
 
-    // C31 to C33
     CreateDefaultFolders();
 
-    // C36, C37
     FlushQueuedUserMessages();
     startingUp = 0;
 }
@@ -237,23 +213,18 @@ bool MainWindow::CreateDialogWindows()
 {
     // A Countdown window that can't be made ends the creation of the rest,
     // silently and without the fatal flag.
-    countdownWindow = CreateCountdownWindow(instance);
-    if (!countdownWindow)
+    if (!CreateCountdownWindow(instance))
         return true;
-    hibernateWindow = CreatePowerWindow(instance);
-    if (!hibernateWindow)
-        return false;
-    // The other tool and option windows are added here as they are built.
-    return true;
+    return CreatePowerWindow(instance) != nullptr;
 }
 
 HRESULT ActivateCurrentDevice()
 {
     MainWindow& app = *mainWindowObject;
     bool active = currentSourceIndex != kNoSource;
-    ShowWindow(app.clippingWindow, active ? SW_SHOW : SW_HIDE);
-    if (app.scrollWindow)
-        ShowWindow(app.scrollWindow, SW_HIDE);
+    ShowWindow(clippingWindow, active ? SW_SHOW : SW_HIDE);
+    if (scrollWindow)
+        ShowWindow(scrollWindow, SW_HIDE);
     app.deviceAvailable = active;
     BuildMenus(active);
     if (active) {
@@ -263,9 +234,9 @@ HRESULT ActivateCurrentDevice()
         }
         videoSources[currentSourceIndex]->isActive = 1;
         SetRecordButtons(true, false);
-        ShowWindow(app.recordControlsWindow, SW_SHOW);
+        ShowWindow(recordControlsWindow, SW_SHOW);
     } else {
-        ShowWindow(app.recordControlsWindow, SW_HIDE);
+        ShowWindow(recordControlsWindow, SW_HIDE);
         ReportUserMessage(L"There is no video capture device connected to the computer\r\n", true);
     }
     return S_OK;

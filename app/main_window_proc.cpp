@@ -2,13 +2,15 @@
 #include <windows.h>
 #include <commctrl.h>
 
-#include "app/app_state.h"
-#include "app/commands.h"
 #include "app/main_window.h"
 #include "app/recording_control.h"
+#include "app/startup_state.h"
+#include "base/report.h"
 #include "persistence/options.h"
-#include "ui/user_messages.h"
+#include "ui/commands.h"
+#include "ui/menus.h"
 #include "ui/window_layout.h"
+#include "ui/window_set.h"
 #include "video/video_sources.h"
 
 #ifndef MAVU_SUPPORT_ADDRESS
@@ -78,7 +80,7 @@ void CloseApplication()
 {
     appClosing = 1;
     StopVideo();
-    DestroyWindow(mainWindowObject->mainWindow);
+    DestroyWindow(mainWindow);
 }
 
 LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)

@@ -2,8 +2,13 @@
 
 #include <cstddef>
 
-#include "app/app_state.h"
-#include "ui/user_messages.h"
+#include "base/report.h"
+
+Flag hibernateSupported{1};
+Flag hibernateAfterEvent{0};
+Flag shutdownAfterEvent{0};
+Flag powerActionCountdown{0};
+Flag leaveMessageLoop{0};
 
 BYTE HiberbootFlag(const SYSTEM_POWER_CAPABILITIES& capabilities)
 {

@@ -4,6 +4,18 @@
 #include <windows.h>
 #include <powrprof.h>
 
+#include "base/flag.h"
+
+// Starts as 1; cleared at start-up when the computer can't hibernate.
+extern Flag hibernateSupported;
+// The armed event's requests, set when it is armed.
+extern Flag hibernateAfterEvent;
+extern Flag shutdownAfterEvent;
+// Seconds left in the Hibernate window's count.
+extern Flag powerActionCountdown;
+// An accepted shut down: the message loop ends at the next message.
+extern Flag leaveMessageLoop;
+
 // The Hiberboot flag: the byte after FastSystemS4, which some SDK headers
 // still call spare.
 BYTE HiberbootFlag(const SYSTEM_POWER_CAPABILITIES& capabilities);

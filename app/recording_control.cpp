@@ -1,33 +1,32 @@
 #include "app/recording_control.h"
 
-#include "app/app_state.h"
-#include "app/commands.h"
-#include "app/file_names.h"
-#include "app/main_window.h"
-#include "events/event_queue.h"
-#include "filters/mavu_video_transform_filter.h"
-#include "persistence/options.h"
-#include "ui/menus.h"
-#include "ui/record_controls.h"
-#include "ui/user_messages.h"
-#include "video/video_player.h"
-#include "video/video_sources.h"
-
 #include <shlwapi.h>
 
 #include <string>
 
-namespace {
+#include "app/time_zone.h"
+#include "base/report.h"
+#include "base/ticks.h"
+#include "base/time_text.h"
+#include "events/event_rules.h"
+#include "events/event_state.h"
+#include "persistence/options.h"
+#include "ui/commands.h"
+#include "ui/countdown_window.h"
+#include "ui/menus.h"
+#include "ui/record_buttons.h"
+#include "ui/window_set.h"
+#include "video/capture_settings.h"
+#include "video/video_player.h"
+#include "video/video_sources.h"
 
-// "Start recording at HH:mm:ss (UTC)" of the present UTC clock.
-std::wstring StartRecordingLine()
-{
-    SYSTEMTIME now;
-    GetSystemTime(&now);
-    wchar_t clock[32] = L"";
-    GetTimeFormatEx(nullptr, TIME_NOTIMEMARKER | TIME_FORCE24HOURFORMAT, &now, L"HH':'mm':'ss", clock, 32);
-    return std::wstring(L"Start recording at ") + clock + L" (UTC)";
-}
+wchar_t RecordingFilePath[kRecordingFilePathCapacity];
+Flag cameraStarting{0};
+Flag appClosing{0};
+wchar_t eventRecordingName[kEventRecordingNameCapacity] = L"";
+GpsSnapshot gpsSnapshot;
+
+namespace {
 
 bool CurrentDeviceRecording()
 {
@@ -47,33 +46,30 @@ void SwitchPixelSaturationOff(VideoPlayer& player)
 
 HRESULT StopVideo()
 {
-    MainWindow& app = *mainWindowObject;
-    VideoSourceInfo* source = CurrentSource();
-    bool wasRecording = source && (source->isManualRecording || source->isEventRecording);
-
+    bool wasRecording = CurrentDeviceRecording();
     // The marks are still on the device here: the report's heading follows them.
-    HRESULT result = app.videoPlayer->StopCamera(wasRecording);
+    HRESULT result = CurrentVideoPlayer()->StopCamera(wasRecording, RecordingFilePath,
+                                                      RecordingNotes{eventRecordingName, &gpsSnapshot});
     if (FAILED(result)) {
         ReportUserMessage(L"WARNING: command to stop camera failed\r\n", true);
         return result;
     }
     // The GPS link that a recording closed comes back.
-    if (source && wasRecording && !appClosing && options.AutostartGPS)
-        SendMessageW(app.mainWindow, WM_COMMAND, IDM_USB_GPS_RECEIVER, 0);
+    if (wasRecording && !appClosing && options.AutostartGPS)
+        SendMessageW(mainWindow, WM_COMMAND, IDM_USB_GPS_RECEIVER, 0);
     return S_OK;
 }
 
 HRESULT StartVideo()
 {
-    MainWindow& app = *mainWindowObject;
-    VideoPlayer& player = *app.videoPlayer;
+    VideoPlayer& player = *CurrentVideoPlayer();
     player.startRecordingLine[0] = 0;
     bool useCurrentDirectory = options.VideoDirectory[0] == 0;
     bool recording = CurrentDeviceRecording();
     if (recording) {
         // The GPS reading for the report comes with the GPS link; without
         // one the report carries no position.
-        gpsSnapshotValid = 0;
+        gpsSnapshot.valid = 0;
         // No recording runs with frame integration.
         frameIntegrationCount = 1;
         frameIntegrationOn = 0;
@@ -81,7 +77,7 @@ HRESULT StartVideo()
             SwitchPixelSaturationOff(player);
     }
     cameraStarting = 1;
-    HRESULT result = player.StartCamera(useCurrentDirectory);
+    HRESULT result = player.StartCamera(useCurrentDirectory, RecordingFilePath);
     if (result == E_NOTIMPL) {
         // A format the pixel tools can't work on: tools off, one more try.
         options.PixelSaturationValue = -1;
@@ -89,13 +85,13 @@ HRESULT StartVideo()
         frameIntegrationOn = 0;
         frameIntegrationCount = 1;
         if (SUCCEEDED(StopVideo()))
-            result = player.StartCamera(useCurrentDirectory);
+            result = player.StartCamera(useCurrentDirectory, RecordingFilePath);
     }
     cameraStarting = 0;
     if (FAILED(result))
         return result;
     if (recording) {
-        std::wstring line = StartRecordingLine();
+        std::wstring line = L"Start recording at " + UtcClockText() + L" (UTC)";
         lstrcpynW(player.startRecordingLine, line.c_str(), static_cast<int>(std::size(player.startRecordingLine)));
         ReportUserMessage(player.startRecordingLine, true);
     }
@@ -122,25 +118,21 @@ void MakeVideoPathname(bool isEvent, const EventRecord* event)
         path = VideoFilePath(folder, event->text.asteroidName, event->text.starName, options.EventFileGlobalPrefix,
                              options.VideoNamePrefix, TicksToSystemTime(event->startTicks));
     } else {
-        SYSTEMTIME local;
-        GetLocalTime(&local);
-        path = VideoFilePath(folder, nullptr, nullptr, nullptr, options.VideoNamePrefix,
-                             UtcFromLocal(local, utcOffsetMinutes));
+        path = VideoFilePath(folder, nullptr, nullptr, nullptr, options.VideoNamePrefix, PresentUtcFromLocalClock());
     }
     lstrcpynW(RecordingFilePath, path.c_str(), kRecordingFilePathCapacity);
 }
 
 void ApplyRecordingState(bool recording)
 {
-    MainWindow& app = *mainWindowObject;
     if (recording) {
-        SetWindowTextW(app.mainWindow, L"MAVU Video Capture -- Recording in progress");
-        if (app.countdownWindow)
-            SetWindowTextW(app.countdownWindow, L"Recording Event");
+        SetWindowTextW(mainWindow, L"MAVU Video Capture -- Recording in progress");
+        if (countdownWindow)
+            SetWindowTextW(countdownWindow, L"Recording Event");
     } else {
-        SetWindowTextW(app.mainWindow, kMainWindowTitle);
-        if (app.countdownWindow)
-            ShowWindow(app.countdownWindow, SW_HIDE);
+        SetWindowTextW(mainWindow, kMainWindowTitle);
+        if (countdownWindow)
+            ShowWindow(countdownWindow, SW_HIDE);
     }
     SetRecordButtons(!recording, recording);
     SetRecordingMenuGreying(recording);
@@ -180,49 +172,4 @@ void MarkRecordingStopped()
         source->manualFilePath[0] = 0;
     }
     ApplyRecordingState(false);
-}
-
-void OnStartRecordingButton()
-{
-    resumeEventsAfterManual = 0;
-    if (eventPending) {
-        resumeEventsAfterManual = 1;
-        CancelCountdown();
-    }
-    StopVideo();
-    MakeVideoPathname(false, nullptr);
-    MarkRecordingStarted(true);
-    StartVideo();
-}
-
-void OnStopRecordingButton()
-{
-    MainWindow& app = *mainWindowObject;
-    if (eventRecording) {
-        if (MessageBoxW(nullptr, L"Event recording in progress.  Stop now?", L"Attention",
-                        MB_YESNO | MB_ICONEXCLAMATION) != IDYES)
-            return;
-        eventRecording = 0;
-        if (app.endTimerQueue) {
-            DeleteTimerQueueTimer(app.endTimerQueue, app.endTimer, nullptr);
-            DeleteTimerQueueEx(app.endTimerQueue, nullptr);
-            app.endTimerQueue = nullptr;
-        }
-        stoppedEvents.push_back(StoppedEventKey{currentEventTime, currentEventDuration});
-        ReportUserMessage(L"Event recording is manually stopped", true);
-        if (app.countdownWindow)
-            ShowWindow(app.countdownWindow, SW_HIDE);
-        SetRecordButtons(false, false);
-        SetWindowTextW(app.mainWindow, kMainWindowTitle);
-    }
-    StopVideo();
-    MarkRecordingStopped();
-    RecordingFilePath[0] = 0;
-    eventDurationMs = 0;
-    eventRecordingName[0] = 0;
-    if (resumeEventsAfterManual) {
-        resumeEventsAfterManual = 0;
-        LoadEvents();
-    }
-    StartVideo();
 }

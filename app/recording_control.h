@@ -1,10 +1,30 @@
-// Starting and stopping the camera, and recordings by hand. StartVideo and
-// StopVideo are the only way the program starts or stops the camera.
+// Starting and stopping the camera, and the marks of a recording on the
+// device. StartVideo and StopVideo are the only way the program starts or
+// stops the camera; the Start and Stop buttons and the event queue both
+// come down here.
 #pragma once
 
 #include <windows.h>
 
+#include "base/flag.h"
+#include "video/run_report.h"
+
 struct EventRecord;
+
+// The file of the present recording; empty while the camera only previews.
+constexpr int kRecordingFilePathCapacity = 256;
+extern wchar_t RecordingFilePath[kRecordingFilePathCapacity];
+
+// StartCamera runs: device changes are let alone meanwhile.
+extern Flag cameraStarting;
+// Close or Exit came: StopVideo doesn't bring the GPS link back.
+extern Flag appClosing;
+
+// The name an event recording's report would carry; each recording's end
+// empties it and nothing fills it.
+extern wchar_t eventRecordingName[kEventRecordingNameCapacity];
+// What the GPS receiver gave when the recording began.
+extern GpsSnapshot gpsSnapshot;
 
 HRESULT StartVideo();
 HRESULT StopVideo();
@@ -15,10 +35,5 @@ void MakeVideoPathname(bool isEvent, const EventRecord* event);
 void MarkRecordingStarted(bool newRecording);
 void MarkRecordingStopped();
 
-// BN_CLICKED of the two buttons of the Record Controls window.
-void OnStartRecordingButton();
-void OnStopRecordingButton();
-
-// The title and buttons of the recording state (the menus follow the same
-// rule once they exist).
+// The title, buttons and menus of the recording state.
 void ApplyRecordingState(bool recording);

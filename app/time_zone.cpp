@@ -1,7 +1,16 @@
 #include "app/time_zone.h"
 
-#include "app/app_state.h"
-#include "ui/user_messages.h"
+#include "base/report.h"
+#include "base/ticks.h"
+
+int32_t utcOffsetMinutes = 0;
+
+SYSTEMTIME PresentUtcFromLocalClock()
+{
+    SYSTEMTIME local{};
+    GetLocalTime(&local);
+    return UtcFromLocal(local, utcOffsetMinutes);
+}
 
 TimeZoneReport DescribeTimeZone(DWORD result, const DYNAMIC_TIME_ZONE_INFORMATION& zone)
 {

@@ -6,6 +6,14 @@
 #include <cstdint>
 #include <string>
 
+// Minutes that turn local time into UTC, read once at start-up.
+extern int32_t utcOffsetMinutes;
+
+// The present UTC time, worked out from the local clock by that bias with
+// the milliseconds dropped. The program names its files this way, not by
+// GetSystemTime.
+SYSTEMTIME PresentUtcFromLocalClock();
+
 struct TimeZoneReport {
     bool offsetKnown;
     int32_t utcOffsetMinutes;  // minutes that turn local time into UTC

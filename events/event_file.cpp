@@ -2,10 +2,11 @@
 
 #include <cwchar>
 
-#include "app/com_ptr.h"
-#include "app/file_names.h"
+#include "base/com_ptr.h"
+#include "base/report.h"
+#include "base/ticks.h"
+#include "base/time_text.h"
 #include "persistence/xml_document.h"
-#include "ui/user_messages.h"
 
 const wchar_t* const kEventFieldNames[14] = {
     L"EventYear",      L"EventMonth",     L"EventDay",  L"EventHour",     L"EventMinute",
@@ -147,13 +148,6 @@ int ReadEventFile(const wchar_t* path, EventFileText& text)
     if (search && !FindClose(search))
         ReportUserMessage(L"WARNING: unable to close an Event file - this may result in modify or delete issues", true);
     return 1;
-}
-
-uint64_t UtcNowTicks()
-{
-    SYSTEMTIME now{};
-    GetSystemTime(&now);
-    return SystemTimeToTicks(now);
 }
 
 void ComputeEventTimesAt(EventRecord& record, const SYSTEMTIME& eventTime, const SYSTEMTIME& duration,

@@ -72,6 +72,3 @@ void ParseEventRecordAt(EventRecord& record, uint64_t nowTicks);
 void ComputeEventTimes(EventRecord& record, const SYSTEMTIME& eventTime, const SYSTEMTIME& duration);
 void ComputeEventTimesAt(EventRecord& record, const SYSTEMTIME& eventTime, const SYSTEMTIME& duration,
                          uint64_t nowTicks);
-
-// Present UTC as ticks.
-uint64_t UtcNowTicks();

@@ -1,36 +1,24 @@
 #include "events/event_queue.h"
 
-#include "app/main_window.h"
 #include "app/power_actions.h"
 #include "app/recording_control.h"
+#include "app/time_zone.h"
+#include "base/report.h"
+#include "base/ticks.h"
+#include "base/timer_queue_timer.h"
+#include "events/event_state.h"
 #include "ui/countdown_window.h"
 #include "ui/power_window.h"
-#include "ui/user_messages.h"
 #include "ui/window_layout.h"
+#include "ui/window_set.h"
 #include "video/video_sources.h"
 
 #include <algorithm>
 
-std::vector<std::unique_ptr<EventRecord>> scheduledEvents;
-// Armed records are never freed: a timer thread may still be naming a file
-// after the event that a reload on the interface thread has just replaced.
-std::atomic<EventRecord*> currentEvent{nullptr};
-SYSTEMTIME currentEventTime{};
-SYSTEMTIME currentEventDuration{};
-// Room for more stops than a run can have: a stop on the interface thread
-// appends while an end timer's reload may be walking the list.
-std::vector<StoppedEventKey> stoppedEvents = [] {
-    std::vector<StoppedEventKey> keys;
-    keys.reserve(1024);
-    return keys;
-}();
-Flag eventPending{0};
-Flag eventRecording{0};
-std::atomic<uint64_t> countdownDeadline{0};
-std::atomic<uint32_t> eventDurationMs{0};
-std::atomic<uint32_t> keepAwakeCounter{0};
-
 namespace {
+
+TimerQueueTimer tickTimer;
+TimerQueueTimer endTimer;
 
 // The armed event's three lines for the countdown window.
 std::wstring startLine, eventLine, endLine;
@@ -160,25 +148,23 @@ void PrepareEventTimes(const SYSTEMTIME& eventTime, const SYSTEMTIME& duration)
 
 void StartCountdown()
 {
-    MainWindow& app = *mainWindowObject;
     if (hibernateAfterEvent)
         ReportUserMessage(L"NOTE: computer will be placed in hibernate 30 seconds after recording ends\r\n", false);
     else if (shutdownAfterEvent)
         ReportUserMessage(L"NOTE: computer will shut down 30 seconds after recording ends\r\n", false);
     // A countdown already running keeps its queue: its handles are simply
     // replaced, and its ticks find the same state.
-    app.tickTimerQueue = CreateTimerQueue();
-    CreateTimerQueueTimer(&app.tickTimer, app.tickTimerQueue, TickCallback, nullptr, 1000, 1000, 0);
+    tickTimer.Start(TickCallback, 1000, 1000);
     keepAwakeCounter = 0;
     eventPending = 1;
-    SetWindowTextW(app.mainWindow, L"MAVU Video Capture -- Event pending");
-    if (app.countdownWindow) {
-        SetWindowTextW(app.countdownWindow, L"Event Pending");
+    SetWindowTextW(mainWindow, L"MAVU Video Capture -- Event pending");
+    if (countdownWindow) {
+        SetWindowTextW(countdownWindow, L"Event Pending");
         SetCountdownHeading(showUtcClock ? L"         Computer time (UTC):" : L"Countdown to recording start time:");
         SetCountdownLines(WithoutLineEnd(startLine).c_str(), WithoutLineEnd(eventLine).c_str(),
                           WithoutLineEnd(endLine).c_str());
-        PlaceDialog(app.countdownWindow);
-        ShowWindow(app.countdownWindow, SW_SHOWNOACTIVATE);
+        PlaceDialog(countdownWindow);
+        ShowWindow(countdownWindow, SW_SHOWNOACTIVATE);
     }
 }
 
@@ -230,33 +216,32 @@ void CountdownTick()
 
 void StopTickTimer()
 {
-    MainWindow& app = *mainWindowObject;
-    if (app.tickTimerQueue) {
-        DeleteTimerQueueTimer(app.tickTimerQueue, app.tickTimer, nullptr);
-        DeleteTimerQueueEx(app.tickTimerQueue, nullptr);
-        app.tickTimerQueue = nullptr;
-    }
+    tickTimer.Delete();
 }
 
 void StartEventEndTimer(uint32_t milliseconds)
 {
-    MainWindow& app = *mainWindowObject;
     eventRecording = 1;
-    app.endTimerQueue = CreateTimerQueue();
-    CreateTimerQueueTimer(&app.endTimer, app.endTimerQueue, EndCallback, nullptr, milliseconds, 0, 0);
+    endTimer.Start(EndCallback, milliseconds, 0);
+}
+
+void DeleteEventEndTimer()
+{
+    endTimer.Delete();
+}
+
+void ForgetEventTimers()
+{
+    tickTimer.Forget();
+    endTimer.Forget();
 }
 
 void OnEventRecordingEnd()
 {
     if (!eventRecording)
         return;
-    MainWindow& app = *mainWindowObject;
     eventRecording = 0;
-    if (app.endTimerQueue) {
-        DeleteTimerQueueTimer(app.endTimerQueue, app.endTimer, nullptr);
-        DeleteTimerQueueEx(app.endTimerQueue, nullptr);
-        app.endTimerQueue = nullptr;
-    }
+    endTimer.Delete();
     StopVideo();
     MarkRecordingStopped();
     RecordingFilePath[0] = 0;
@@ -271,13 +256,12 @@ void OnEventRecordingEnd()
 
 void CancelCountdown()
 {
-    MainWindow& app = *mainWindowObject;
     StopTickTimer();
     eventRecording = 0;
     RecordingFilePath[0] = 0;
     eventPending = 0;
     eventDurationMs = 0;
-    SetWindowTextW(app.mainWindow, kMainWindowTitle);
-    if (app.countdownWindow)
-        ShowWindow(app.countdownWindow, SW_HIDE);
+    SetWindowTextW(mainWindow, kMainWindowTitle);
+    if (countdownWindow)
+        ShowWindow(countdownWindow, SW_HIDE);
 }

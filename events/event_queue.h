@@ -1,25 +1,13 @@
 // The queue of scheduled events: loading "Events\*.mef", arming the next
 // event, the one-second countdown on a timer queue, the recording's start
 // at the deadline and its end by a one-shot timer. Everything here may run
-// on a timer-queue thread; the flags carry the order.
+// on a timer-queue thread; the flags of event_state.h carry the order. The
+// two timers belong to this queue, and only it deletes them.
 #pragma once
 
-#include "app/app_state.h"
-#include "events/event_rules.h"
+#include <cstdint>
 
-#include <memory>
-#include <vector>
-
-extern std::vector<std::unique_ptr<EventRecord>> scheduledEvents;  // latest first
-extern std::atomic<EventRecord*> currentEvent;  // the armed event, never freed
-extern SYSTEMTIME currentEventTime;
-extern SYSTEMTIME currentEventDuration;
-extern std::vector<StoppedEventKey> stoppedEvents;
-extern Flag eventPending;
-extern Flag eventRecording;
-extern std::atomic<uint64_t> countdownDeadline;  // local time, FILETIME ticks
-extern std::atomic<uint32_t> eventDurationMs;
-extern std::atomic<uint32_t> keepAwakeCounter;
+#include "events/event_file.h"
 
 void LoadEvents();
 int AdmitEvent(EventRecord* record);
@@ -31,3 +19,10 @@ void StopTickTimer();
 void StartEventEndTimer(uint32_t milliseconds);
 void OnEventRecordingEnd();
 void CancelCountdown();
+
+// Ends the event recording's one-shot timer, as a stop by hand does.
+void DeleteEventEndTimer();
+
+// Lets go of both timers' handles without deleting them: a countdown armed
+// at start-up keeps running, out of reach of StopTickTimer.
+void ForgetEventTimers();

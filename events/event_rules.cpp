@@ -1,5 +1,7 @@
 #include "events/event_rules.h"
 
+#include "base/time_text.h"
+
 #include <cstdio>
 
 namespace {

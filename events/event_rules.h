@@ -3,7 +3,7 @@
 // texts, the event report, and the names of recorded files.
 #pragma once
 
-#include "app/file_names.h"
+#include "base/ticks.h"
 #include "events/event_file.h"
 
 #include <cstdint>

@@ -3,6 +3,7 @@
 #include <cwchar>
 
 Options options;
+SYSTEMTIME defaultDuration = kDefaultDuration;
 
 const wchar_t* const kWindowPositionKeys[WindowKeyCount] = {
     L"MainWindowPosition",

@@ -83,6 +83,12 @@ struct Options {
 
 extern Options options;
 
+// The default recording duration, read from DefaultDuration; its date part
+// only makes it a valid value for a date-time picker.
+extern SYSTEMTIME defaultDuration;
+// Ten minutes, when no options file says otherwise.
+constexpr SYSTEMTIME kDefaultDuration = {1943, 5, 1, 3, 0, 10, 0, 0};
+
 // Fills the record with its defaults. The hibernation window's default
 // position is worked out from the desktop's work area.
 void SetOptionDefaults(Options& record, const RECT& workArea);

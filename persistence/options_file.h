@@ -21,10 +21,6 @@ bool SplitVConfig(const wchar_t* value, VideoConfiguration& configuration);
 // Splits "subtype|codec" at the first '|'. False when there is none.
 bool SplitSubtypeCodecPair(const wchar_t* value, std::wstring& subtypeName, std::wstring& codecName);
 
-// After a successful load: the default duration, the event display, the
-// renderer and recording switches, and the working codec pairs.
-void ApplyLoadedOptions();
-
 // The whole document text that SaveOptions writes.
 int BuildOptionsText(std::wstring& text);
 // Writes every key. 1 on success; on failure nothing is written.

@@ -5,8 +5,8 @@
 #include <cstring>
 #include <fstream>
 
-#include "app/com_ptr.h"
-#include "app/platform_guids.h"
+#include "base/com_ptr.h"
+#include "base/platform_guids.h"
 
 // MSXML 6's document class; older SDK headers don't name it.
 

@@ -1,9 +1,10 @@
 #include "ui/countdown_window.h"
 
-#include "app/main_window.h"
 #include "persistence/options.h"
 #include "ui/dialog_common.h"
 #include "ui/fonts.h"
+
+HWND countdownWindow = nullptr;
 
 namespace {
 
@@ -14,9 +15,7 @@ HWND lines[3] = {};
 LRESULT CALLBACK CountdownProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
     // The close box does nothing: the window goes with its countdown.
-    if (message == WM_SYSCOMMAND && (wParam & 0xFFF0) == SC_CLOSE)
-        return 0;
-    if (message == WM_CLOSE)
+    if (IsCloseRequest(message, wParam))
         return 0;
     if (message == WM_CTLCOLORSTATIC)
         return StaticTextColour(reinterpret_cast<HDC>(wParam));
@@ -43,6 +42,7 @@ HWND CreateCountdownWindow(HINSTANCE instance)
     for (int i = 0; i < 3; ++i)
         lines[i] = CreateControl(window, L"STATIC", L"", SS_LEFT | SS_CENTERIMAGE | WS_BORDER, 0, 104 + i * 30, width,
                                  28, 0, appFonts[DialogStaticFont]);
+    countdownWindow = window;
     return window;
 }
 

@@ -4,6 +4,9 @@
 
 #include <windows.h>
 
+extern HWND countdownWindow;
+
+// Makes the window, hidden, and sets its handle above.
 HWND CreateCountdownWindow(HINSTANCE instance);
 void SetCountdownHeading(const wchar_t* text);
 void SetCountdownValue(const wchar_t* text);

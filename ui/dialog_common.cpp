@@ -1,20 +1,18 @@
 #include "ui/dialog_common.h"
 
-#include "app/app_state.h"
 #include "persistence/options.h"
+#include "ui/app_icons.h"
+#include "ui/window_class.h"
 #include "ui/window_layout.h"
 
 bool RegisterToolWindowClass(HINSTANCE instance, const wchar_t* className, WNDPROC procedure)
 {
-    WNDCLASSEXW windowClass{sizeof windowClass};
-    windowClass.lpfnWndProc = procedure;
-    windowClass.hInstance = instance;
-    windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(LTGRAY_BRUSH));
-    windowClass.lpszClassName = className;
-    windowClass.hIcon = appIcons.logoLarge;
-    windowClass.hIconSm = appIcons.logoSmall;
-    return RegisterClassExW(&windowClass) != 0;
+    return RegisterWindowClass(instance, className, procedure, LTGRAY_BRUSH, true);
+}
+
+bool IsCloseRequest(UINT message, WPARAM wParam)
+{
+    return message == WM_CLOSE || (message == WM_SYSCOMMAND && (wParam & 0xFFF0) == SC_CLOSE);
 }
 
 HWND CreateToolWindow(HINSTANCE instance, const wchar_t* className, const wchar_t* title, DWORD style, int width,

@@ -11,6 +11,10 @@ constexpr DWORD kPlainWindowStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS
 // the program's icons.
 bool RegisterToolWindowClass(HINSTANCE instance, const wchar_t* className, WNDPROC procedure);
 
+// A click on the close box, or WM_CLOSE: the windows that live as long as
+// the program swallow it.
+bool IsCloseRequest(UINT message, WPARAM wParam);
+
 // Creates a hidden top-level window of such a class, gives it the program's
 // icons, and ties it to its position record (a WindowKey, or -1 for none).
 HWND CreateToolWindow(HINSTANCE instance, const wchar_t* className, const wchar_t* title, DWORD style, int width,

@@ -1,6 +1,6 @@
 #include "ui/fonts.h"
 
-#include "ui/user_messages.h"
+#include "base/report.h"
 
 HFONT appFonts[AppFontCount];
 

@@ -1,6 +1,25 @@
 // The two menu bars, built in code, and the rules that grey their items.
 #pragma once
 
+#include <windows.h>
+
+#include "base/flag.h"
+
+// The main menu bar and its popups, and the User Messages window's bar and
+// its one popup; rebuilt by BuildMenus.
+extern HMENU mainMenu;
+extern HMENU fileMenu;
+extern HMENU eventsMenu;
+extern HMENU displayMenu;
+extern HMENU optionsMenu;
+extern HMENU helpMenu;
+extern HMENU userMessagesMenu;
+extern HMENU userMessagesFileMenu;
+
+// The Select Input Device and Device Properties windows are open.
+extern Flag selectDeviceOpen;
+extern Flag deviceFormatOpen;
+
 // Destroys both menu bars and builds them anew, all items enabled and
 // unchecked; then greys what needs a device when none is active.
 void BuildMenus(bool deviceAvailable);

@@ -7,15 +7,27 @@
 #include <fstream>
 #include <string>
 
-#include "app/file_names.h"
+#include "app/time_zone.h"
+#include "base/time_text.h"
 #include "persistence/options.h"
 #include "ui/user_messages.h"
 
 wchar_t userMessageLogPath[kLogPathCapacity];
 
+std::wstring LogFilePath(const wchar_t* folder, const wchar_t* prefix, const SYSTEMTIME& utc)
+{
+    std::wstring path = folder;
+    if (prefix[0]) {
+        path += prefix;
+        path += L'_';
+    }
+    path += TimeFileName(utc, L".txt");
+    return path;
+}
+
 void BuildUserMessageLogPath()
 {
-    SYSTEMTIME utc = PresentUtcForFileName();
+    SYSTEMTIME utc = PresentUtcFromLocalClock();
     userMessageLogPath[0] = 0;
 
     const wchar_t* folder = options.LogfileDirectory;

@@ -1,12 +1,12 @@
 #include "ui/power_window.h"
 
-#include "app/app_state.h"
-#include "app/main_window.h"
 #include "app/power_actions.h"
 #include "ui/dialog_common.h"
 #include "ui/fonts.h"
 
 #include <cstdio>
+
+HWND hibernateWindow = nullptr;
 
 namespace {
 
@@ -18,6 +18,8 @@ UINT_PTR timerId = 0;
 
 LRESULT CALLBACK PowerWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
+    if (IsCloseRequest(message, wParam))
+        return 0;
     switch (message) {
     case WM_TIMER: {
         // Any timer, and on after the count's end: each further second
@@ -43,12 +45,6 @@ LRESULT CALLBACK PowerWindowProc(HWND window, UINT message, WPARAM wParam, LPARA
         // Kept on the screen; its position isn't recorded.
         TrackWindowPosition(window, -1);
         break;
-    case WM_SYSCOMMAND:
-        if ((wParam & 0xFFF0) == SC_CLOSE)
-            return 0;
-        break;
-    case WM_CLOSE:
-        return 0;
     case WM_CTLCOLORSTATIC:
         return StaticTextColour(reinterpret_cast<HDC>(wParam));
     }
@@ -73,12 +69,13 @@ HWND CreatePowerWindow(HINSTANCE instance)
     unlessLabel = CreateControl(window, L"STATIC", L"", SS_LEFT, 30, 60, 230, 20, 0, text);
     cancelButton = CreateControl(window, L"BUTTON", L"", BS_PUSHBUTTON, 75, 120, 135, 28, kCancelPowerActionId,
                                  appFonts[DialogButtonFont]);
+    hibernateWindow = window;
     return window;
 }
 
 void StartPowerCountdown()
 {
-    HWND window = mainWindowObject->hibernateWindow;
+    HWND window = hibernateWindow;
     if (!window)
         return;
     timerId = SetTimer(window, kPowerTimerId, 1000, nullptr);

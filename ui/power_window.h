@@ -7,6 +7,9 @@
 constexpr UINT_PTR kPowerTimerId = 32772;
 constexpr int kCancelPowerActionId = 33018;
 
+extern HWND hibernateWindow;
+
+// Makes the window, hidden, and sets its handle above.
 HWND CreatePowerWindow(HINSTANCE instance);
 // Sets the count to 30, the texts by the armed request, starts the
 // one-second timer and shows the window.

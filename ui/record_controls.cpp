@@ -1,24 +1,26 @@
 #include "ui/record_controls.h"
 
-#include "app/app_state.h"
-#include "app/main_window.h"
-#include "app/recording_control.h"
+#include "app/recording_buttons.h"
 #include "persistence/options.h"
+#include "ui/app_icons.h"
 #include "ui/dialog_common.h"
+#include "ui/record_buttons.h"
 
 namespace {
 
 LRESULT CALLBACK RecordControlsProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
+    // The close box is dead: this window lives with the program.
+    if (IsCloseRequest(message, wParam))
+        return 0;
     switch (message) {
     case WM_COMMAND: {
-        MainWindow& app = *mainWindowObject;
         HWND from = reinterpret_cast<HWND>(lParam);
         if (HIWORD(wParam) != BN_CLICKED)
             break;
-        if (from == app.startButton)
+        if (from == startButton)
             OnStartRecordingButton();
-        else if (from == app.stopButton)
+        else if (from == stopButton)
             OnStopRecordingButton();
         return 0;
     }
@@ -27,13 +29,6 @@ LRESULT CALLBACK RecordControlsProc(HWND window, UINT message, WPARAM wParam, LP
         return 0;
     case WM_CTLCOLORSTATIC:
         return StaticTextColour(reinterpret_cast<HDC>(wParam));
-    case WM_SYSCOMMAND:
-        // The close box is dead: this window lives with the program.
-        if ((wParam & 0xFFF0) == SC_CLOSE)
-            return 0;
-        break;
-    case WM_CLOSE:
-        return 0;
     }
     return DefWindowProcW(window, message, wParam, lParam);
 }
@@ -52,27 +47,17 @@ HWND CreateButton(HWND parent, const wchar_t* text, HICON icon, int left, int to
 
 bool CreateRecordControls(HINSTANCE instance)
 {
-    MainWindow& app = *mainWindowObject;
     bool spaced = options.RecordButtonsSpace != 0;
     int width = spaced ? 264 : 224;
     int height = spaced ? 164 : 144;
     int margin = spaced ? 20 : 0;
 
     RegisterToolWindowClass(instance, L"RecordControlsWindow", RecordControlsProc);
-    app.recordControlsWindow = CreateToolWindow(instance, L"RecordControlsWindow", L"Record", kPlainWindowStyle,
-                                                width, height, -1);
-    if (!app.recordControlsWindow)
+    recordControlsWindow =
+        CreateToolWindow(instance, L"RecordControlsWindow", L"Record", kPlainWindowStyle, width, height, -1);
+    if (!recordControlsWindow)
         return false;
-    app.startButton = CreateButton(app.recordControlsWindow, L"Start\r\nRecording", appIcons.record, margin + 3,
-                                   margin + 3);
-    app.stopButton = CreateButton(app.recordControlsWindow, L"Stop\r\nRecording", appIcons.stop, margin + 106,
-                                  margin + 3);
-    return app.startButton && app.stopButton;
-}
-
-void SetRecordButtons(bool startEnabled, bool stopEnabled)
-{
-    MainWindow& app = *mainWindowObject;
-    EnableWindow(app.startButton, startEnabled);
-    EnableWindow(app.stopButton, stopEnabled);
+    startButton = CreateButton(recordControlsWindow, L"Start\r\nRecording", appIcons.record, margin + 3, margin + 3);
+    stopButton = CreateButton(recordControlsWindow, L"Stop\r\nRecording", appIcons.stop, margin + 106, margin + 3);
+    return startButton && stopButton;
 }

@@ -1,4 +1,5 @@
-// The Record Controls window with its Start and Stop buttons.
+// The Record Controls window: its making and its procedure, which hands the
+// two buttons' clicks to the recording.
 #pragma once
 
 #include <windows.h>
@@ -6,6 +7,3 @@
 // Builds the window and its two buttons; false when any of them failed.
 // The layout follows RecordButtonsSpace as it stood at start-up.
 bool CreateRecordControls(HINSTANCE instance);
-
-// Enables Start and Stop as the record-button rule says.
-void SetRecordButtons(bool startEnabled, bool stopEnabled);

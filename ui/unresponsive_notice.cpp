@@ -3,6 +3,8 @@
 #include "ui/dialog_common.h"
 #include "ui/fonts.h"
 
+HWND unresponsiveWindow = nullptr;
+
 namespace {
 
 LRESULT CALLBACK UnresponsiveProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
@@ -27,5 +29,6 @@ HWND CreateUnresponsiveNotice(HINSTANCE instance)
                                 L"Stand by for completion...",
                                 WS_CHILD | WS_VISIBLE, 20, 20, 300, 100, window, nullptr, instance, nullptr);
     SetControlFont(text, appFonts[EventListFont]);
+    unresponsiveWindow = window;
     return window;
 }

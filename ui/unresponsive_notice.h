@@ -4,4 +4,7 @@
 
 #include <windows.h>
 
+extern HWND unresponsiveWindow;
+
+// Makes the notice, hidden, and sets its handle above.
 HWND CreateUnresponsiveNotice(HINSTANCE instance);

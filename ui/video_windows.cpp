@@ -2,9 +2,12 @@
 
 #include <algorithm>
 
-#include "app/main_window.h"
-#include "ui/user_messages.h"
-#include "ui/window_layout.h"
+#include "base/report.h"
+#include "ui/window_class.h"
+#include "video/frame_size.h"
+
+HWND clippingWindow = nullptr;
+HWND scrollWindow = nullptr;
 
 namespace {
 
@@ -41,8 +44,7 @@ void Scroll(HWND window, int bar, int code, int thumb)
     UpdateWindow(window);
     position = target;
     SetScrollPos(window, bar, position, TRUE);
-    SetWindowPos(mainWindowObject->clippingWindow, nullptr, -scrollX, -scrollY, 0, 0,
-                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    SetWindowPos(clippingWindow, nullptr, -scrollX, -scrollY, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 LRESULT CALLBACK ScrollWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
@@ -71,16 +73,6 @@ LRESULT CALLBACK ScrollWindowProc(HWND window, UINT message, WPARAM wParam, LPAR
     return DefWindowProcW(window, message, wParam, lParam);
 }
 
-bool RegisterChildClass(HINSTANCE instance, const wchar_t* name, WNDPROC procedure)
-{
-    WNDCLASSEXW windowClass{sizeof windowClass};
-    windowClass.lpfnWndProc = procedure;
-    windowClass.hInstance = instance;
-    windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(GRAY_BRUSH));
-    windowClass.lpszClassName = name;
-    return RegisterClassExW(&windowClass) != 0;
-}
 
 }  // namespace
 
@@ -100,7 +92,7 @@ int ScrollTarget(int code, int position, int thumbPosition, int maximum)
 
 HWND CreateClippingWindow(HINSTANCE instance, HWND parent)
 {
-    RegisterChildClass(instance, L"MavuVideoRecordWindow", ClippingWindowProc);
+    RegisterWindowClass(instance, L"MavuVideoRecordWindow", ClippingWindowProc, GRAY_BRUSH, false);
     HWND window = CreateWindowExW(0, L"MavuVideoRecordWindow", nullptr, WS_CHILD | WS_CLIPSIBLINGS, 0, 0, 640, 480,
                                   parent, nullptr, instance, nullptr);
     if (!window)
@@ -112,12 +104,15 @@ HWND CreateClippingWindow(HINSTANCE instance, HWND parent)
     if (outer.right - outer.left != inner.right || outer.bottom - outer.top != inner.bottom)
         ReportUserMessage(L"WARNING: clipping window borders have non-zero thickness, please report this message",
                           true);
+    clippingWindow = window;
     return window;
 }
 
 HWND CreateScrollWindow(HINSTANCE instance, HWND parent)
 {
-    RegisterChildClass(instance, L"MavuVideoScrollWindow", ScrollWindowProc);
-    return CreateWindowExW(0, L"MavuVideoScrollWindow", nullptr, WS_CHILD | WS_HSCROLL | WS_VSCROLL | WS_CLIPCHILDREN,
-                           0, 0, 400, 300, parent, nullptr, instance, nullptr);
+    RegisterWindowClass(instance, L"MavuVideoScrollWindow", ScrollWindowProc, GRAY_BRUSH, false);
+    scrollWindow =
+        CreateWindowExW(0, L"MavuVideoScrollWindow", nullptr, WS_CHILD | WS_HSCROLL | WS_VSCROLL | WS_CLIPCHILDREN, 0,
+                        0, 400, 300, parent, nullptr, instance, nullptr);
+    return scrollWindow;
 }

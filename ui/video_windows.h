@@ -5,10 +5,13 @@
 
 #include <windows.h>
 
+extern HWND clippingWindow;
+extern HWND scrollWindow;
+
 // Creates the clipping window as a child of the main window. Reports, and
 // goes on, when the window has a border the renderers would draw over.
+// Each creator sets its handle above.
 HWND CreateClippingWindow(HINSTANCE instance, HWND parent);
-
 HWND CreateScrollWindow(HINSTANCE instance, HWND parent);
 
 // New scroll position for a scroll-bar code, or -1 when the code doesn't move

@@ -4,15 +4,14 @@
 #include <utility>
 #include <vector>
 
-#include "app/main_window.h"
+#include "base/report.h"
 #include "persistence/options.h"
 #include "persistence/options_file.h"
-#include "ui/user_messages.h"
+#include "ui/video_windows.h"
+#include "ui/window_set.h"
 
 int32_t workLeft, workTop, workRight, workBottom;
 int32_t frameWidth, frameHeight;
-int32_t videoWidth = 640, videoHeight = 480;
-int32_t displayedWidth = 640, displayedHeight = 480;
 
 Flag repositioning{0};
 Flag useDeviceSize{0};
@@ -132,7 +131,7 @@ void PlaceDialog(HWND window)
         at = {record.currentLeft, record.currentTop};
     } else {
         RECT main{};
-        GetWindowRect(mainWindowObject->mainWindow, &main);
+        GetWindowRect(mainWindow, &main);
         at = DefaultDialogPosition(OuterSize(window), main, frameWidth, workRight, workBottom);
     }
     SetWindowPos(window, HWND_TOP, at.x, at.y, 0, 0, SWP_NOSIZE | SWP_NOACTIVATE);
@@ -265,9 +264,8 @@ MainLayout ComputeMainLayout(const MainLayoutInput& input)
 
 void UpdateMainWindowLayout()
 {
-    MainWindow& app = *mainWindowObject;
     MainLayoutInput input{};
-    GetWindowRect(app.mainWindow, &input.window);
+    GetWindowRect(mainWindow, &input.window);
     input.currentLeft = options.windows[MainWindowKey].currentLeft;
     input.currentTop = options.windows[MainWindowKey].currentTop;
     input.useDeviceSize = useDeviceSize;
@@ -275,30 +273,29 @@ void UpdateMainWindowLayout()
     input.magnifyClosing = magnifyClosing;
     MainLayout layout = ComputeMainLayout(input);
 
-    HWND parent = GetParent(app.clippingWindow);
-    if (layout.fits || !app.scrollWindow) {
-        if (parent != app.mainWindow) {
-            SetParent(app.clippingWindow, app.mainWindow);
-            UpdateWindow(app.mainWindow);
+    HWND parent = GetParent(clippingWindow);
+    if (layout.fits || !scrollWindow) {
+        if (parent != mainWindow) {
+            SetParent(clippingWindow, mainWindow);
+            UpdateWindow(mainWindow);
         }
-        if (app.scrollWindow)
-            ShowWindow(app.scrollWindow, SW_HIDE);
+        if (scrollWindow)
+            ShowWindow(scrollWindow, SW_HIDE);
     } else {
-        SetWindowPos(app.scrollWindow, nullptr, 0, 0, layout.roomWidth, layout.roomHeight,
-                     SWP_NOZORDER | SWP_NOACTIVATE);
-        if (parent != app.scrollWindow)
-            SetParent(app.clippingWindow, app.scrollWindow);
-        ShowWindow(app.scrollWindow, SW_SHOW);
+        SetWindowPos(scrollWindow, nullptr, 0, 0, layout.roomWidth, layout.roomHeight, SWP_NOZORDER | SWP_NOACTIVATE);
+        if (parent != scrollWindow)
+            SetParent(clippingWindow, scrollWindow);
+        ShowWindow(scrollWindow, SW_SHOW);
         if (magnifyChanging)
-            BringWindowToTop(app.scrollWindow);
+            BringWindowToTop(scrollWindow);
     }
-    SetWindowPos(app.clippingWindow, nullptr, 0, 0, layout.pictureWidth, layout.pictureHeight,
+    SetWindowPos(clippingWindow, nullptr, 0, 0, layout.pictureWidth, layout.pictureHeight,
                  SWP_NOZORDER | SWP_NOACTIVATE);
     layoutSettingSize = 1;
-    SetWindowPos(app.mainWindow, nullptr, layout.left, layout.top, layout.width, layout.height,
+    SetWindowPos(mainWindow, nullptr, layout.left, layout.top, layout.width, layout.height,
                  SWP_NOZORDER | SWP_NOACTIVATE);
     layoutSettingSize = 0;
-    KeepWindowOnScreen(app.mainWindow);
+    KeepWindowOnScreen(mainWindow);
 }
 
 void CopyCurrentToSavedPositions(Options& record)

@@ -4,16 +4,16 @@
 
 #include <windows.h>
 
-#include "app/app_state.h"
+#include "base/flag.h"
 #include "persistence/options.h"
+#include "video/frame_size.h"
 
 // Work area of the desktop, read once at start-up.
 extern int32_t workLeft, workTop, workRight, workBottom;
 // Main window's outer size less its client size; serves every window.
 extern int32_t frameWidth, frameHeight;
-// Frame size of the current format, and the picture's size on screen.
-extern int32_t videoWidth, videoHeight;
-extern int32_t displayedWidth, displayedHeight;
+// The frame size of the current format and the picture's size on screen
+// are the engine's (video/frame_size.h).
 
 extern Flag repositioning;    // KeepWindowOnScreen is moving a window
 extern Flag useDeviceSize;    // layout takes the video size, not the window's

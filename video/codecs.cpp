@@ -13,3 +13,11 @@ CodecRecord* FindInstalledCodec(const wchar_t* name)
             return codec;
     return nullptr;
 }
+
+const CodecRecord* PairedCodec(VideoSubtype subtype)
+{
+    for (const SubtypeCodecPair* pair : subtypeCodecPairs)
+        if (pair && pair->subtype == subtype)
+            return pair->codec;
+    return nullptr;
+}

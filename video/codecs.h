@@ -29,3 +29,7 @@ extern std::vector<SubtypeCodecPair*> savedSubtypeCodecPairs;
 
 // The installed codec of that exact name, or null.
 CodecRecord* FindInstalledCodec(const wchar_t* name);
+
+// The codec of the first pair in subtypeCodecPairs for the subtype; null
+// when no pair stands for it or the pair names no codec.
+const CodecRecord* PairedCodec(VideoSubtype subtype);

@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "app/com_ptr.h"
-#include "ui/user_messages.h"
+#include "base/com_ptr.h"
+#include "base/report.h"
 #include "video/video_format.h"
 #include "video/video_player.h"
 
@@ -12,7 +12,7 @@ HRESULT FindSourceInterface(const GUID* category, IBaseFilter* filter, REFIID in
     *found = nullptr;
     VideoPlayer* player = CurrentVideoPlayer();
     ComPtr<ICaptureGraphBuilder2> ownBuilder;
-    ICaptureGraphBuilder2* builder = player ? player->captureBuilder : nullptr;
+    ICaptureGraphBuilder2* builder = player ? player->captureBuilder.Get() : nullptr;
     if (!builder) {
         HRESULT made = CoCreateInstance(CLSID_CaptureGraphBuilder2, nullptr, CLSCTX_INPROC_SERVER,
                                         IID_ICaptureGraphBuilder2, ownBuilder.PutVoid());
@@ -90,29 +90,4 @@ HRESULT GetVideoDeviceFormats(VideoSourceInfo* source)
     }
     GroupFormatsByRate(*source, kept);
     return S_OK;
-}
-
-HRESULT VideoPlayer::SetStreamFormat(IBaseFilter* filter, const VideoFormat* format, GUID category)
-{
-    if (!captureBuilder) {
-        ReportUserMessage(L"Logic error: attempt to set video stream format without a filter graph\r\n", true);
-        return E_FAIL;
-    }
-    if (graphState != GraphSourceAdded) {
-        ReportUserMessage(L"SEVERE: attempting to set video stream format with no source filter\r\n", true);
-        return E_FAIL;
-    }
-    ComPtr<IAMStreamConfig> config;
-    if (FAILED(captureBuilder->FindInterface(&category, &MEDIATYPE_Video, filter, IID_IAMStreamConfig,
-                                             config.PutVoid()))) {
-        ReportUserMessage(L"SEVERE: IAMStreamConfig interface is missing\r\n", true);
-        return E_FAIL;
-    }
-    if (!config) {
-        ReportUserMessage(L"WARNING: attempt to set video stream format with NULL stream configuration interface\r\n",
-                          true);
-        return E_FAIL;
-    }
-    // The media type goes as the pin offered it, never altered.
-    return config->SetFormat(format->mediaType);
 }

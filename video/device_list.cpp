@@ -3,9 +3,9 @@
 #include <cwchar>
 #include <functional>
 
-#include "app/com_ptr.h"
+#include "base/com_ptr.h"
 #include "persistence/options.h"
-#include "ui/user_messages.h"
+#include "base/report.h"
 #include "video/device_formats.h"
 #include "video/device_names.h"
 #include "video/video_configuration.h"

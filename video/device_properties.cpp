@@ -1,7 +1,7 @@
 #include "video/device_properties.h"
 
-#include "app/com_ptr.h"
-#include "ui/user_messages.h"
+#include "base/com_ptr.h"
+#include "base/report.h"
 
 namespace {
 

@@ -6,6 +6,28 @@
 #include <cstdint>
 #include <string>
 
+#include "base/flag.h"
+
+constexpr int kGpsSnapshotTextCapacity = 32;
+constexpr int kEventRecordingNameCapacity = 38;
+
+// What the GPS receiver gave when a recording began; an empty text is a
+// value not available.
+struct GpsSnapshot {
+    Flag valid{0};
+    wchar_t latitude[kGpsSnapshotTextCapacity] = L"";
+    wchar_t longitude[kGpsSnapshotTextCapacity] = L"";
+    wchar_t altitude[kGpsSnapshotTextCapacity] = L"";
+    wchar_t satellites[kGpsSnapshotTextCapacity] = L"";
+};
+
+// What the application knows of a recording that its report tells: the
+// event's name and the position at its start.
+struct RecordingNotes {
+    const wchar_t* eventName = L"";
+    const GpsSnapshot* gps = nullptr;
+};
+
 struct RunReportInput {
     bool eventRecording = false;
     std::wstring eventName;

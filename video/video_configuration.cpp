@@ -2,7 +2,7 @@
 
 #include <cwchar>
 
-#include "ui/user_messages.h"
+#include "base/report.h"
 #include "video/device_properties.h"
 #include "video/video_player.h"
 #include "video/video_sources.h"

@@ -1,9 +1,8 @@
 // The VideoPlayer's construction and its two graphs.
 #include "video/video_player.h"
 
-#include "app/app_state.h"
+#include "base/report.h"
 #include "persistence/options.h"
-#include "ui/user_messages.h"
 
 namespace {
 
@@ -12,15 +11,6 @@ VideoPlayer* currentPlayer = nullptr;
 void Report(const wchar_t* text)
 {
     ReportUserMessage(text, false);
-}
-
-template <class T>
-void ReleaseInto(T*& pointer)
-{
-    if (pointer) {
-        pointer->Release();
-        pointer = nullptr;
-    }
 }
 
 }  // namespace
@@ -33,15 +23,9 @@ VideoPlayer* CurrentVideoPlayer()
 VideoPlayer::VideoPlayer()
 {
     currentPlayer = this;
-    transformFilter = new MavuVideoTransformFilter;
-    magnifyFilter = new MavuVideoMagnifyFilter;
-    transformFilter->NonDelegatingAddRef();
-    magnifyFilter->NonDelegatingAddRef();
-    if (FAILED(transformFilter->NonDelegatingQueryInterface(IID_IBaseFilter,
-                                                             reinterpret_cast<void**>(&transformBaseFilter))))
+    if (FAILED(transformFilter->NonDelegatingQueryInterface(IID_IBaseFilter, transformBaseFilter.PutVoid())))
         return;
-    if (FAILED(magnifyFilter->NonDelegatingQueryInterface(IID_IBaseFilter,
-                                                           reinterpret_cast<void**>(&magnifyBaseFilter))))
+    if (FAILED(magnifyFilter->NonDelegatingQueryInterface(IID_IBaseFilter, magnifyBaseFilter.PutVoid())))
         return;
     if (FAILED(CreateGraph()))
         Report(L"ERROR: Cannot create video filter graph - video display and recording inoperative\r\n");
@@ -54,47 +38,29 @@ VideoPlayer::~VideoPlayer()
     if (graph)
         RemoveGraphFilters();
     DestroyCodecGraph();
-    ReleaseInto(droppedFrames);
-    ReleaseInto(mux);
-    ReleaseInto(fileSink);
-    ReleaseInto(mediaControl);
-    ReleaseInto(captureBuilder);
-    ReleaseInto(graph);
-    ReleaseInto(evrControl);
-    ReleaseInto(evr);
-    ReleaseInto(vmr9Control);
-    ReleaseInto(vmr9Config);
-    ReleaseInto(vmr9);
-    ReleaseInto(vmr7Quality);
-    ReleaseInto(vmr7Control);
-    ReleaseInto(vmr7Config);
-    ReleaseInto(vmr7);
-    ReleaseInto(nullRenderer);
-    ReleaseInto(transformBaseFilter);
-    ReleaseInto(magnifyBaseFilter);
-    transformFilter->NonDelegatingRelease();
-    magnifyFilter->NonDelegatingRelease();
+    // The members release the rest, in the order of their declaration's
+    // reverse.
     if (currentPlayer == this)
         currentPlayer = nullptr;
 }
 
 HRESULT VideoPlayer::CreateGraph()
 {
-    if (FAILED(CoCreateInstance(CLSID_FilterGraph, nullptr, CLSCTX_INPROC_SERVER, IID_IGraphBuilder,
-                                reinterpret_cast<void**>(&graph)))) {
+    if (FAILED(
+            CoCreateInstance(CLSID_FilterGraph, nullptr, CLSCTX_INPROC_SERVER, IID_IGraphBuilder, graph.PutVoid()))) {
         Report(L"WARNING: Cannot create filter graph builder\r\n");
         return E_FAIL;
     }
-    if (FAILED(CoCreateInstance(CLSID_CaptureGraphBuilder2, nullptr, CLSCTX_INPROC_SERVER,
-                                IID_ICaptureGraphBuilder2, reinterpret_cast<void**>(&captureBuilder)))) {
+    if (FAILED(CoCreateInstance(CLSID_CaptureGraphBuilder2, nullptr, CLSCTX_INPROC_SERVER, IID_ICaptureGraphBuilder2,
+                                captureBuilder.PutVoid()))) {
         Report(L"WARNING: Cannot create Type 2 filter graph builder\r\n");
         return E_FAIL;
     }
-    if (FAILED(captureBuilder->SetFiltergraph(graph))) {
+    if (FAILED(captureBuilder->SetFiltergraph(graph.Get()))) {
         Report(L"WARNING: Type 2 filter graph builder cannot set filter graph builder\r\n");
         return E_FAIL;
     }
-    if (FAILED(graph->QueryInterface(IID_IMediaControl, reinterpret_cast<void**>(&mediaControl)))) {
+    if (FAILED(graph->QueryInterface(IID_IMediaControl, mediaControl.PutVoid()))) {
         Report(L"WARNING: IID_IMediaControl interface is missing\r\n");
         return E_FAIL;
     }
@@ -105,16 +71,16 @@ HRESULT VideoPlayer::CreateGraph()
 HRESULT VideoPlayer::CreateCodecGraph()
 {
     if (FAILED(CoCreateInstance(CLSID_FilterGraph, nullptr, CLSCTX_INPROC_SERVER, IID_IGraphBuilder,
-                                reinterpret_cast<void**>(&codecGraph)))) {
+                                codecGraph.PutVoid()))) {
         Report(L"WARNING: Cannot create codec filter graph builder\r\n");
         return E_FAIL;
     }
-    if (FAILED(CoCreateInstance(CLSID_CaptureGraphBuilder2, nullptr, CLSCTX_INPROC_SERVER,
-                                IID_ICaptureGraphBuilder2, reinterpret_cast<void**>(&codecBuilder)))) {
+    if (FAILED(CoCreateInstance(CLSID_CaptureGraphBuilder2, nullptr, CLSCTX_INPROC_SERVER, IID_ICaptureGraphBuilder2,
+                                codecBuilder.PutVoid()))) {
         Report(L"WARNING: Cannot create Type 2 codec filter graph builder\r\n");
         return E_FAIL;
     }
-    if (FAILED(codecBuilder->SetFiltergraph(codecGraph))) {
+    if (FAILED(codecBuilder->SetFiltergraph(codecGraph.Get()))) {
         Report(L"WARNING: Type 2 codec filter graph builder cannot set filter graph builder\r\n");
         return E_FAIL;
     }
@@ -123,9 +89,9 @@ HRESULT VideoPlayer::CreateCodecGraph()
 
 void VideoPlayer::DestroyCodecGraph()
 {
-    ReleaseInto(codecBuilder);
-    ReleaseInto(codecGraph);
-    ReleaseInto(codecMux);
+    codecBuilder.Reset();
+    codecGraph.Reset();
+    codecMux.Reset();
 }
 
 void VideoPlayer::ConfigureTransformFilter(uint32_t accumulatorBytes)

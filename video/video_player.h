@@ -1,8 +1,9 @@
 // The VideoPlayer owns the capture graph and everything built into it: one
-// object for the life of the main window. Its operations stand in the files
-// of this folder: construction and graph building (graph_builder.cpp),
-// renderers (renderers.cpp), camera start and stop (camera.cpp), stream
-// format (device_formats.cpp).
+// object for the life of the main window. Its methods stand in the files
+// named after it: video_player.cpp (construction and the two graphs),
+// video_player_graph.cpp (building the graph), video_player_renderers.cpp
+// (renderers and the picture's size), video_player_camera.cpp (camera start
+// and stop, and the run report).
 #pragma once
 
 #include <windows.h>
@@ -12,9 +13,13 @@
 #include <vmr9.h>
 
 #include <cstdint>
+#include <utility>
 
+#include "base/com_ptr.h"
 #include "filters/mavu_video_magnify_filter.h"
 #include "filters/mavu_video_transform_filter.h"
+#include "video/capture_settings.h"
+#include "video/run_report.h"
 #include "video/video_sources.h"
 
 enum GraphState : int32_t {
@@ -25,8 +30,22 @@ enum GraphState : int32_t {
     GraphBuilt = 4,
 };
 
-// Renderer choices: the option's three, and the Null Renderer.
-enum RendererChoice : int32_t { RendererEvr = 0, RendererVmr9 = 1, RendererVmr7 = 2, RendererNull = 3 };
+// One reference on an object of the filter base layer, taken through its
+// non-delegating count and given back when the holder goes. The graphs only
+// borrow the object; this reference keeps a graph's release from deleting it.
+template <class Filter>
+class OwnedFilter {
+public:
+    explicit OwnedFilter(Filter* adopted) : filter_(adopted) { filter_->NonDelegatingAddRef(); }
+    OwnedFilter(const OwnedFilter&) = delete;
+    OwnedFilter& operator=(const OwnedFilter&) = delete;
+    ~OwnedFilter() { filter_->NonDelegatingRelease(); }
+    Filter* operator->() const { return filter_; }
+    Filter* Get() const { return filter_; }
+
+private:
+    Filter* filter_;
+};
 
 class VideoPlayer {
 public:
@@ -35,11 +54,6 @@ public:
     VideoPlayer(const VideoPlayer&) = delete;
     VideoPlayer& operator=(const VideoPlayer&) = delete;
 
-    // The two frame filters live as long as the player; graphs only borrow
-    // them. The player's own reference keeps them from being deleted by a
-    // graph's release.
-    MavuVideoTransformFilter* transformFilter = nullptr;
-    MavuVideoMagnifyFilter* magnifyFilter = nullptr;
     // The transform filter's settings for the next run, from the tools.
     void ConfigureTransformFilter(uint32_t accumulatorBytes);
 
@@ -49,15 +63,19 @@ public:
     void DestroyCodecGraph();
     HRESULT RemoveGraphFilters();
     HRESULT RenderVideoStream(const wchar_t* filePath, bool useColor, IBaseFilter* sourceFilter);
+    // IMediaControl::Stop, after draining a hand-assembled file branch.
+    HRESULT StopGraph();
 
     // Stream format of the source, while it stands alone in the graph.
     HRESULT SetStreamFormat(IBaseFilter* filter, const VideoFormat* format, GUID category);
 
-    // Camera start and stop.
-    HRESULT StartCamera(bool useCurrentDirectory);
-    HRESULT StopCamera(bool wasRecording);
+    // Camera start and stop. A start records when the file path isn't empty;
+    // a stop of a recording writes its report, with what the application
+    // knows of the recording in `notes`.
+    HRESULT StartCamera(bool useCurrentDirectory, const wchar_t* recordingFilePath);
+    HRESULT StopCamera(bool wasRecording, const wchar_t* recordingFilePath, const RecordingNotes& notes);
     HRESULT RunGraph();
-    void LogStopRecordingLine();
+    void LogStopRecordingLine(const wchar_t* recordingFilePath);
 
     // Renderers and the size of the picture.
     HRESULT CreateVideoRenderer(int32_t choice, const VideoFormat* format, const wchar_t* filePath);
@@ -66,69 +84,71 @@ public:
     HRESULT UpdateFrameSizeVmr7(const RECT& rectangle);
     void UpdateRendererFrameSize();
 
-    HWND clippingWindow = nullptr;
-    IAMDroppedFrames* droppedFrames = nullptr;
-    IBaseFilter* renderColorFilter = nullptr;
-    IBaseFilter* captureColorFilter = nullptr;
-    IBaseFilter* transformBaseFilter = nullptr;
-    IBaseFilter* magnifyBaseFilter = nullptr;
-    GraphState graphState = GraphNone;
-    int32_t useCurrentDirectory = 0;
-    int32_t recording = 0;
+    // Members are released in the reverse order of their declaration: the
+    // frame counts and the file branch first, then the graph, the renderers,
+    // and last the program's own filters, which the graph and the renderers
+    // may still have referred to.
+
+    // The two frame filters live as long as the player.
+    OwnedFilter<MavuVideoMagnifyFilter> magnifyFilter{new MavuVideoMagnifyFilter};
+    OwnedFilter<MavuVideoTransformFilter> transformFilter{new MavuVideoTransformFilter};
+    ComPtr<IBaseFilter> magnifyBaseFilter;
+    ComPtr<IBaseFilter> transformBaseFilter;
+
+    // Renderers, each made once and reused.
+    ComPtr<IBaseFilter> nullRenderer;
+    ComPtr<IBaseFilter> vmr7;
+    ComPtr<IVMRFilterConfig> vmr7Config;
+    ComPtr<IVMRWindowlessControl> vmr7Control;
+    ComPtr<IQualProp> vmr7Quality;
+    ComPtr<IBaseFilter> vmr9;
+    ComPtr<IVMRFilterConfig9> vmr9Config;
+    ComPtr<IVMRWindowlessControl9> vmr9Control;
+    ComPtr<IBaseFilter> evr;
+    ComPtr<IMFVideoDisplayControl> evrControl;
+    // The renderer in the graph: one of the above, not a reference of its own.
+    IBaseFilter* currentRenderer = nullptr;
+    wchar_t currentRendererName[32] = L"";
+
+    // The main graph.
+    ComPtr<IGraphBuilder> graph;
+    ComPtr<ICaptureGraphBuilder2> captureBuilder;
+    ComPtr<IMediaControl> mediaControl;
+
+    // The second graph, for codec trials.
+    ComPtr<IGraphBuilder> codecGraph;
+    ComPtr<ICaptureGraphBuilder2> codecBuilder;
+    ComPtr<IBaseFilter> codecMux;
+
+    // The file branch of a recording, and the colour filters of the
+    // brightness tool.
+    ComPtr<IFileSinkFilter> fileSink;
+    ComPtr<IBaseFilter> mux;
+    ComPtr<IBaseFilter> renderColorFilter;
+    ComPtr<IBaseFilter> captureColorFilter;
+    // The file branch was assembled from the platform's mux and the
+    // program's sink, because the platform's builder wouldn't.
+    bool fileBranchAssembled = false;
+
+    // The source's frame counts, and their values when the run began.
+    ComPtr<IAMDroppedFrames> droppedFrames;
     int32_t startDropped = 0;
     int32_t startNotDropped = 0;
 
-    // The main graph.
-    IGraphBuilder* graph = nullptr;
-    ICaptureGraphBuilder2* captureBuilder = nullptr;
-    IMediaControl* mediaControl = nullptr;
-    IBaseFilter* mux = nullptr;
-    IFileSinkFilter* fileSink = nullptr;
-
-    // The second graph, for codec trials.
-    IGraphBuilder* codecGraph = nullptr;
-    ICaptureGraphBuilder2* codecBuilder = nullptr;
-    IBaseFilter* codecMux = nullptr;
-
-    // Renderers, each made once and reused.
-    IBaseFilter* evr = nullptr;
-    IMFVideoDisplayControl* evrControl = nullptr;
-    IBaseFilter* vmr9 = nullptr;
-    IVMRFilterConfig9* vmr9Config = nullptr;
-    IVMRWindowlessControl9* vmr9Control = nullptr;
-    IBaseFilter* vmr7 = nullptr;
-    IVMRFilterConfig* vmr7Config = nullptr;
-    IVMRWindowlessControl* vmr7Control = nullptr;
-    IQualProp* vmr7Quality = nullptr;
-    IBaseFilter* nullRenderer = nullptr;
-    IBaseFilter* currentRenderer = nullptr;
-    wchar_t currentRendererName[32] = L"";
+    HWND clippingWindow = nullptr;
+    GraphState graphState = GraphNone;
+    int32_t useCurrentDirectory = 0;
+    int32_t recording = 0;
 
     // The lines of the run report that the recording's start and stop make.
     wchar_t startRecordingLine[128] = L"";
     wchar_t stopRecordingLine[128] = L"";
 
-    // The file branch was assembled from the platform's mux and the
-    // program's sink, because the platform's builder wouldn't.
-    bool fileBranchAssembled = false;
-    // IMediaControl::Stop, after draining a hand-assembled file branch.
-    HRESULT StopGraph();
-
 private:
     HRESULT AddFileBranch(const wchar_t* filePath, IBaseFilter* sourceFilter, const VideoFormat* format);
-    void WriteRunReportFile(long notDropped, long dropped);
+    void WriteRunReportFile(const wchar_t* recordingFilePath, const RecordingNotes& notes, long notDropped,
+                            long dropped);
 };
-
-// The first pin of a direction whose name doesn't begin with '~', or of that
-// exact name; the caller owns the reference.
-IPin* GetFilterPin(IBaseFilter* filter, PIN_DIRECTION direction, const wchar_t* name);
 
 // The one VideoPlayer of the process, once constructed.
 VideoPlayer* CurrentVideoPlayer();
-
-// Size of the picture for a magnify choice (0 to 4): the video size, a half,
-// three quarters, one and a half, or double; integer division.
-int32_t MagnifiedSize(int32_t videoSize, int32_t magnifyChoice);
-
-// The Magnify tool's choice; 0 is the video size.
-extern int32_t magnifyChoice;

@@ -3,8 +3,8 @@
 // read.
 #pragma once
 
-#include "app/com_ptr.h"
-#include "app/platform_guids.h"
+#include "base/com_ptr.h"
+#include "base/platform_guids.h"
 
 #include <dshow.h>
 

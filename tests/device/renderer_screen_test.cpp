@@ -3,7 +3,7 @@
 // clipping window; nothing in a child window, where its drawing doesn't
 // reach the screen (the program's clipping window is a child of the main
 // window, so its preview can't be seen in a screenshot here).
-#include "app/platform_guids.h"
+#include "base/platform_guids.h"
 #include "device/graph_helpers.h"
 #include "e2e/harness.h"
 #include "support/ffprobe.h"

@@ -1,9 +1,9 @@
 #include "engine/engine_fixture.h"
 
-#include "app/app_state.h"
-#include "app/com_ptr.h"
+#include "base/com_ptr.h"
 #include "persistence/options.h"
-#include "ui/user_messages.h"
+#include "support/report_lines.h"
+#include "video/capture_settings.h"
 #include "video/device_list.h"
 #include "video/video_format.h"
 
@@ -51,9 +51,8 @@ void EngineTest::SetUp()
 {
     SetOptionDefaults(options, RECT{0, 0, 1920, 1080});
     ClearRuntimeSwitches();
-    RecordingFilePath[0] = 0;
     rendererChoice = 1;  // VMR9: this platform's EVR takes no YUY2
-    TakeQueuedUserMessages();
+    testsupport::TakeReportedLines();
     WNDCLASSW windowClass{};
     windowClass.lpfnWndProc = DefWindowProcW;
     windowClass.hInstance = GetModuleHandleW(nullptr);
@@ -76,7 +75,7 @@ void EngineTest::TearDown()
     unusableDeviceNames.clear();
     currentSourceIndex = kNoSource;
     DestroyWindow(clippingWindow);
-    TakeQueuedUserMessages();
+    testsupport::TakeReportedLines();
 }
 
 void EngineTest::ScanDevices()
@@ -95,8 +94,8 @@ VideoSourceInfo* EngineTest::Source(const std::wstring& name)
 std::wstring EngineTest::TakeMessages()
 {
     std::wstring all;
-    for (const std::wstring& line : TakeQueuedUserMessages())
-        all += line;
+    for (const testsupport::ReportedLine& line : testsupport::TakeReportedLines())
+        all += line.text;
     return all;
 }
 

@@ -2,8 +2,8 @@
 // checked by walking the graph's filters and pins.
 #include "engine/engine_fixture.h"
 
-#include "app/app_state.h"
 #include "persistence/options.h"
+#include "video/capture_settings.h"
 
 #include <cstdio>
 #include <cstring>
@@ -74,15 +74,14 @@ TEST_F(EngineTest, EachModeBuildsTheChainOfItsRow)
         frameIntegrationCount = mode.integration ? 3 : 1;
         removeFiltersWhileRecording = mode.removeFilters;
         displayOffWhileRecording = mode.displayOff;
-        lstrcpyW(RecordingFilePath, mode.record ? file.c_str() : L"");
-        ASSERT_EQ(player->StartCamera(false), S_OK) << testing::PrintToString(TakeMessages());
+        ASSERT_EQ(player->StartCamera(false, mode.record ? file.c_str() : L""), S_OK)
+            << testing::PrintToString(TakeMessages());
         EXPECT_EQ(Connections(), mode.connections);
         EXPECT_EQ(player->graphState, GraphRunning);
         Sleep(300);
-        EXPECT_EQ(player->StopCamera(false), S_OK);
+        EXPECT_EQ(player->StopCamera(false, L"", RecordingNotes{}), S_OK);
         EXPECT_EQ(player->graphState, GraphBuilt);
     }
-    RecordingFilePath[0] = 0;
 }
 
 TEST_F(EngineTest, ASourceWithItsOwnPreviewPinGetsNoSmartTee)
@@ -92,10 +91,10 @@ TEST_F(EngineTest, ASourceWithItsOwnPreviewPinGetsNoSmartTee)
     ASSERT_EQ(videoSources.size(), 1u);
     currentSourceIndex = 0;
     pixelSaturationOn = 1;
-    ASSERT_EQ(player->StartCamera(false), S_OK) << testing::PrintToString(TakeMessages());
+    ASSERT_EQ(player->StartCamera(false, L""), S_OK) << testing::PrintToString(TakeMessages());
     EXPECT_EQ(Connections(), (std::vector<std::string>{
                                  "MAVU Transform Filter Preview.XForm Out -> VMR9.VMR Input0",
                                  "Two Pins.Preview -> MAVU Transform Filter Preview.XForm In",
                              }));
-    EXPECT_EQ(player->StopCamera(false), S_OK);
+    EXPECT_EQ(player->StopCamera(false, L"", RecordingNotes{}), S_OK);
 }

@@ -2,7 +2,6 @@
 // its stop writes the run report beside it.
 #include "engine/engine_fixture.h"
 
-#include "app/app_state.h"
 #include "e2e/harness.h"
 #include "support/ffprobe.h"
 
@@ -22,11 +21,10 @@ TEST_F(EngineTest, RecordingWritesTheAviAndTheReport)
     DeleteFileA(avi.c_str());
     DeleteFileA(report.c_str());
     std::wstring path(avi.begin(), avi.end());
-    lstrcpyW(RecordingFilePath, path.c_str());
     lstrcpyW(player->startRecordingLine, L"Start recording at 12:00:00 (UTC)");
     TakeMessages();
 
-    ASSERT_EQ(player->StartCamera(false), S_OK);
+    ASSERT_EQ(player->StartCamera(false, path.c_str()), S_OK);
     std::wstring messages = TakeMessages();
     // This platform's mux has neither the index choice nor the property bag.
     EXPECT_NE(messages.find(L"Cannot configure the AVI Mux filter.  Report this message (see Help->About)\r\n"),
@@ -38,11 +36,10 @@ TEST_F(EngineTest, RecordingWritesTheAviAndTheReport)
     ASSERT_NE(player->droppedFrames, nullptr);
     Sleep(3000);
     videoSources[0]->isManualRecording = 1;
-    ASSERT_EQ(player->StopCamera(true), S_OK);
+    ASSERT_EQ(player->StopCamera(true, path.c_str(), RecordingNotes{}), S_OK);
     videoSources[0]->isManualRecording = 0;
     messages = TakeMessages();
     EXPECT_NE(messages.find(L"Video file:  " + path + L"\r\n"), std::wstring::npos);
-    RecordingFilePath[0] = 0;
     // Emptying the graph lets the file go.
     player->RemoveGraphFilters();
 

@@ -5,8 +5,8 @@
 #include <cwchar>
 #include <functional>
 
-#include "app/app_state.h"
-#include "app/file_names.h"
+#include "app/loaded_options.h"
+#include "base/ticks.h"
 #include "events/event_file.h"
 #include "persistence/options_file.h"
 #include "support/temp_folder.h"
@@ -256,7 +256,7 @@ TEST(BadInput, DamagedOptionsFilesHaveDefinedOutcomes)
     for (const OptionsCase& c : cases) {
         SCOPED_TRACE(c.what);
         SetOptionDefaults(options, workArea);
-        defaultDuration = {1943, 5, 1, 3, 0, 10, 0, 0};
+        defaultDuration = kDefaultDuration;
         videoConfigurations.clear();
         savedSubtypeCodecPairs.clear();
         TakeQueuedUserMessages();

@@ -2,7 +2,7 @@
 
 #include <cwchar>
 
-#include "app/file_names.h"
+#include "base/ticks.h"
 #include "events/event_file.h"
 #include "support/temp_folder.h"
 #include "support/times.h"

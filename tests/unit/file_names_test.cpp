@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "app/file_names.h"
+#include "base/ticks.h"
+#include "base/time_text.h"
+#include "ui/message_log.h"
 #include "support/times.h"
 
 namespace {

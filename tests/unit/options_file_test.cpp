@@ -2,10 +2,12 @@
 
 #include <cwchar>
 
-#include "app/app_state.h"
+#include "app/loaded_options.h"
+#include "events/event_state.h"
 #include "persistence/options_file.h"
 #include "support/temp_folder.h"
 #include "ui/user_messages.h"
+#include "video/capture_settings.h"
 #include "video/codecs.h"
 #include "video/video_sources.h"
 
@@ -32,7 +34,7 @@ protected:
         for (SubtypeCodecPair* pair : savedSubtypeCodecPairs)
             delete pair;
         savedSubtypeCodecPairs.clear();
-        defaultDuration = {1943, 5, 1, 3, 0, 10, 0, 0};
+        defaultDuration = kDefaultDuration;
         showUtcClock = 0;
         rendererChoice = 0;
         TakeQueuedUserMessages();

@@ -2,8 +2,9 @@
 
 #include "app/power_actions.h"
 #include "app/program_folder.h"
-#include "app/steady_clock.h"
+#include "base/steady_clock.h"
 #include "app/time_zone.h"
+#include "ui/user_messages.h"
 
 TEST(ProgramFolder, CutAtTheLastMavuBeforeTheTail)
 {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "base/time_text.h"
 #include "ui/user_messages.h"
 
 TEST(UserMessageEntry, StampedEntryStandsOnItsOwnLineAfterABlankOne)
@@ -35,17 +36,4 @@ TEST(UserMessageEntry, TimeStampIsTwoDigitTwentyFourHourWithoutMarker)
         SYSTEMTIME time{2026, 2, 2, 3, c.hour, c.minute, c.second, 999};
         EXPECT_EQ(FormatTimeOfDay(time), c.expected);
     }
-}
-
-TEST(UserMessageQueue, FlushKeepsOrderAndStampsOnlyTheFirst)
-{
-    std::vector<QueuedEntry> entries = QueuedEntriesInFlushOrder({L"first\r\n", L"second", L"third\r\n"});
-    ASSERT_EQ(entries.size(), 3u);
-    EXPECT_EQ(entries[0].text, L"first\r\n");
-    EXPECT_TRUE(entries[0].withTimeStamp);
-    EXPECT_EQ(entries[1].text, L"second");
-    EXPECT_FALSE(entries[1].withTimeStamp);
-    EXPECT_EQ(entries[2].text, L"third\r\n");
-    EXPECT_FALSE(entries[2].withTimeStamp);
-    EXPECT_TRUE(QueuedEntriesInFlushOrder({}).empty());
 }

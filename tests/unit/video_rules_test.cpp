@@ -2,7 +2,7 @@
 // formats, magnified sizes.
 #include "video/device_names.h"
 #include "video/video_format.h"
-#include "video/video_player.h"
+#include "video/frame_size.h"
 
 #include <gtest/gtest.h>
 

@@ -1,15 +1,13 @@
-// Building the capture graph: emptying it, rendering the preview and the
-// file branch, and splicing the program's own filters into the preview.
+// VideoPlayer: building the capture graph: emptying it, rendering the
+// preview and the file branch, splicing the program's own filters into the
+// preview, and the source's stream format.
 #include "video/video_player.h"
 
-#include "app/app_state.h"
-#include "app/com_ptr.h"
-#include "filters/file_sink_filter.h"
-#include "filters/mavu_video_transform_filter.h"
-#include "ui/user_messages.h"
+#include "base/report.h"
 #include "video/codecs.h"
+#include "video/file_branch.h"
+#include "video/graph_pins.h"
 
-#include <cwchar>
 #include <vector>
 
 namespace {
@@ -19,95 +17,7 @@ void Report(const wchar_t* text)
     ReportUserMessage(text, false);
 }
 
-// The platform's capture graph builder may not write files itself: the file
-// branch is then assembled from the platform's AVI Mux and the program's own
-// file sink, joined before any stream reaches the mux.
-HRESULT AssembleFileBranch(IGraphBuilder* graph, const wchar_t* filePath, IBaseFilter** mux, IFileSinkFilter** sink)
-{
-    ComPtr<IBaseFilter> muxFilter;
-    HRESULT hr = CoCreateInstance(CLSID_AviDest, nullptr, CLSCTX_INPROC_SERVER, IID_IBaseFilter,
-                                  muxFilter.PutVoid());
-    if (FAILED(hr))
-        return hr;
-    ComPtr<IBaseFilter> sinkFilter;
-    hr = FileSinkFilter::Create(sinkFilter.Put());
-    if (FAILED(hr))
-        return hr;
-    ComPtr<IFileSinkFilter> fileSink;
-    hr = sinkFilter->QueryInterface(IID_IFileSinkFilter, fileSink.PutVoid());
-    if (FAILED(hr))
-        return hr;
-    hr = fileSink->SetFileName(filePath, nullptr);
-    if (FAILED(hr))
-        return hr;
-    hr = graph->AddFilter(muxFilter.Get(), L"AVI Mux");
-    if (FAILED(hr))
-        return hr;
-    hr = graph->AddFilter(sinkFilter.Get(), L"File Writer");
-    if (FAILED(hr))
-        return hr;
-    // This platform's mux runs only with full interleaving.
-    ComPtr<IConfigInterleaving> interleaving;
-    if (SUCCEEDED(muxFilter->QueryInterface(IID_IConfigInterleaving, interleaving.PutVoid())))
-        interleaving->put_Mode(INTERLEAVE_FULL);
-    ComPtr<IPin> muxOutput(GetFilterPin(muxFilter.Get(), PINDIR_OUTPUT, nullptr));
-    ComPtr<IPin> sinkInput(GetFilterPin(sinkFilter.Get(), PINDIR_INPUT, nullptr));
-    if (!muxOutput || !sinkInput)
-        return E_FAIL;
-    hr = graph->ConnectDirect(muxOutput.Get(), sinkInput.Get(), nullptr);
-    if (FAILED(hr))
-        return hr;
-    *mux = muxFilter.Detach();
-    *sink = fileSink.Detach();
-    return S_OK;
-}
-
-// The Smart Tee the capture graph builder put in. Its name is "Smart Tee"
-// where the builder names it so; this platform's builder gives it a number,
-// so it is then known by its class.
-HRESULT FindSmartTee(IGraphBuilder* graph, IBaseFilter** tee)
-{
-    if (SUCCEEDED(graph->FindFilterByName(L"Smart Tee", tee)) && *tee)
-        return S_OK;
-    ComPtr<IEnumFilters> filters;
-    if (FAILED(graph->EnumFilters(filters.Put())) || !filters)
-        return VFW_E_NOT_FOUND;
-    ComPtr<IBaseFilter> filter;
-    while (filters->Next(1, filter.Put(), nullptr) == S_OK) {
-        CLSID clsid = GUID_NULL;
-        if (SUCCEEDED(filter->GetClassID(&clsid)) && clsid == CLSID_SmartTee) {
-            *tee = filter.Detach();
-            return S_OK;
-        }
-    }
-    return VFW_E_NOT_FOUND;
-}
-
 }  // namespace
-
-IPin* GetFilterPin(IBaseFilter* filter, PIN_DIRECTION direction, const wchar_t* name)
-{
-    if (!filter)
-        return nullptr;
-    ComPtr<IEnumPins> pins;
-    if (FAILED(filter->EnumPins(pins.Put())) || !pins) {
-        ReportUserMessage(L"SEVERE: cannot enumerate pins on filter", false);
-        return nullptr;
-    }
-    ComPtr<IPin> pin;
-    while (pins->Next(1, pin.Put(), nullptr) == S_OK) {
-        PIN_INFO info;
-        if (FAILED(pin->QueryPinInfo(&info)))
-            continue;
-        if (info.pFilter)
-            info.pFilter->Release();
-        if (info.dir != direction || info.achName[0] == L'~')
-            continue;
-        if (!name || std::wcscmp(info.achName, name) == 0)
-            return pin.Detach();
-    }
-    return nullptr;
-}
 
 HRESULT VideoPlayer::StopGraph()
 {
@@ -160,32 +70,18 @@ HRESULT VideoPlayer::RemoveGraphFilters()
             break;
         }
     }
-    if (fileSink) {
-        fileSink->Release();
-        fileSink = nullptr;
-    }
-    if (mux) {
-        mux->Release();
-        mux = nullptr;
-    }
+    fileSink.Reset();
+    mux.Reset();
     fileBranchAssembled = false;
     return result;
 }
 
 HRESULT VideoPlayer::AddFileBranch(const wchar_t* filePath, IBaseFilter* sourceFilter, const VideoFormat* format)
 {
-    if (mux) {
-        mux->Release();
-        mux = nullptr;
-    }
-    if (fileSink) {
-        fileSink->Release();
-        fileSink = nullptr;
-    }
-    HRESULT hr = captureBuilder->SetOutputFileName(&MEDIASUBTYPE_Avi, filePath, &mux, &fileSink);
+    HRESULT hr = captureBuilder->SetOutputFileName(&MEDIASUBTYPE_Avi, filePath, mux.Put(), fileSink.Put());
     fileBranchAssembled = false;
     if (hr == E_NOTIMPL) {
-        hr = AssembleFileBranch(graph, filePath, &mux, &fileSink);
+        hr = AssembleFileBranch(graph.Get(), filePath, mux.Put(), fileSink.Put());
         fileBranchAssembled = SUCCEEDED(hr);
     }
     if (FAILED(hr)) {
@@ -193,23 +89,16 @@ HRESULT VideoPlayer::AddFileBranch(const wchar_t* filePath, IBaseFilter* sourceF
         return E_ABORT;
     }
 
-    const CodecRecord* codec = nullptr;
-    for (SubtypeCodecPair* pair : subtypeCodecPairs) {
-        if (!pair || pair->subtype != format->subtype)
-            continue;
-        if (pair->codec && pair->codec->filter)
-            codec = pair->codec;
-        break;
-    }
+    // A pair that names the "NONE" entry has no filter: no codec at all.
+    const CodecRecord* codec = PairedCodec(format->subtype);
     IBaseFilter* codecFilter = codec ? codec->filter : nullptr;
     if (codecFilter) {
         if (FAILED(graph->AddFilter(codecFilter, codec->name))) {
             Report(L"\r\nUnable to add elected codec to filter graph\r\n");
             return E_ABORT;
         }
-        ComPtr<IPin> codecInput(GetFilterPin(codecFilter, PINDIR_INPUT, nullptr));
-        ComPtr<IPin> codecOutput(GetFilterPin(codecFilter, PINDIR_OUTPUT, nullptr));
-        if (!codecInput || !codecOutput) {
+        ComPtr<IPin> codecInput, codecOutput;
+        if (!GetFilterPinPair(codecFilter, codecInput, codecOutput)) {
             Report(L"\r\nUnable to find codec filter input or output pin\r\n");
             return E_ABORT;
         }
@@ -217,16 +106,12 @@ HRESULT VideoPlayer::AddFileBranch(const wchar_t* filePath, IBaseFilter* sourceF
         graph->Disconnect(codecOutput.Get());
     }
     if (FAILED(captureBuilder->RenderStream(&PIN_CATEGORY_CAPTURE, &MEDIATYPE_Video, sourceFilter, codecFilter,
-                                            mux))) {
+                                            mux.Get()))) {
         Report(L"\r\nSelected codec does not work for this camera.\r\n");
         return E_ABORT;
     }
-    if (droppedFrames) {
-        droppedFrames->Release();
-        droppedFrames = nullptr;
-    }
     captureBuilder->FindInterface(&PIN_CATEGORY_CAPTURE, &MEDIATYPE_Video, sourceFilter, IID_IAMDroppedFrames,
-                                  reinterpret_cast<void**>(&droppedFrames));
+                                  droppedFrames.PutVoid());
 
     ComPtr<IConfigAviMux> muxConfig;
     if (FAILED(mux->QueryInterface(IID_IConfigAviMux, muxConfig.PutVoid())) ||
@@ -285,7 +170,7 @@ HRESULT VideoPlayer::RenderVideoStream(const wchar_t* filePath, bool useColor, I
 
     ComPtr<IPin> previewPin, capturePin;
     ComPtr<IBaseFilter> tee;
-    if (SUCCEEDED(FindSmartTee(graph, tee.Put())) && tee) {
+    if (SUCCEEDED(FindSmartTee(graph.Get(), tee.Put())) && tee) {
         previewPin = ComPtr<IPin>(GetFilterPin(tee.Get(), PINDIR_OUTPUT, L"Preview"));
         capturePin = ComPtr<IPin>(GetFilterPin(tee.Get(), PINDIR_OUTPUT, L"Capture"));
         tee.Reset();
@@ -313,11 +198,11 @@ HRESULT VideoPlayer::RenderVideoStream(const wchar_t* filePath, bool useColor, I
     if (pixelSaturationOn || frameIntegrationOn) {
         graph->Disconnect(previewPin.Get());
         graph->Disconnect(downstream.Get());
-        if (FAILED(graph->AddFilter(transformBaseFilter, L"MAVU Transform Filter Preview"))) {
+        if (FAILED(graph->AddFilter(transformBaseFilter.Get(), L"MAVU Transform Filter Preview"))) {
             Report(L"SEVERE: cannot add transform filter to filter graph\r\n");
             return E_ABORT;
         }
-        ComPtr<IPin> input(GetFilterPin(transformBaseFilter, PINDIR_INPUT, nullptr));
+        ComPtr<IPin> input(GetFilterPin(transformBaseFilter.Get(), PINDIR_INPUT, nullptr));
         if (!input) {
             Report(L"SEVERE: transform filter input pin is NULL\r\n");
             return E_ABORT;
@@ -327,7 +212,7 @@ HRESULT VideoPlayer::RenderVideoStream(const wchar_t* filePath, bool useColor, I
             Report(L"SEVERE: cannot connect preview output pin with transform filter input pin\r\n");
             return E_ABORT;
         }
-        transformOutput = ComPtr<IPin>(GetFilterPin(transformBaseFilter, PINDIR_OUTPUT, nullptr));
+        transformOutput = ComPtr<IPin>(GetFilterPin(transformBaseFilter.Get(), PINDIR_OUTPUT, nullptr));
         if (!transformOutput) {
             Report(L"SEVERE: transform filter output pin is NULL\r\n");
             return E_ABORT;
@@ -347,44 +232,60 @@ HRESULT VideoPlayer::RenderVideoStream(const wchar_t* filePath, bool useColor, I
     }
 
     if (useColor && renderColorFilter) {
-        if (FAILED(graph->AddFilter(renderColorFilter, L"Color Control Render"))) {
+        if (FAILED(graph->AddFilter(renderColorFilter.Get(), L"Color Control Render"))) {
             Report(L"\r\nCannot add color control filter to filter graph - no brightness/contrast\r\n");
         } else {
-            ComPtr<IPin> input(GetFilterPin(renderColorFilter, PINDIR_INPUT, nullptr));
-            ComPtr<IPin> output(GetFilterPin(renderColorFilter, PINDIR_OUTPUT, nullptr));
-            if (!input || !output) {
+            ComPtr<IPin> input, output;
+            if (!GetFilterPinPair(renderColorFilter.Get(), input, output)) {
                 Report(L"\r\nCannot get IPins for preview color control filter - no brightness/contrast\r\n");
             } else {
                 IPin* upstream = transformOutput ? transformOutput.Get() : previewPin.Get();
-                graph->Disconnect(input.Get());
-                graph->Disconnect(output.Get());
-                graph->Disconnect(downstream.Get());
-                graph->Disconnect(upstream);
-                graph->ConnectDirect(upstream, input.Get(), nullptr);
-                graph->ConnectDirect(output.Get(), downstream.Get(), nullptr);
+                SpliceFilterPins(graph.Get(), {input.Get(), output.Get(), downstream.Get(), upstream}, upstream,
+                                 input.Get(), output.Get(), downstream.Get());
             }
         }
     }
 
     if (colorInCaptureFile && recording) {
-        graph->AddFilter(captureColorFilter, L"Color Control Capture");
+        graph->AddFilter(captureColorFilter.Get(), L"Color Control Capture");
         ComPtr<IPin> captureDownstream;
         if (capturePin)
             capturePin->ConnectedTo(captureDownstream.Put());
-        ComPtr<IPin> input(GetFilterPin(captureColorFilter, PINDIR_INPUT, nullptr));
-        ComPtr<IPin> output(GetFilterPin(captureColorFilter, PINDIR_OUTPUT, nullptr));
-        if (!input || !output || !capturePin || !captureDownstream) {
+        ComPtr<IPin> input, output;
+        bool pinsFound = GetFilterPinPair(captureColorFilter.Get(), input, output);
+        if (!pinsFound || !capturePin || !captureDownstream) {
             Report(L"\r\nCannot get IPins for capture color control filter - no brightness/contrast in capture "
                    L"file\r\n");
         } else {
-            graph->Disconnect(input.Get());
-            graph->Disconnect(output.Get());
-            graph->Disconnect(capturePin.Get());
-            graph->Disconnect(captureDownstream.Get());
-            graph->ConnectDirect(capturePin.Get(), input.Get(), nullptr);
-            graph->ConnectDirect(output.Get(), captureDownstream.Get(), nullptr);
+            SpliceFilterPins(graph.Get(), {input.Get(), output.Get(), capturePin.Get(), captureDownstream.Get()},
+                             capturePin.Get(), input.Get(), output.Get(), captureDownstream.Get());
         }
     }
     graphState = GraphBuilt;
     return S_OK;
+}
+
+HRESULT VideoPlayer::SetStreamFormat(IBaseFilter* filter, const VideoFormat* format, GUID category)
+{
+    if (!captureBuilder) {
+        ReportUserMessage(L"Logic error: attempt to set video stream format without a filter graph\r\n", true);
+        return E_FAIL;
+    }
+    if (graphState != GraphSourceAdded) {
+        ReportUserMessage(L"SEVERE: attempting to set video stream format with no source filter\r\n", true);
+        return E_FAIL;
+    }
+    ComPtr<IAMStreamConfig> config;
+    if (FAILED(captureBuilder->FindInterface(&category, &MEDIATYPE_Video, filter, IID_IAMStreamConfig,
+                                             config.PutVoid()))) {
+        ReportUserMessage(L"SEVERE: IAMStreamConfig interface is missing\r\n", true);
+        return E_FAIL;
+    }
+    if (!config) {
+        ReportUserMessage(L"WARNING: attempt to set video stream format with NULL stream configuration interface\r\n",
+                          true);
+        return E_FAIL;
+    }
+    // The media type goes as the pin offered it, never altered.
+    return config->SetFormat(format->mediaType);
 }

@@ -1,4 +1,4 @@
-#include "app/steady_clock.h"
+#include "base/steady_clock.h"
 
 #include <windows.h>
 

@@ -1,27 +1,13 @@
-// The renderer a camera start asks for, and the size of the picture on the
-// screen, which is set only through the renderer's destination rectangle.
-#include <windows.h>
-#include <mfidl.h>
-
-#include "app/app_state.h"
-#include "app/com_ptr.h"
-#include "ui/user_messages.h"
-#include "ui/window_layout.h"
-#include "app/platform_guids.h"
+// VideoPlayer: the renderer a camera start asks for, and the size of the
+// picture on the screen, which is set only through the renderer's
+// destination rectangle.
 #include "video/video_player.h"
 
-int32_t magnifyChoice = 0;
+#include <mfidl.h>
 
-int32_t MagnifiedSize(int32_t videoSize, int32_t choice)
-{
-    switch (choice) {
-    case 1: return videoSize / 2;
-    case 2: return videoSize * 3 / 4;
-    case 3: return videoSize + videoSize / 2;
-    case 4: return videoSize * 2;
-    default: return videoSize;
-    }
-}
+#include "base/platform_guids.h"
+#include "base/report.h"
+#include "video/frame_size.h"
 
 namespace {
 
@@ -84,10 +70,17 @@ void VideoPlayer::UpdateRendererFrameSize()
     // By the option, not by the renderer in use: with the display off during
     // a recording this goes to a renderer that isn't in the graph.
     switch (rendererChoice) {
-    case RendererEvr: result = UpdateFrameSizeEvr(rectangle); break;
-    case RendererVmr9: result = UpdateFrameSizeVmr9(rectangle); break;
-    case RendererVmr7: result = UpdateFrameSizeVmr7(rectangle); break;
-    default: return;
+    case RendererEvr:
+        result = UpdateFrameSizeEvr(rectangle);
+        break;
+    case RendererVmr9:
+        result = UpdateFrameSizeVmr9(rectangle);
+        break;
+    case RendererVmr7:
+        result = UpdateFrameSizeVmr7(rectangle);
+        break;
+    default:
+        return;
     }
     if (FAILED(result))
         ReportUserMessage(L"WARNING: unable to reset the renderer frame size when magnify video is applied\r\n", true);
@@ -108,7 +101,7 @@ HRESULT VideoPlayer::CreateVideoRenderer(int32_t choice, const VideoFormat* form
     case RendererEvr: {
         if (!evr) {
             if (FAILED(CoCreateInstance(CLSID_EnhancedVideoRenderer, nullptr, CLSCTX_INPROC_SERVER, IID_IBaseFilter,
-                                        reinterpret_cast<void**>(&evr))) ||
+                                        evr.PutVoid())) ||
                 !evr) {
                 ReportUserMessage(L"SEVERE: cannot create EVR filter\r\n", true);
                 return E_FAIL;
@@ -116,8 +109,8 @@ HRESULT VideoPlayer::CreateVideoRenderer(int32_t choice, const VideoFormat* form
             ComPtr<IMFGetService> service;
             if (FAILED(evr->QueryInterface(IID_IMFGetService, service.PutVoid())) || !service)
                 return E_FAIL;
-            if (FAILED(service->GetService(MR_VIDEO_RENDER_SERVICE, IID_IMFVideoDisplayControl,
-                                           reinterpret_cast<void**>(&evrControl))) ||
+            if (FAILED(
+                    service->GetService(MR_VIDEO_RENDER_SERVICE, IID_IMFVideoDisplayControl, evrControl.PutVoid())) ||
                 !evrControl) {
                 ReportUserMessage(L"SEVERE: cannot get display control for EVR\r\n", true);
                 return E_FAIL;
@@ -136,9 +129,9 @@ HRESULT VideoPlayer::CreateVideoRenderer(int32_t choice, const VideoFormat* form
             ReportUserMessage(L"WARNING: cannot update EVR video window with frame size\r\n", true);
             return E_FAIL;
         }
-        currentRenderer = evr;
+        currentRenderer = evr.Get();
         wcscpy(currentRendererName, L"EVR");
-        result = graph->AddFilter(evr, L"EVR");
+        result = graph->AddFilter(evr.Get(), L"EVR");
         if (FAILED(result)) {
             ReportUserMessage(L"SEVERE: cannot add EVR filter to filter graph\r\n", true);
             return E_FAIL;
@@ -148,19 +141,18 @@ HRESULT VideoPlayer::CreateVideoRenderer(int32_t choice, const VideoFormat* form
     case RendererVmr9: {
         if (!vmr9) {
             if (FAILED(CoCreateInstance(CLSID_VideoMixingRenderer9, nullptr, CLSCTX_INPROC_SERVER, IID_IBaseFilter,
-                                        reinterpret_cast<void**>(&vmr9))) ||
+                                        vmr9.PutVoid())) ||
                 !vmr9) {
                 ReportUserMessage(L"WARNING: cannot create VMR9 filter\r\n", true);
                 return E_FAIL;
             }
-            if (FAILED(vmr9->QueryInterface(IID_IVMRFilterConfig9, reinterpret_cast<void**>(&vmr9Config))) ||
-                !vmr9Config) {
+            if (FAILED(vmr9->QueryInterface(IID_IVMRFilterConfig9, vmr9Config.PutVoid())) || !vmr9Config) {
                 ReportUserMessage(L"WARNING: cannot get configuration control for VMR9\r\n", true);
                 return E_FAIL;
             }
             if (FAILED(vmr9Config->SetRenderingMode(VMR9Mode_Windowless)) ||
-                FAILED(vmr9->QueryInterface(IID_IVMRWindowlessControl9, reinterpret_cast<void**>(&vmr9Control))) ||
-                !vmr9Control || FAILED(vmr9Control->SetVideoClippingWindow(clippingWindow)) ||
+                FAILED(vmr9->QueryInterface(IID_IVMRWindowlessControl9, vmr9Control.PutVoid())) || !vmr9Control ||
+                FAILED(vmr9Control->SetVideoClippingWindow(clippingWindow)) ||
                 FAILED(vmr9Control->SetAspectRatioMode(VMR9ARMode_LetterBox)))
                 return E_FAIL;
         }
@@ -168,51 +160,50 @@ HRESULT VideoPlayer::CreateVideoRenderer(int32_t choice, const VideoFormat* form
             ReportUserMessage(L"WARNING: cannot update VMR9 video window with frame size\r\n", true);
             return E_FAIL;
         }
-        currentRenderer = vmr9;
+        currentRenderer = vmr9.Get();
         wcscpy(currentRendererName, L"VMR9");
-        return graph->AddFilter(vmr9, L"VMR9");
+        return graph->AddFilter(vmr9.Get(), L"VMR9");
     }
     case RendererVmr7: {
         if (!vmr7) {
             if (FAILED(CoCreateInstance(CLSID_VideoMixingRenderer, nullptr, CLSCTX_INPROC_SERVER, IID_IBaseFilter,
-                                        reinterpret_cast<void**>(&vmr7))) ||
+                                        vmr7.PutVoid())) ||
                 !vmr7) {
                 ReportUserMessage(L"WARNING: cannot create VMR7 filter\r\n", true);
                 return E_FAIL;
             }
-            if (FAILED(vmr7->QueryInterface(IID_IVMRFilterConfig, reinterpret_cast<void**>(&vmr7Config))) ||
-                !vmr7Config) {
+            if (FAILED(vmr7->QueryInterface(IID_IVMRFilterConfig, vmr7Config.PutVoid())) || !vmr7Config) {
                 ReportUserMessage(L"WARNING: cannot get configuration control for VMR7\r\n", true);
                 return E_FAIL;
             }
             // The analog standard test counts frames drawn: VMR7 must offer
             // IQualProp.
             if (FAILED(vmr7Config->SetRenderingMode(VMRMode_Windowless)) ||
-                FAILED(vmr7->QueryInterface(IID_IVMRWindowlessControl, reinterpret_cast<void**>(&vmr7Control))) ||
-                !vmr7Control || FAILED(vmr7Control->SetVideoClippingWindow(clippingWindow)) ||
+                FAILED(vmr7->QueryInterface(IID_IVMRWindowlessControl, vmr7Control.PutVoid())) || !vmr7Control ||
+                FAILED(vmr7Control->SetVideoClippingWindow(clippingWindow)) ||
                 FAILED(vmr7Control->SetAspectRatioMode(VMR_ARMODE_LETTER_BOX)) ||
-                FAILED(vmr7->QueryInterface(IID_IQualProp, reinterpret_cast<void**>(&vmr7Quality))) || !vmr7Quality)
+                FAILED(vmr7->QueryInterface(IID_IQualProp, vmr7Quality.PutVoid())) || !vmr7Quality)
                 return E_FAIL;
         }
         if (FAILED(UpdateFrameSizeVmr7(full))) {
             ReportUserMessage(L"WARNING: cannot update VMR7 video window with frame size\r\n", true);
             return E_FAIL;
         }
-        currentRenderer = vmr7;
+        currentRenderer = vmr7.Get();
         wcscpy(currentRendererName, L"VMR7");
-        return FAILED(graph->AddFilter(vmr7, L"VMR7")) ? E_FAIL : S_OK;
+        return FAILED(graph->AddFilter(vmr7.Get(), L"VMR7")) ? E_FAIL : S_OK;
     }
     default: {
         if (!nullRenderer &&
             (FAILED(CoCreateInstance(CLSID_NullRenderer, nullptr, CLSCTX_INPROC_SERVER, IID_IBaseFilter,
-                                     reinterpret_cast<void**>(&nullRenderer))) ||
+                                     nullRenderer.PutVoid())) ||
              !nullRenderer)) {
             ReportUserMessage(L"WARNING: cannot create Null Renderer filter\r\n", true);
             return E_FAIL;
         }
-        currentRenderer = nullRenderer;
+        currentRenderer = nullRenderer.Get();
         wcscpy(currentRendererName, L"Null Renderer");
-        return FAILED(graph->AddFilter(nullRenderer, L"Null Renderer")) ? E_FAIL : S_OK;
+        return FAILED(graph->AddFilter(nullRenderer.Get(), L"Null Renderer")) ? E_FAIL : S_OK;
     }
     }
 }

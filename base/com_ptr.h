@@ -36,6 +36,7 @@ public:
     T* Get() const { return pointer_; }
     T* operator->() const { return pointer_; }
     explicit operator bool() const { return pointer_ != nullptr; }
+    bool operator==(std::nullptr_t) const { return pointer_ == nullptr; }
     // Releases what is held and hands out the slot for an out-parameter.
     T** Put()
     {

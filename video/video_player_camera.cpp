@@ -1,14 +1,12 @@
-// Starting and stopping the camera, and the report of a recording.
+// VideoPlayer: starting and stopping the camera, and the report of a
+// recording.
 #include "video/video_player.h"
 
-#include "app/app_state.h"
-#include "app/com_ptr.h"
-#include "persistence/options.h"
-#include "ui/user_messages.h"
-#include "ui/window_layout.h"
+#include "base/report.h"
+#include "base/time_text.h"
 #include "video/codecs.h"
 #include "video/device_list.h"
-#include "video/run_report.h"
+#include "video/frame_size.h"
 
 #include <string>
 
@@ -34,19 +32,9 @@ std::wstring CurrentDirectory()
     return folder;
 }
 
-// "HH:mm:ss" of the UTC time now.
-std::wstring UtcClockText()
-{
-    SYSTEMTIME now;
-    GetSystemTime(&now);
-    wchar_t text[32] = L"";
-    GetTimeFormatEx(nullptr, TIME_NOTIMEMARKER | TIME_FORCE24HOURFORMAT, &now, L"HH':'mm':'ss", text, 32);
-    return text;
-}
-
 }  // namespace
 
-HRESULT VideoPlayer::StartCamera(bool useCurrentDirectoryFlag)
+HRESULT VideoPlayer::StartCamera(bool useCurrentDirectoryFlag, const wchar_t* recordingFilePath)
 {
     if (!graph)
         return Fail(L"Logic error: attempt to start camera without a filter graph builder\r\n");
@@ -74,8 +62,8 @@ HRESULT VideoPlayer::StartCamera(bool useCurrentDirectoryFlag)
             return E_NOTIMPL;
         }
         uint32_t bytes = frameIntegrationCount > 1
-                             ? static_cast<uint32_t>(format->width) * static_cast<uint32_t>(std::abs(format->height)) * 4
-                             : 0;
+            ? static_cast<uint32_t>(format->width) * static_cast<uint32_t>(std::abs(format->height)) * 4
+            : 0;
         if (pixelSaturationOn || frameIntegrationOn) {
             ConfigureTransformFilter(bytes);
             frameIntegrationCounter = 0;
@@ -113,7 +101,7 @@ HRESULT VideoPlayer::StartCamera(bool useCurrentDirectoryFlag)
 
     if (FAILED(SetStreamFormat(source->baseFilter, format, PIN_CATEGORY_CAPTURE)))
         return Fail(L"WARNING: cannot set capture stream format\r\n");
-    if (FAILED(CreateVideoRenderer(rendererChoice, nullptr, RecordingFilePath)))
+    if (FAILED(CreateVideoRenderer(rendererChoice, nullptr, recordingFilePath)))
         return Fail(L"WARNING: cannot add video rendering filter to filter graph while attempting to start "
                     L"camera\r\n");
     if (!currentRenderer)
@@ -128,7 +116,7 @@ HRESULT VideoPlayer::StartCamera(bool useCurrentDirectoryFlag)
     }
     rendererPins.Reset();
 
-    if (FAILED(RenderVideoStream(RecordingFilePath, brightnessContrastOn != 0, source->baseFilter)))
+    if (FAILED(RenderVideoStream(recordingFilePath, brightnessContrastOn != 0, source->baseFilter)))
         return Fail(L"WARNING: cannot render video stream\r\n");
     if (FAILED(RunGraph()))
         return Fail(L"WARNING: cannot run filter graph video stream\r\n");
@@ -161,7 +149,7 @@ HRESULT VideoPlayer::RunGraph()
     return S_OK;
 }
 
-HRESULT VideoPlayer::StopCamera(bool wasRecording)
+HRESULT VideoPlayer::StopCamera(bool wasRecording, const wchar_t* recordingFilePath, const RecordingNotes& notes)
 {
     if (currentSourceIndex >= videoSources.size() || !videoSources[currentSourceIndex])
         return S_OK;
@@ -179,16 +167,16 @@ HRESULT VideoPlayer::StopCamera(bool wasRecording)
     graphState = GraphBuilt;
     if (transformFilter->HasAccumulator())
         transformFilter->FreeAccumulator();
-    if (RecordingFilePath[0] == 0 || !wasRecording)
+    if (!recordingFilePath || recordingFilePath[0] == 0 || !wasRecording)
         return S_OK;
-    LogStopRecordingLine();
-    WriteRunReportFile(notDropped, dropped);
+    LogStopRecordingLine(recordingFilePath);
+    WriteRunReportFile(recordingFilePath, notes, notDropped, dropped);
     startDropped = 0;
     startNotDropped = 0;
     return S_OK;
 }
 
-void VideoPlayer::LogStopRecordingLine()
+void VideoPlayer::LogStopRecordingLine(const wchar_t* recordingFilePath)
 {
     std::wstring line = L"Stop recording at " + UtcClockText() + L" (UTC)";
     lstrcpynW(stopRecordingLine, line.c_str(), static_cast<int>(std::size(stopRecordingLine)));
@@ -196,32 +184,35 @@ void VideoPlayer::LogStopRecordingLine()
     std::wstring file = L"Video file:  ";
     if (useCurrentDirectory)
         file += CurrentDirectory() + L"\\";
-    file += RecordingFilePath;
+    file += recordingFilePath;
     file += L"\r\n";
     ReportUserMessage(file.c_str(), false);
 }
 
-void VideoPlayer::WriteRunReportFile(long notDropped, long dropped)
+void VideoPlayer::WriteRunReportFile(const wchar_t* recordingFilePath, const RecordingNotes& notes, long notDropped,
+                                     long dropped)
 {
     VideoSourceInfo* source = CurrentSource();
     const VideoFormat* format = CurrentVideoFormat();
     RunReportInput input;
     input.eventRecording = source && source->isEventRecording;
-    input.eventName = eventRecordingName;
+    input.eventName = notes.eventName ? notes.eventName : L"";
     input.startLine = startRecordingLine;
     input.stopLine = stopRecordingLine;
     input.useCurrentDirectory = useCurrentDirectory != 0;
     if (input.useCurrentDirectory)
         input.currentDirectory = CurrentDirectory();
-    input.filePath = RecordingFilePath;
+    input.filePath = recordingFilePath;
     input.hasFrameCounts = droppedFrames != nullptr;
     input.recordedFrames = notDropped - startNotDropped;
     input.droppedFrames = dropped - startDropped;
-    input.gpsSnapshotValid = gpsSnapshotValid != 0;
-    input.latitude = gpsSnapshotLatitude;
-    input.longitude = gpsSnapshotLongitude;
-    input.altitude = gpsSnapshotAltitude;
-    input.satellites = gpsSnapshotSatellites;
+    if (const GpsSnapshot* gps = notes.gps) {
+        input.gpsSnapshotValid = gps->valid != 0;
+        input.latitude = gps->latitude;
+        input.longitude = gps->longitude;
+        input.altitude = gps->altitude;
+        input.satellites = gps->satellites;
+    }
     if (source) {
         input.deviceName = source->name;
         input.deviceStandard = source->deviceStandard;
@@ -233,17 +224,12 @@ void VideoPlayer::WriteRunReportFile(long notDropped, long dropped)
     if (format) {
         input.formatName = format->videoFormatName;
         input.subtypeName = SubtypeName(format->subtype);
-        for (SubtypeCodecPair* pair : subtypeCodecPairs) {
-            if (pair && pair->subtype == format->subtype) {
-                if (pair->codec)
-                    input.codecName = pair->codec->name;
-                break;
-            }
-        }
+        if (const CodecRecord* codec = PairedCodec(format->subtype))
+            input.codecName = codec->name;
     }
     input.rendererChoice = rendererChoice;
 
-    std::wstring path = RunReportPath(RecordingFilePath);
+    std::wstring path = RunReportPath(recordingFilePath);
     if (path.empty())
         return;
     // Each conversion that had to use the default character says so, before

@@ -1,0 +1,3 @@
+#include "ui/window_set.h"
+
+HWND mainWindow = nullptr;
