@@ -2,8 +2,8 @@
 // a synthetic camera through the Smart Tee into the AVI Mux, read back by
 // ffprobe and ffmpeg.
 #include "device/graph_helpers.h"
-#include "filters/file_sink_filter.h"
 #include "support/ffprobe.h"
+#include "video/file_branch.h"
 
 #include <gtest/gtest.h>
 
@@ -18,32 +18,34 @@ struct Recording {
     ComPtr<IGraphBuilder> graph;
     ComPtr<IBaseFilter> device;
     ComPtr<IBaseFilter> mux;
-    ComPtr<IBaseFilter> sink;
+    ComPtr<IFileSinkFilter> fileSink;
 };
 
-// Mux and sink go in first and are joined before anything reaches the mux:
-// the platform's mux fails when its output is connected after an input.
-HRESULT AddMuxAndSink(Recording& recording, const std::string& path)
+// The program's own file branch, as a recording start assembles it: the
+// platform's mux joined to the program's sink before any stream reaches it.
+HRESULT AddFileBranch(Recording& recording, const std::string& path)
 {
-    recording.mux = CreateFilter(CLSID_AviDest);
-    if (!recording.mux)
-        return E_FAIL;
-    HRESULT hr = FileSinkFilter::Create(recording.sink.Put());
-    if (FAILED(hr))
-        return hr;
-    ComPtr<IFileSinkFilter> file;
-    recording.sink->QueryInterface(IID_IFileSinkFilter, file.PutVoid());
     std::wstring widePath(path.begin(), path.end());
-    hr = file->SetFileName(widePath.c_str(), nullptr);
+    HRESULT hr = AssembleFileBranch(recording.graph.Get(), widePath.c_str(), recording.mux.Put(),
+                                    recording.fileSink.Put());
     if (FAILED(hr))
         return hr;
-    recording.graph->AddFilter(recording.mux.Get(), L"AVI Mux");
-    recording.graph->AddFilter(recording.sink.Get(), L"File sink");
-    ComPtr<IConfigInterleaving> interleaving;
-    if (SUCCEEDED(recording.mux->QueryInterface(IID_IConfigInterleaving, interleaving.PutVoid())))
-        interleaving->put_Mode(INTERLEAVE_FULL);
-    return recording.graph->ConnectDirect(FindPin(recording.mux.Get(), L"AVI Out").Get(),
-                                          FindPin(recording.sink.Get(), L"in").Get(), nullptr);
+    // Both are in the graph under their names, the mux already feeding the
+    // sink, and the sink writes where it was told.
+    ComPtr<IBaseFilter> named;
+    EXPECT_EQ(recording.graph->FindFilterByName(L"AVI Mux", named.Put()), S_OK);
+    EXPECT_EQ(named.Get(), recording.mux.Get());
+    EXPECT_EQ(recording.graph->FindFilterByName(L"File Writer", named.Put()), S_OK);
+    ComPtr<IPin> muxOutput = FindPin(recording.mux.Get(), L"AVI Out");
+    ComPtr<IPin> peer;
+    EXPECT_EQ(muxOutput->ConnectedTo(peer.Put()), S_OK);
+    LPOLESTR fileName = nullptr;
+    EXPECT_EQ(recording.fileSink->GetCurFile(&fileName, nullptr), S_OK);
+    if (fileName) {
+        EXPECT_EQ(std::wstring(fileName), widePath);
+        CoTaskMemFree(fileName);
+    }
+    return hr;
 }
 
 struct RunResult {
@@ -131,7 +133,7 @@ TEST(RecordingGraph, SmartTeeNullRendererAndMuxIntoTheFileSink)
     recording.graph->AddFilter(recording.device.Get(), L"Camera");
     recording.graph->AddFilter(tee.Get(), L"Smart Tee");
     recording.graph->AddFilter(nullRenderer.Get(), L"Null Renderer");
-    ASSERT_EQ(AddMuxAndSink(recording, path), S_OK);
+    ASSERT_EQ(AddFileBranch(recording, path), S_OK);
     ASSERT_EQ(recording.graph->ConnectDirect(FindPin(recording.device.Get(), L"Capture").Get(),
                                              FindPin(tee.Get(), L"Input").Get(), nullptr),
               S_OK);
@@ -143,6 +145,7 @@ TEST(RecordingGraph, SmartTeeNullRendererAndMuxIntoTheFileSink)
     RunResult run = RunRecording(recording);
     TearDownGraph(recording);
     recording.graph.Reset();
+    recording.fileSink.Reset();
     CheckRecordedFile(path, run, 640, 480, "YUY2");
     EXPECT_EQ(ReferenceCount(recording.device.Get()), 1u);
 }
@@ -166,12 +169,13 @@ TEST(RecordingGraph, RenderStreamOfTheCapturePinIntoTheMux)
     ASSERT_TRUE(recording.device);
     ASSERT_EQ(SelectFormat(recording.device.Get(), MEDIASUBTYPE_RGB24, 640, 480), S_OK);
     recording.graph->AddFilter(recording.device.Get(), L"Camera");
-    ASSERT_EQ(AddMuxAndSink(recording, path), S_OK);
+    ASSERT_EQ(AddFileBranch(recording, path), S_OK);
     ASSERT_TRUE(SUCCEEDED(builder->RenderStream(&PIN_CATEGORY_CAPTURE, &MEDIATYPE_Video, recording.device.Get(),
                                                 nullptr, recording.mux.Get())));
     RunResult run = RunRecording(recording);
     TearDownGraph(recording);
     recording.graph.Reset();
+    recording.fileSink.Reset();
     builder.Reset();
     // Raw RGB carries no four-character code.
     CheckRecordedFile(path, run, 640, 480, "[0][0][0][0]");

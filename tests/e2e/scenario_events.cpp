@@ -18,6 +18,36 @@ constexpr wchar_t kMainTitle[] = L"MAVU Video Capture Version 2.1";
 constexpr wchar_t kPendingTitle[] = L"MAVU Video Capture -- Event pending";
 constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
 
+// Whether a process has the shut-down privilege enabled in its token. The
+// platform starts a process with it present and disabled; only a shut down
+// that was really attempted enables it.
+bool ShutdownPrivilegeEnabled(DWORD processId)
+{
+    HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, processId);
+    if (!process)
+        return false;
+    HANDLE token = nullptr;
+    bool enabled = false;
+    LUID shutdown{};
+    if (OpenProcessToken(process, TOKEN_QUERY, &token) &&
+        LookupPrivilegeValueW(nullptr, L"SeShutdownPrivilege", &shutdown)) {
+        alignas(TOKEN_PRIVILEGES) BYTE buffer[4096];
+        DWORD length = 0;
+        if (GetTokenInformation(token, TokenPrivileges, buffer, sizeof buffer, &length)) {
+            const auto* privileges = reinterpret_cast<const TOKEN_PRIVILEGES*>(buffer);
+            for (DWORD i = 0; i < privileges->PrivilegeCount; ++i) {
+                const LUID_AND_ATTRIBUTES& entry = privileges->Privileges[i];
+                if (entry.Luid.LowPart == shutdown.LowPart && entry.Luid.HighPart == shutdown.HighPart)
+                    enabled = (entry.Attributes & SE_PRIVILEGE_ENABLED) != 0;
+            }
+        }
+    }
+    if (token)
+        CloseHandle(token);
+    CloseHandle(process);
+    return enabled;
+}
+
 uint64_t MsSince2020(const SYSTEMTIME& utc)
 {
     FILETIME file;
@@ -266,15 +296,23 @@ TEST(Events, ShutdownAtTheEndOfTheCountIsWhatThePlatformGives)
     EventRun run;
     run.folder = MakeWorkFolderForCurrentTest();
     WriteEvent(run.folder, L"power", UtcInSeconds(10), 4, "", "", false, true);
-    // A hibernate request is dropped at arming here: this platform can't.
-    WriteEvent(run.folder, L"sleepy", UtcInSeconds(600), 4, "", "", true, false);
+    // The next event is armed as the count begins, and its requests are the
+    // ones the count's end acts on. Its hibernate request is dropped at
+    // arming here, as this platform can't hibernate; its shut down stays.
+    WriteEvent(run.folder, L"sleepy", UtcInSeconds(600), 4, "", "", true, true);
     ASSERT_TRUE(run.Start());
     HWND power = run.Window(L"Hibernate");
     ASSERT_TRUE(WaitUntil([&] { return IsVisible(power); }, 30000));
-    // Thirty seconds, then the action: this platform's InitiateShutdownW
-    // answers ERROR_CALL_NOT_IMPLEMENTED, which has no line of its own; the
-    // window hides and the action is tried again each second.
+    EXPECT_EQ(WindowText(power), L"Shutdown");
+    // Nothing has been tried during the count.
+    EXPECT_FALSE(ShutdownPrivilegeEnabled(run.program->ProcessId()));
+    // Thirty seconds, then the action: the privilege is enabled and
+    // InitiateShutdownW called, which this platform answers with
+    // ERROR_CALL_NOT_IMPLEMENTED, a result with no line of its own; the
+    // window hides, the loop goes on, and the action is tried again each
+    // second.
     ASSERT_TRUE(WaitUntil([&] { return !IsVisible(power); }, 40000));
+    EXPECT_TRUE(WaitUntil([&] { return ShutdownPrivilegeEnabled(run.program->ProcessId()); }, 2000));
     Sleep(3000);
     std::wstring text = run.program->Messages();
     EXPECT_EQ(text.find(L"shut down computer"), std::wstring::npos) << Narrow(text);

@@ -1,5 +1,5 @@
 // A recording start writes an AVI that an independent reader accepts, and
-// its stop writes the run report beside it.
+// its stop writes the run report beside it, line by line.
 #include "engine/engine_fixture.h"
 
 #include "e2e/harness.h"
@@ -9,80 +9,130 @@
 
 using namespace enginetest;
 
-TEST_F(EngineTest, RecordingWritesTheAviAndTheReport)
+namespace {
+
+struct Recorded {
+    std::wstring messages;   // what the start reported
+    bool hadFrameCounts;     // the source offered IAMDroppedFrames
+    std::string avi;
+    std::string reportLines; // the report with "\n" line ends
+};
+
+std::string Escaped(const std::string& text)
 {
-    ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
-    ScanDevices();
-    ASSERT_EQ(videoSources.size(), 1u);
-    currentSourceIndex = 0;
-    std::string folder = devicetest::WorkFolder("engine-recording");
-    std::string avi = folder + "/recording.avi";
-    std::string report = folder + "/recording.txt";
-    DeleteFileA(avi.c_str());
-    DeleteFileA(report.c_str());
-    std::wstring path(avi.begin(), avi.end());
-    lstrcpyW(player->startRecordingLine, L"Start recording at 12:00:00 (UTC)");
-    TakeMessages();
+    return std::regex_replace(text, std::regex(R"([.\\()])"), R"(\$&)");
+}
 
-    ASSERT_EQ(player->StartCamera(false, path.c_str()), S_OK);
-    std::wstring messages = TakeMessages();
+std::vector<std::string> Lines(const std::string& text)
+{
+    std::vector<std::string> lines;
+    for (size_t begin = 0, end; (end = text.find('\n', begin)) != std::string::npos; begin = end + 1)
+        lines.push_back(text.substr(begin, end - begin));
+    return lines;
+}
+
+}  // namespace
+
+class RecordingTest : public EngineTest {
+protected:
+    // Records about three seconds from the one device of that profile, as a
+    // manual recording, and reads back the report.
+    void Record(const wchar_t* profile, const char* folderName, Recorded& recorded)
+    {
+        ASSERT_TRUE(devices.Add(L"Cam", profile));
+        ScanDevices();
+        ASSERT_EQ(videoSources.size(), 1u);
+        currentSourceIndex = 0;
+        std::string folder = devicetest::WorkFolder(folderName);
+        recorded.avi = folder + "/recording.avi";
+        std::string report = folder + "/recording.txt";
+        DeleteFileA(recorded.avi.c_str());
+        DeleteFileA(report.c_str());
+        std::wstring path(recorded.avi.begin(), recorded.avi.end());
+        lstrcpyW(player->startRecordingLine, L"Start recording at 12:00:00 (UTC)");
+        TakeMessages();
+
+        ASSERT_EQ(player->StartCamera(false, path.c_str()), S_OK);
+        recorded.messages = TakeMessages();
+        recorded.hadFrameCounts = player->droppedFrames != nullptr;
+        Sleep(3000);
+        videoSources[0]->isManualRecording = 1;
+        ASSERT_EQ(player->StopCamera(true, path.c_str(), RecordingNotes{}), S_OK);
+        videoSources[0]->isManualRecording = 0;
+        EXPECT_NE(TakeMessages().find(L"Video file:  " + path + L"\r\n"), std::wstring::npos);
+        // Emptying the graph lets the file go.
+        player->RemoveGraphFilters();
+
+        // CR LF lines through a text-mode stream come out as CR CR LF.
+        std::string text = e2e::ReadBytes(std::wstring(report.begin(), report.end()));
+        recorded.reportLines = std::regex_replace(text, std::regex("\r\r\n"), "\n");
+    }
+
+    // Each line of the report against its pattern; the clock times and the
+    // path are the only lines not matched to the letter.
+    static void ExpectReportLines(const Recorded& recorded, const std::vector<std::string>& countLines)
+    {
+        std::vector<std::string> expected = {
+            "Manual recording",
+            Escaped("Start recording at 12:00:00 (UTC)"),
+            R"(Stop recording at \d\d:\d\d:\d\d \(UTC\))",
+            "Video file:  " + Escaped(recorded.avi),
+        };
+        expected.insert(expected.end(), countLines.begin(), countLines.end());
+        for (const char* line : {"Video source device: Cam", "Source device format: Digital", "Frame rate: 30",
+                                 "Frame size: 640x480", "Format subtype: YUY2", "Codec: NONE",
+                                 "Video renderer: VMR9"})
+            expected.push_back(line);
+        std::vector<std::string> got = Lines(recorded.reportLines);
+        ASSERT_EQ(got.size(), expected.size()) << recorded.reportLines;
+        for (size_t i = 0; i < got.size(); ++i)
+            EXPECT_TRUE(std::regex_match(got[i], std::regex(expected[i]))) << got[i];
+        ASSERT_FALSE(recorded.reportLines.empty());
+        EXPECT_EQ(recorded.reportLines.back(), '\n');
+    }
+};
+
+TEST_F(RecordingTest, RecordingWritesTheAviAndTheReport)
+{
+    Recorded recorded;
+    Record(L"webcam", "engine-recording", recorded);
     // This platform's mux has neither the index choice nor the property bag.
-    EXPECT_NE(messages.find(L"Cannot configure the AVI Mux filter.  Report this message (see Help->About)\r\n"),
+    EXPECT_NE(recorded.messages.find(L"Cannot configure the AVI Mux filter.  Report this message (see Help->About)\r\n"),
               std::wstring::npos)
-        << testing::PrintToString(messages);
-    EXPECT_NE(messages.find(L"Cannot add MAVU Video Capture INFO to AVI file.\r\nMAVU Video Playback will not "
-                            L"report dropped frames\r\n"),
+        << testing::PrintToString(recorded.messages);
+    EXPECT_NE(recorded.messages.find(L"Cannot add MAVU Video Capture INFO to AVI file.\r\nMAVU Video Playback will not "
+                                     L"report dropped frames\r\n"),
               std::wstring::npos);
-    ASSERT_NE(player->droppedFrames, nullptr);
-    Sleep(3000);
-    videoSources[0]->isManualRecording = 1;
-    ASSERT_EQ(player->StopCamera(true, path.c_str(), RecordingNotes{}), S_OK);
-    videoSources[0]->isManualRecording = 0;
-    messages = TakeMessages();
-    EXPECT_NE(messages.find(L"Video file:  " + path + L"\r\n"), std::wstring::npos);
-    // Emptying the graph lets the file go.
-    player->RemoveGraphFilters();
+    ASSERT_TRUE(recorded.hadFrameCounts);
 
-    testsupport::ProbedVideo video = testsupport::ProbeVideo(avi);
+    testsupport::ProbedVideo video = testsupport::ProbeVideo(recorded.avi);
     ASSERT_TRUE(video.ok) << video.raw;
     EXPECT_EQ(video.width, 640);
     EXPECT_EQ(video.height, 480);
     EXPECT_EQ(video.codecTag, "YUY2");
     EXPECT_NEAR(video.frames, 90, 10);
-    std::string bytes = e2e::ReadBytes(path);
+    std::string bytes = e2e::ReadBytes(std::wstring(recorded.avi.begin(), recorded.avi.end()));
     EXPECT_NE(bytes.find("idx1"), std::string::npos);
 
-    // The report: CR LF lines through a text-mode stream come out as CR CR LF.
-    std::string text = e2e::ReadBytes(std::wstring(report.begin(), report.end()));
-    ASSERT_FALSE(text.empty());
-    std::string lines = std::regex_replace(text, std::regex("\r\r\n"), "\n");
     std::smatch counts;
-    ASSERT_TRUE(std::regex_search(lines, counts,
+    ASSERT_TRUE(std::regex_search(recorded.reportLines, counts,
                                   std::regex("Number of recorded frames:  (\\d+)\nNumber of dropped frames:  (\\d+)\n")))
-        << lines;
+        << recorded.reportLines;
     EXPECT_NEAR(std::stoi(counts[1]), video.frames, 2);
-    // Line by line, with the two that hold a clock time or a format name
-    // matched by pattern.
-    std::vector<std::string> expected = {
-        "Manual recording",
-        "Start recording at 12:00:00 \\(UTC\\)",
-        "Stop recording at \\d\\d:\\d\\d:\\d\\d \\(UTC\\)",
-        "Video file:  " + std::regex_replace(avi, std::regex("[.]"), "[.]"),
-        "Number of recorded frames:  \\d+",
-        "Number of dropped frames:  \\d+",
-        "Video source device: Cam",
-        "Source device format: Digital",
-        "Frame rate: 30",
-        "Frame size: .*640.*480.*",
-        "Format subtype: YUY2",
-        "Codec: NONE",
-        "Video renderer: VMR9",
-    };
-    std::vector<std::string> got;
-    for (size_t begin = 0, end; (end = lines.find('\n', begin)) != std::string::npos; begin = end + 1)
-        got.push_back(lines.substr(begin, end - begin));
-    ASSERT_EQ(got.size(), expected.size()) << lines;
-    for (size_t i = 0; i < got.size(); ++i)
-        EXPECT_TRUE(std::regex_match(got[i], std::regex(expected[i]))) << got[i];
-    EXPECT_EQ(lines.back(), '\n');
+    ExpectReportLines(recorded, {R"(Number of recorded frames:  \d+)", R"(Number of dropped frames:  \d+)"});
+}
+
+// A source without IAMDroppedFrames still records; its report says the
+// counts aren't to be had and gives none.
+TEST_F(RecordingTest, ADeviceWithoutFrameCountsRecordsAndItsReportSaysSo)
+{
+    Recorded recorded;
+    Record(L"bare", "engine-recording-bare", recorded);
+    EXPECT_FALSE(recorded.hadFrameCounts);
+
+    testsupport::ProbedVideo video = testsupport::ProbeVideo(recorded.avi);
+    ASSERT_TRUE(video.ok) << video.raw;
+    EXPECT_NEAR(video.frames, 90, 10);
+    EXPECT_EQ(recorded.reportLines.find("Number of"), std::string::npos) << recorded.reportLines;
+    ExpectReportLines(recorded, {"Total frame count and dropped frame count are not avaiable"});
 }

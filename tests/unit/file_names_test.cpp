@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <ctime>
+
 #include "base/ticks.h"
 #include "base/time_text.h"
 #include "ui/message_log.h"
@@ -54,12 +56,23 @@ TEST(FileNames, UtcFromLocalAppliesTheBiasAndDropsMilliseconds)
     }
 }
 
-TEST(FileNames, TicksRoundTripAndUnits)
+// Ticks count 100 ns from 1601-01-01 UTC. The expected counts were worked
+// out apart from the program: days since 1601 times 864,000,000,000, plus the
+// time of day.
+TEST(FileNames, TicksCountFrom1601AndRoundTrip)
 {
     SYSTEMTIME time = Time(2026, 11, 22, 17, 4, 33, 250);
     uint64_t ticks = SystemTimeToTicks(time);
+    EXPECT_EQ(ticks, 134398406732500000ull);
     EXPECT_TRUE(Same(TicksToSystemTime(ticks), time));
     EXPECT_EQ(SystemTimeToTicks(Time(2026, 11, 23, 17, 4, 33, 250)) - ticks, kTicksPerDay);
-    EXPECT_EQ(kTicksPerMinute, 60 * kTicksPerSecond);
-    EXPECT_EQ(kTicksPerSecond, 1000 * kTicksPerMillisecond);
+    // The Unix epoch.
+    EXPECT_EQ(SystemTimeToTicks(Time(1970, 1, 1, 0, 0, 0)), 116444736000000000ull);
+    // An impossible date gives 0 rather than a wrong time.
+    EXPECT_EQ(SystemTimeToTicks(Time(2026, 13, 1, 0, 0, 0)), 0u);
+    EXPECT_EQ(SystemTimeToTicks(Time(2026, 2, 30, 0, 0, 0)), 0u);
+    // The present UTC, against the C library's clock.
+    uint64_t fromUnix = 116444736000000000ull + static_cast<uint64_t>(std::time(nullptr)) * kTicksPerSecond;
+    uint64_t now = UtcNowTicks();
+    EXPECT_LT((now > fromUnix ? now - fromUnix : fromUnix - now), 2 * kTicksPerSecond);
 }

@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include "app/power_actions.h"
 #include "app/program_folder.h"
-#include "base/steady_clock.h"
 #include "app/time_zone.h"
+#include "base/steady_clock.h"
+#include "base/ticks.h"
 #include "ui/user_messages.h"
 
 TEST(ProgramFolder, CutAtTheLastMavuBeforeTheTail)
@@ -63,13 +66,25 @@ TEST(TimeZone, EachResultGivesItsOffsetAndLine)
     EXPECT_EQ(DescribeTimeZone(TIME_ZONE_ID_DAYLIGHT, zone).utcOffsetMinutes, -630);
 }
 
-TEST(TimeZone, TheRunningZoneIsReadable)
+// The zone this process runs in (ctest runs this test in two zones): the
+// offset that ReportTimeZone keeps must turn the local clock into UTC, which
+// the platform's two clocks show independently.
+TEST(TimeZone, ReportTimeZoneKeepsTheOffsetThatTurnsLocalTimeIntoUtc)
 {
-    DYNAMIC_TIME_ZONE_INFORMATION zone{};
-    DWORD result = GetDynamicTimeZoneInformation(&zone);
-    ASSERT_NE(result, TIME_ZONE_ID_INVALID);
-    TimeZoneReport report = DescribeTimeZone(result, zone);
-    EXPECT_EQ(report.line.rfind(L"Computer local time is ", 0), 0u);
+    TakeQueuedUserMessages();
+    utcOffsetMinutes = 12345;
+    ReportTimeZone();
+    SYSTEMTIME utc{}, local{};
+    GetSystemTime(&utc);
+    GetLocalTime(&local);
+    int64_t measured = (static_cast<int64_t>(SystemTimeToTicks(utc)) - static_cast<int64_t>(SystemTimeToTicks(local)));
+    int64_t minutes = (measured + (measured >= 0 ? 1 : -1) * static_cast<int64_t>(kTicksPerMinute) / 2) /
+        static_cast<int64_t>(kTicksPerMinute);
+    EXPECT_EQ(utcOffsetMinutes, minutes);
+    std::vector<std::wstring> lines = TakeQueuedUserMessages();
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_EQ(lines[0].rfind(L"Computer local time is ", 0), 0u) << testing::PrintToString(lines[0]);
+    EXPECT_EQ(lines[0].substr(lines[0].size() - 2), L"\r\n");
 }
 
 TEST(SteadyClock, CounterConversionDoesNotOverflow)
@@ -84,11 +99,33 @@ TEST(SteadyClock, CounterConversionDoesNotOverflow)
     EXPECT_GE(SteadyNanoseconds() - before, 3500000ull);
 }
 
-TEST(PowerCapabilities, HiberbootIsTheByteAfterFastSystemS4)
+// SYSTEM_POWER_CAPABILITIES begins with one-byte flags; in the platform's
+// own declaration Hiberboot is the nineteenth, at offset 18, between
+// FastSystemS4 and WakeAlarmPresent.
+TEST(PowerCapabilities, HiberbootIsTheFlagAtOffsetEighteen)
 {
     SYSTEM_POWER_CAPABILITIES capabilities{};
-    EXPECT_EQ(HiberbootFlag(capabilities), 0);
-    reinterpret_cast<BYTE*>(&capabilities.FastSystemS4)[1] = 1;
+    BYTE* bytes = reinterpret_cast<BYTE*>(&capabilities);
+    bytes[18] = 1;
     EXPECT_EQ(HiberbootFlag(capabilities), 1);
-    EXPECT_EQ(capabilities.FastSystemS4, 0);
+    bytes[18] = 0;
+    bytes[17] = 1;
+    bytes[19] = 1;
+    EXPECT_EQ(HiberbootFlag(capabilities), 0);
+}
+
+// What this platform answers decides both the flag and the line.
+TEST(PowerCapabilities, AComputerWithoutHiberbootIsReportedAsUnableToHibernate)
+{
+    SYSTEM_POWER_CAPABILITIES capabilities{};
+    ASSERT_TRUE(GetPwrCapabilities(&capabilities));
+    bool canHibernate = reinterpret_cast<const BYTE*>(&capabilities)[18] != 0;
+    TakeQueuedUserMessages();
+    hibernateSupported = 1;
+    CheckPowerCapabilities();
+    EXPECT_EQ(hibernateSupported != 0, canHibernate);
+    std::vector<std::wstring> lines = TakeQueuedUserMessages();
+    bool reported = !lines.empty() && lines[0] == L"Computer cannot be placed into hibernation\n";
+    EXPECT_EQ(reported, !canHibernate) << testing::PrintToString(lines);
+    hibernateSupported = 1;
 }
