@@ -66,7 +66,7 @@ public:
     IUnknown* GetOwner() const { return owner_; }
 
 protected:
-    volatile LONG m_cRef = 0;
+    volatile LONG references_ = 0;
 
 private:
     IUnknown* owner_;

@@ -180,7 +180,7 @@ HRESULT STDMETHODCALLTYPE FileSinkInputPin::Clone(IStream** clone)
 // ---------------------------------------------------------- FileSinkFilter
 
 FileSinkFilter::FileSinkFilter(IUnknown* owner)
-    : CBaseFilter(L"File sink", owner, &lock_, CLSID_MavuFileSink), pin_(this, &lock_, nullptr)
+    : CBaseFilter(L"File sink", owner, &filterLock_, CLSID_MavuFileSink), pin_(this, &filterLock_, nullptr)
 {
 }
 
@@ -213,8 +213,8 @@ CBasePin* FileSinkFilter::GetPin(int n)
 
 HRESULT STDMETHODCALLTYPE FileSinkFilter::Pause()
 {
-    CAutoLock lock(&lock_);
-    if (m_State == State_Stopped) {
+    CAutoLock lock(&filterLock_);
+    if (state_ == State_Stopped) {
         HRESULT hr = OpenFile();
         if (FAILED(hr))
             return hr;
@@ -226,8 +226,8 @@ HRESULT STDMETHODCALLTYPE FileSinkFilter::SetFileName(LPCOLESTR name, const AM_M
 {
     if (!name)
         return E_POINTER;
-    CAutoLock lock(&lock_);
-    if (m_State != State_Stopped)
+    CAutoLock lock(&filterLock_);
+    if (state_ != State_Stopped)
         return VFW_E_WRONG_STATE;
     CloseFile();
     fileName_ = name;
@@ -238,7 +238,7 @@ HRESULT STDMETHODCALLTYPE FileSinkFilter::GetCurFile(LPOLESTR* name, AM_MEDIA_TY
 {
     if (!name)
         return E_POINTER;
-    CAutoLock lock(&lock_);
+    CAutoLock lock(&filterLock_);
     *name = nullptr;
     if (type) {
         CMediaType stream(&MEDIATYPE_Stream);

@@ -72,7 +72,7 @@ private:
 
     HRESULT OpenFile();
 
-    CCritSec lock_;
+    CCritSec filterLock_;
     CCritSec fileLock_;
     FileSinkInputPin pin_;
     std::wstring fileName_;

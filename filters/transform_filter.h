@@ -26,8 +26,8 @@ public:
     HRESULT STDMETHODCALLTYPE EndFlush() override;
     HRESULT STDMETHODCALLTYPE NewSegment(REFERENCE_TIME start, REFERENCE_TIME stop, double rate) override;
 
-    const CMediaType& MediaType() const { return m_mt; }
-    void SetRunTimeError() { m_bRunTimeError = true; }
+    const CMediaType& MediaType() const { return mediaType_; }
+    void SetRunTimeError() { runTimeError_ = true; }
 
 private:
     CTransformFilter* transform_;
@@ -45,7 +45,7 @@ public:
     HRESULT GetMediaType(int position, CMediaType* type) override;
     HRESULT DecideBufferSize(IMemAllocator* allocator, ALLOCATOR_PROPERTIES* properties) override;
 
-    const CMediaType& MediaType() const { return m_mt; }
+    const CMediaType& MediaType() const { return mediaType_; }
 
 private:
     CTransformFilter* transform_;
@@ -87,7 +87,7 @@ public:
     CTransformInputPin* InputPin() { return static_cast<CTransformInputPin*>(GetPin(0)); }
     CTransformOutputPin* OutputPin() { return static_cast<CTransformOutputPin*>(GetPin(1)); }
     // Frames dropped by Transform since the last Pause from stopped.
-    LONG SkippedSamples() const { return m_skipped; }
+    LONG SkippedSamples() const { return skippedSamples_; }
 
 protected:
     friend class CTransformInputPin;
@@ -96,11 +96,11 @@ protected:
     // Gives the fresh output sample the input's times and flags.
     void InitializeOutputSample(IMediaSample* in, IMediaSample* out);
 
-    CCritSec m_csFilter;
-    CCritSec m_csReceive;
-    CTransformInputPin* m_pInput = nullptr;
-    CTransformOutputPin* m_pOutput = nullptr;
-    bool m_bEOSDelivered = false;
-    bool m_bSampleSkipped = false;
-    volatile LONG m_skipped = 0;
+    CCritSec filterLock_;
+    CCritSec receiveLock_;
+    CTransformInputPin* input_ = nullptr;
+    CTransformOutputPin* output_ = nullptr;
+    bool endOfStreamDelivered_ = false;
+    bool sampleSkipped_ = false;
+    volatile LONG skippedSamples_ = 0;
 };
