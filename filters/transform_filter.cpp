@@ -2,35 +2,47 @@
 
 #include <new>
 
+// ----------------------------------------------------------- CTransformPin
+
+template <class PinBase, PIN_DIRECTION Direction>
+CTransformPin<PinBase, Direction>::CTransformPin(const wchar_t* objectName, CTransformFilter* filter, HRESULT* result,
+                                                 const wchar_t* name)
+    : PinBase(objectName, filter, &filter->filterLock_, result, name), transform_(filter)
+{
+}
+
+template <class PinBase, PIN_DIRECTION Direction>
+HRESULT CTransformPin<PinBase, Direction>::CheckConnect(IPin* pin)
+{
+    HRESULT hr = transform_->CheckConnect(Direction, pin);
+    return FAILED(hr) ? hr : PinBase::CheckConnect(pin);
+}
+
+template <class PinBase, PIN_DIRECTION Direction>
+HRESULT CTransformPin<PinBase, Direction>::BreakConnect()
+{
+    transform_->BreakConnect(Direction);
+    return PinBase::BreakConnect();
+}
+
+template <class PinBase, PIN_DIRECTION Direction>
+HRESULT CTransformPin<PinBase, Direction>::CompleteConnect(IPin* receivePin)
+{
+    HRESULT hr = transform_->CompleteConnect(Direction, receivePin);
+    return FAILED(hr) ? hr : PinBase::CompleteConnect(receivePin);
+}
+
+template <class PinBase, PIN_DIRECTION Direction>
+HRESULT CTransformPin<PinBase, Direction>::SetMediaType(const CMediaType* type)
+{
+    HRESULT hr = PinBase::SetMediaType(type);
+    return FAILED(hr) ? hr : transform_->SetMediaType(Direction, type);
+}
+
+template class CTransformPin<CBaseInputPin, PINDIR_INPUT>;
+template class CTransformPin<CBaseOutputPin, PINDIR_OUTPUT>;
+
 // ------------------------------------------------------ CTransformInputPin
-
-CTransformInputPin::CTransformInputPin(const wchar_t* objectName, CTransformFilter* filter, HRESULT* result,
-                                       const wchar_t* name)
-    : CBaseInputPin(objectName, filter, &filter->filterLock_, result, name), transform_(filter)
-{
-}
-
-HRESULT CTransformInputPin::CheckConnect(IPin* pin)
-{
-    HRESULT hr = transform_->CheckConnect(PINDIR_INPUT, pin);
-    if (FAILED(hr))
-        return hr;
-    return CBaseInputPin::CheckConnect(pin);
-}
-
-HRESULT CTransformInputPin::BreakConnect()
-{
-    transform_->BreakConnect(PINDIR_INPUT);
-    return CBaseInputPin::BreakConnect();
-}
-
-HRESULT CTransformInputPin::CompleteConnect(IPin* receivePin)
-{
-    HRESULT hr = transform_->CompleteConnect(PINDIR_INPUT, receivePin);
-    if (FAILED(hr))
-        return hr;
-    return CBaseInputPin::CompleteConnect(receivePin);
-}
 
 HRESULT CTransformInputPin::CheckMediaType(const CMediaType* type)
 {
@@ -38,22 +50,14 @@ HRESULT CTransformInputPin::CheckMediaType(const CMediaType* type)
     if (hr != S_OK)
         return hr;
     // With the output already connected the pair has to agree.
-    if (transform_->output_ && transform_->output_->IsConnected())
+    if (transform_->IsOutputConnected())
         return transform_->CheckTransform(type, &transform_->output_->MediaType());
     return S_OK;
 }
 
-HRESULT CTransformInputPin::SetMediaType(const CMediaType* type)
-{
-    HRESULT hr = CBaseInputPin::SetMediaType(type);
-    if (FAILED(hr))
-        return hr;
-    return transform_->SetMediaType(PINDIR_INPUT, type);
-}
-
 HRESULT CTransformInputPin::CheckStreaming()
 {
-    if (!transform_->output_ || !transform_->output_->IsConnected())
+    if (!transform_->IsOutputConnected())
         return VFW_E_NOT_CONNECTED;
     return CBaseInputPin::CheckStreaming();
 }
@@ -79,7 +83,7 @@ HRESULT STDMETHODCALLTYPE CTransformInputPin::EndOfStream()
 HRESULT STDMETHODCALLTYPE CTransformInputPin::BeginFlush()
 {
     CAutoLock lock(&transform_->filterLock_);
-    if (!IsConnected() || !transform_->output_ || !transform_->output_->IsConnected())
+    if (!IsConnected() || !transform_->IsOutputConnected())
         return VFW_E_NOT_CONNECTED;
     HRESULT hr = CBaseInputPin::BeginFlush();
     if (FAILED(hr))
@@ -90,7 +94,7 @@ HRESULT STDMETHODCALLTYPE CTransformInputPin::BeginFlush()
 HRESULT STDMETHODCALLTYPE CTransformInputPin::EndFlush()
 {
     CAutoLock lock(&transform_->filterLock_);
-    if (!IsConnected() || !transform_->output_ || !transform_->output_->IsConnected())
+    if (!IsConnected() || !transform_->IsOutputConnected())
         return VFW_E_NOT_CONNECTED;
     HRESULT hr = transform_->EndFlush();
     if (FAILED(hr))
@@ -106,55 +110,24 @@ HRESULT STDMETHODCALLTYPE CTransformInputPin::NewSegment(REFERENCE_TIME start, R
 
 // ----------------------------------------------------- CTransformOutputPin
 
-CTransformOutputPin::CTransformOutputPin(const wchar_t* objectName, CTransformFilter* filter, HRESULT* result,
-                                         const wchar_t* name)
-    : CBaseOutputPin(objectName, filter, &filter->filterLock_, result, name), transform_(filter)
-{
-}
-
 HRESULT CTransformOutputPin::CheckConnect(IPin* pin)
 {
     // The output type is derived from the input's, so the input comes first.
-    if (!transform_->input_ || !transform_->input_->IsConnected())
+    if (!transform_->IsInputConnected())
         return E_UNEXPECTED;
-    HRESULT hr = transform_->CheckConnect(PINDIR_OUTPUT, pin);
-    if (FAILED(hr))
-        return hr;
-    return CBaseOutputPin::CheckConnect(pin);
-}
-
-HRESULT CTransformOutputPin::BreakConnect()
-{
-    transform_->BreakConnect(PINDIR_OUTPUT);
-    return CBaseOutputPin::BreakConnect();
-}
-
-HRESULT CTransformOutputPin::CompleteConnect(IPin* receivePin)
-{
-    HRESULT hr = transform_->CompleteConnect(PINDIR_OUTPUT, receivePin);
-    if (FAILED(hr))
-        return hr;
-    return CBaseOutputPin::CompleteConnect(receivePin);
+    return CTransformPin::CheckConnect(pin);
 }
 
 HRESULT CTransformOutputPin::CheckMediaType(const CMediaType* type)
 {
-    if (!transform_->input_ || !transform_->input_->IsConnected())
+    if (!transform_->IsInputConnected())
         return E_INVALIDARG;
     return transform_->CheckTransform(&transform_->input_->MediaType(), type);
 }
 
-HRESULT CTransformOutputPin::SetMediaType(const CMediaType* type)
-{
-    HRESULT hr = CBaseOutputPin::SetMediaType(type);
-    if (FAILED(hr))
-        return hr;
-    return transform_->SetMediaType(PINDIR_OUTPUT, type);
-}
-
 HRESULT CTransformOutputPin::GetMediaType(int position, CMediaType* type)
 {
-    if (!transform_->input_ || !transform_->input_->IsConnected())
+    if (!transform_->IsInputConnected())
         return VFW_S_NO_MORE_ITEMS;
     return transform_->GetMediaType(position, type);
 }
@@ -204,7 +177,7 @@ HRESULT STDMETHODCALLTYPE CTransformFilter::Stop()
     CAutoLock lock(&filterLock_);
     if (state_ == State_Stopped)
         return S_OK;
-    if (!input_ || !input_->IsConnected() || !output_->IsConnected()) {
+    if (!IsInputConnected() || !IsOutputConnected()) {
         state_ = State_Stopped;
         endOfStreamDelivered_ = false;
         return S_OK;
@@ -229,14 +202,14 @@ HRESULT STDMETHODCALLTYPE CTransformFilter::Pause()
     HRESULT hr = S_OK;
     if (state_ == State_Paused)
         return S_OK;
-    if (!input_ || !input_->IsConnected()) {
+    if (!IsInputConnected()) {
         // Nothing will come in: tell downstream at once that nothing will
         // come out either.
-        if (output_ && output_->IsConnected() && !endOfStreamDelivered_) {
+        if (IsOutputConnected() && !endOfStreamDelivered_) {
             output_->DeliverEndOfStream();
             endOfStreamDelivered_ = true;
         }
-    } else if (!output_->IsConnected()) {
+    } else if (!IsOutputConnected()) {
         // Nowhere to deliver: samples are refused by the input pin.
     } else if (state_ == State_Stopped) {
         CAutoLock receiveLock(&receiveLock_);

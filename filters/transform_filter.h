@@ -9,15 +9,35 @@
 
 class CTransformFilter;
 
-class CTransformInputPin : public CBaseInputPin {
+// What both pins of a transform do alike: each connection step is put to
+// the filter, with the pin's direction, before the base pin takes it, and
+// the agreed type is passed on to the filter.
+template <class PinBase, PIN_DIRECTION Direction>
+class CTransformPin : public PinBase {
 public:
-    CTransformInputPin(const wchar_t* objectName, CTransformFilter* filter, HRESULT* result, const wchar_t* name);
+    CTransformPin(const wchar_t* objectName, CTransformFilter* filter, HRESULT* result, const wchar_t* name);
 
     HRESULT CheckConnect(IPin* pin) override;
     HRESULT BreakConnect() override;
     HRESULT CompleteConnect(IPin* receivePin) override;
-    HRESULT CheckMediaType(const CMediaType* type) override;
     HRESULT SetMediaType(const CMediaType* type) override;
+
+    const CMediaType& MediaType() const { return this->mediaType_; }
+
+protected:
+    CTransformFilter* transform_;
+};
+
+// Both are compiled once, in transform_filter.cpp, where the filter they
+// call is complete.
+extern template class CTransformPin<CBaseInputPin, PINDIR_INPUT>;
+extern template class CTransformPin<CBaseOutputPin, PINDIR_OUTPUT>;
+
+class CTransformInputPin : public CTransformPin<CBaseInputPin, PINDIR_INPUT> {
+public:
+    using CTransformPin::CTransformPin;
+
+    HRESULT CheckMediaType(const CMediaType* type) override;
     HRESULT CheckStreaming() override;
 
     HRESULT STDMETHODCALLTYPE Receive(IMediaSample* sample) override;
@@ -26,29 +46,17 @@ public:
     HRESULT STDMETHODCALLTYPE EndFlush() override;
     HRESULT STDMETHODCALLTYPE NewSegment(REFERENCE_TIME start, REFERENCE_TIME stop, double rate) override;
 
-    const CMediaType& MediaType() const { return mediaType_; }
     void SetRunTimeError() { runTimeError_ = true; }
-
-private:
-    CTransformFilter* transform_;
 };
 
-class CTransformOutputPin : public CBaseOutputPin {
+class CTransformOutputPin : public CTransformPin<CBaseOutputPin, PINDIR_OUTPUT> {
 public:
-    CTransformOutputPin(const wchar_t* objectName, CTransformFilter* filter, HRESULT* result, const wchar_t* name);
+    using CTransformPin::CTransformPin;
 
     HRESULT CheckConnect(IPin* pin) override;
-    HRESULT BreakConnect() override;
-    HRESULT CompleteConnect(IPin* receivePin) override;
     HRESULT CheckMediaType(const CMediaType* type) override;
-    HRESULT SetMediaType(const CMediaType* type) override;
     HRESULT GetMediaType(int position, CMediaType* type) override;
     HRESULT DecideBufferSize(IMemAllocator* allocator, ALLOCATOR_PROPERTIES* properties) override;
-
-    const CMediaType& MediaType() const { return mediaType_; }
-
-private:
-    CTransformFilter* transform_;
 };
 
 class CTransformFilter : public CBaseFilter {
@@ -90,8 +98,13 @@ public:
     LONG SkippedSamples() const { return skippedSamples_; }
 
 protected:
+    template <class PinBase, PIN_DIRECTION Direction>
+    friend class CTransformPin;
     friend class CTransformInputPin;
     friend class CTransformOutputPin;
+
+    bool IsInputConnected() const { return input_ && input_->IsConnected(); }
+    bool IsOutputConnected() const { return output_ && output_->IsConnected(); }
 
     // Gives the fresh output sample the input's times and flags.
     void InitializeOutputSample(IMediaSample* in, IMediaSample* out);
