@@ -75,6 +75,16 @@ private:
 // Hands out an interface pointer with a reference added.
 HRESULT GetInterface(IUnknown* unknown, void** object);
 
+// Lets go of a held interface, if there is one, and forgets it.
+template <class Interface>
+void ReleaseInterface(Interface*& held)
+{
+    if (held) {
+        held->Release();
+        held = nullptr;
+    }
+}
+
 // The public IUnknown of a class deriving from CUnknown and COM interfaces.
 #define DECLARE_IUNKNOWN                                                                   \
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override           \

@@ -551,42 +551,34 @@ HRESULT CBaseOutputPin::BreakConnect()
 
 HRESULT CBaseOutputPin::DecideAllocator(IMemInputPin* pin, IMemAllocator** allocator)
 {
-    if (*allocator) {
-        (*allocator)->Release();
-        *allocator = nullptr;
-    }
+    ReleaseInterface(*allocator);
     ALLOCATOR_PROPERTIES properties = {};
     pin->GetAllocatorRequirements(&properties);
     if (properties.cbAlign == 0)
         properties.cbAlign = 1;
 
     HRESULT hr = pin->GetAllocator(allocator);
-    if (SUCCEEDED(hr) && *allocator) {
-        hr = DecideBufferSize(*allocator, &properties);
-        if (SUCCEEDED(hr)) {
-            hr = pin->NotifyAllocator(*allocator, FALSE);
-            if (SUCCEEDED(hr))
-                return S_OK;
-        }
-    }
-    if (*allocator) {
-        (*allocator)->Release();
-        *allocator = nullptr;
-    }
+    if (SUCCEEDED(hr) && *allocator && SUCCEEDED(SettleAllocator(pin, allocator, &properties)))
+        return S_OK;
+    ReleaseInterface(*allocator);
 
     hr = InitAllocator(allocator);
+    if (SUCCEEDED(hr))
+        return SettleAllocator(pin, allocator, &properties);
+    ReleaseInterface(*allocator);
+    return hr;
+}
+
+HRESULT CBaseOutputPin::SettleAllocator(IMemInputPin* pin, IMemAllocator** allocator,
+                                        ALLOCATOR_PROPERTIES* properties)
+{
+    HRESULT hr = DecideBufferSize(*allocator, properties);
     if (SUCCEEDED(hr)) {
-        hr = DecideBufferSize(*allocator, &properties);
-        if (SUCCEEDED(hr)) {
-            hr = pin->NotifyAllocator(*allocator, FALSE);
-            if (SUCCEEDED(hr))
-                return S_OK;
-        }
+        hr = pin->NotifyAllocator(*allocator, FALSE);
+        if (SUCCEEDED(hr))
+            return S_OK;
     }
-    if (*allocator) {
-        (*allocator)->Release();
-        *allocator = nullptr;
-    }
+    ReleaseInterface(*allocator);
     return hr;
 }
 

@@ -148,6 +148,10 @@ public:
     IMemAllocator* Allocator() const { return allocator_; }
 
 protected:
+    // Sizes the buffers of the allocator on offer and tells the downstream
+    // pin that it is the one; where either fails, the allocator is let go.
+    HRESULT SettleAllocator(IMemInputPin* pin, IMemAllocator** allocator, ALLOCATOR_PROPERTIES* properties);
+
     IMemAllocator* allocator_ = nullptr;
     IMemInputPin* inputPin_ = nullptr;
 };
