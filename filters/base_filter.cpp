@@ -14,8 +14,7 @@ CBaseFilter::CBaseFilter(const wchar_t* name, IUnknown* owner, CCritSec* lock, R
 
 CBaseFilter::~CBaseFilter()
 {
-    if (clock_)
-        clock_->Release();
+    ReleaseInterface(clock_);
 }
 
 HRESULT STDMETHODCALLTYPE CBaseFilter::NonDelegatingQueryInterface(REFIID iid, void** object)
@@ -110,11 +109,7 @@ HRESULT STDMETHODCALLTYPE CBaseFilter::SetSyncSource(IReferenceClock* clock)
 {
     CAutoLock lock(lock_);
     CAutoLock clockLock(&clockLock_);
-    if (clock)
-        clock->AddRef();
-    if (clock_)
-        clock_->Release();
-    clock_ = clock;
+    ReplaceInterface(clock_, clock);
     return S_OK;
 }
 
@@ -123,9 +118,7 @@ HRESULT STDMETHODCALLTYPE CBaseFilter::GetSyncSource(IReferenceClock** clock)
     if (!clock)
         return E_POINTER;
     CAutoLock lock(&clockLock_);
-    *clock = clock_;
-    if (clock_)
-        clock_->AddRef();
+    HandOutInterface(clock_, clock);
     return S_OK;
 }
 
@@ -160,9 +153,7 @@ HRESULT STDMETHODCALLTYPE CBaseFilter::QueryFilterInfo(FILTER_INFO* info)
         return E_POINTER;
     std::wcsncpy(info->achName, name_, MAX_FILTER_NAME - 1);
     info->achName[MAX_FILTER_NAME - 1] = L'\0';
-    info->pGraph = graph_;
-    if (graph_)
-        graph_->AddRef();
+    HandOutInterface(graph_, &info->pGraph);
     return S_OK;
 }
 

@@ -85,6 +85,26 @@ void ReleaseInterface(Interface*& held)
     }
 }
 
+// Holds another interface, or none, in place of the one held.
+template <class Interface>
+void ReplaceInterface(Interface*& held, Interface* replacement)
+{
+    if (replacement)
+        replacement->AddRef();
+    if (held)
+        held->Release();
+    held = replacement;
+}
+
+// Gives a caller the held interface, or none, with a reference of its own.
+template <class Interface>
+void HandOutInterface(Interface* held, Interface** out)
+{
+    *out = held;
+    if (held)
+        held->AddRef();
+}
+
 // The public IUnknown of a class deriving from CUnknown and COM interfaces.
 #define DECLARE_IUNKNOWN                                                                   \
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override           \

@@ -19,6 +19,16 @@ wchar_t* CopyName(const wchar_t* name)
     return copy;
 }
 
+// Ends a connection's use of its allocator: its buffers are freed and the
+// pin no longer holds it.
+void DropAllocator(IMemAllocator*& allocator)
+{
+    if (allocator) {
+        allocator->Decommit();
+        ReleaseInterface(allocator);
+    }
+}
+
 }  // namespace
 
 // ---------------------------------------------------------------- CBasePin
@@ -31,10 +41,7 @@ CBasePin::CBasePin(const wchar_t* objectName, CBaseFilter* filter, CCritSec* loc
 
 CBasePin::~CBasePin()
 {
-    if (connected_) {
-        connected_->Release();
-        connected_ = nullptr;
-    }
+    ReleaseInterface(connected_);
     delete[] name_;
 }
 
@@ -152,10 +159,7 @@ HRESULT CBasePin::AttemptConnection(IPin* receivePin, const CMediaType* type)
         }
     }
     BreakConnect();
-    if (connected_) {
-        connected_->Release();
-        connected_ = nullptr;
-    }
+    ReleaseInterface(connected_);
     return FAILED(hr) ? hr : VFW_E_TYPE_NOT_ACCEPTED;
 }
 
@@ -187,8 +191,7 @@ HRESULT STDMETHODCALLTYPE CBasePin::ReceiveConnection(IPin* connector, const AM_
         if (SUCCEEDED(hr))
             return S_OK;
     }
-    connected_->Release();
-    connected_ = nullptr;
+    ReleaseInterface(connected_);
     BreakConnect();
     return hr;
 }
@@ -208,8 +211,7 @@ HRESULT CBasePin::DisconnectInternal()
     HRESULT hr = BreakConnect();
     if (FAILED(hr))
         return hr;
-    connected_->Release();
-    connected_ = nullptr;
+    ReleaseInterface(connected_);
     return S_OK;
 }
 
@@ -217,11 +219,8 @@ HRESULT STDMETHODCALLTYPE CBasePin::ConnectedTo(IPin** pin)
 {
     if (!pin)
         return E_POINTER;
-    *pin = connected_;
-    if (!connected_)
-        return VFW_E_NOT_CONNECTED;
-    connected_->AddRef();
-    return S_OK;
+    HandOutInterface(connected_, pin);
+    return connected_ ? S_OK : VFW_E_NOT_CONNECTED;
 }
 
 HRESULT STDMETHODCALLTYPE CBasePin::ConnectionMediaType(AM_MEDIA_TYPE* type)
@@ -360,10 +359,7 @@ CBaseInputPin::CBaseInputPin(const wchar_t* objectName, CBaseFilter* filter, CCr
 
 CBaseInputPin::~CBaseInputPin()
 {
-    if (allocator_) {
-        allocator_->Release();
-        allocator_ = nullptr;
-    }
+    ReleaseInterface(allocator_);
 }
 
 HRESULT STDMETHODCALLTYPE CBaseInputPin::NonDelegatingQueryInterface(REFIID iid, void** object)
@@ -384,8 +380,7 @@ HRESULT STDMETHODCALLTYPE CBaseInputPin::GetAllocator(IMemAllocator** allocator)
         if (FAILED(hr))
             return hr;
     }
-    *allocator = allocator_;
-    allocator_->AddRef();
+    HandOutInterface(allocator_, allocator);
     return S_OK;
 }
 
@@ -394,10 +389,7 @@ HRESULT STDMETHODCALLTYPE CBaseInputPin::NotifyAllocator(IMemAllocator* allocato
     if (!allocator)
         return E_POINTER;
     CAutoLock lock(lock_);
-    allocator->AddRef();
-    if (allocator_)
-        allocator_->Release();
-    allocator_ = allocator;
+    ReplaceInterface(allocator_, allocator);
     readOnly_ = readOnly != FALSE;
     return S_OK;
 }
@@ -482,11 +474,7 @@ HRESULT STDMETHODCALLTYPE CBaseInputPin::EndFlush()
 
 HRESULT CBaseInputPin::BreakConnect()
 {
-    if (allocator_) {
-        allocator_->Decommit();
-        allocator_->Release();
-        allocator_ = nullptr;
-    }
+    DropAllocator(allocator_);
     return S_OK;
 }
 
@@ -507,10 +495,8 @@ CBaseOutputPin::CBaseOutputPin(const wchar_t* objectName, CBaseFilter* filter, C
 
 CBaseOutputPin::~CBaseOutputPin()
 {
-    if (allocator_)
-        allocator_->Release();
-    if (inputPin_)
-        inputPin_->Release();
+    ReleaseInterface(allocator_);
+    ReleaseInterface(inputPin_);
 }
 
 HRESULT CBaseOutputPin::CheckConnect(IPin* pin)
@@ -518,10 +504,7 @@ HRESULT CBaseOutputPin::CheckConnect(IPin* pin)
     HRESULT hr = CBasePin::CheckConnect(pin);
     if (FAILED(hr))
         return hr;
-    if (inputPin_) {
-        inputPin_->Release();
-        inputPin_ = nullptr;
-    }
+    ReleaseInterface(inputPin_);
     hr = pin->QueryInterface(IID_IMemInputPin, reinterpret_cast<void**>(&inputPin_));
     if (FAILED(hr) || !inputPin_) {
         inputPin_ = nullptr;
@@ -537,15 +520,8 @@ HRESULT CBaseOutputPin::CompleteConnect(IPin* receivePin)
 
 HRESULT CBaseOutputPin::BreakConnect()
 {
-    if (allocator_) {
-        allocator_->Decommit();
-        allocator_->Release();
-        allocator_ = nullptr;
-    }
-    if (inputPin_) {
-        inputPin_->Release();
-        inputPin_ = nullptr;
-    }
+    DropAllocator(allocator_);
+    ReleaseInterface(inputPin_);
     return S_OK;
 }
 
