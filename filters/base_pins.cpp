@@ -72,14 +72,13 @@ HRESULT STDMETHODCALLTYPE CBasePin::Connect(IPin* receivePin, const AM_MEDIA_TYP
     if (!receivePin)
         return E_POINTER;
     CAutoLock lock(lock_);
-    if (connected_)
-        return VFW_E_ALREADY_CONNECTED;
-    if (!IsStopped())
-        return VFW_E_NOT_STOPPED;
+    HRESULT hr = CanConnect();
+    if (FAILED(hr))
+        return hr;
     CMediaType wanted;
     if (type)
         wanted = *type;
-    HRESULT hr = AgreeMediaType(receivePin, &wanted);
+    hr = AgreeMediaType(receivePin, &wanted);
     if (FAILED(hr))
         return hr;
     return S_OK;
@@ -134,9 +133,18 @@ HRESULT CBasePin::TryMediaTypes(IPin* receivePin, const CMediaType* partial, IEn
     return failure == S_OK ? VFW_E_NO_ACCEPTABLE_TYPES : failure;
 }
 
-HRESULT CBasePin::AttemptConnection(IPin* receivePin, const CMediaType* type)
+HRESULT CBasePin::CanConnect() const
 {
-    HRESULT hr = CheckConnect(receivePin);
+    if (connected_)
+        return VFW_E_ALREADY_CONNECTED;
+    if (!IsStopped())
+        return VFW_E_NOT_STOPPED;
+    return S_OK;
+}
+
+HRESULT CBasePin::CheckConnection(IPin* pin, const CMediaType* type)
+{
+    HRESULT hr = CheckConnect(pin);
     if (FAILED(hr)) {
         BreakConnect();
         return hr;
@@ -146,6 +154,14 @@ HRESULT CBasePin::AttemptConnection(IPin* receivePin, const CMediaType* type)
         BreakConnect();
         return SUCCEEDED(hr) ? VFW_E_TYPE_NOT_ACCEPTED : hr;
     }
+    return S_OK;
+}
+
+HRESULT CBasePin::AttemptConnection(IPin* receivePin, const CMediaType* type)
+{
+    HRESULT hr = CheckConnection(receivePin, type);
+    if (FAILED(hr))
+        return hr;
     connected_ = receivePin;
     connected_->AddRef();
     hr = SetMediaType(type);
@@ -168,21 +184,13 @@ HRESULT STDMETHODCALLTYPE CBasePin::ReceiveConnection(IPin* connector, const AM_
     if (!connector || !type)
         return E_POINTER;
     CAutoLock lock(lock_);
-    if (connected_)
-        return VFW_E_ALREADY_CONNECTED;
-    if (!IsStopped())
-        return VFW_E_NOT_STOPPED;
-    HRESULT hr = CheckConnect(connector);
-    if (FAILED(hr)) {
-        BreakConnect();
+    HRESULT hr = CanConnect();
+    if (FAILED(hr))
         return hr;
-    }
     CMediaType offered(*type);
-    hr = CheckMediaType(&offered);
-    if (hr != S_OK) {
-        BreakConnect();
-        return SUCCEEDED(hr) ? VFW_E_TYPE_NOT_ACCEPTED : hr;
-    }
+    hr = CheckConnection(connector, &offered);
+    if (FAILED(hr))
+        return hr;
     connected_ = connector;
     connected_->AddRef();
     hr = SetMediaType(&offered);

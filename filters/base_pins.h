@@ -62,6 +62,11 @@ public:
     CBaseFilter* Filter() const { return filter_; }
 
 protected:
+    // Only a free pin of a stopped filter may be connected.
+    HRESULT CanConnect() const;
+    // The pin's own tests of a peer and a type; where either refuses, what
+    // CheckConnect prepared is undone.
+    HRESULT CheckConnection(IPin* pin, const CMediaType* type);
     HRESULT AgreeMediaType(IPin* receivePin, const CMediaType* type);
     HRESULT TryMediaTypes(IPin* receivePin, const CMediaType* partial, IEnumMediaTypes* types);
     HRESULT AttemptConnection(IPin* receivePin, const CMediaType* type);
