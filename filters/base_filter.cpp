@@ -8,14 +8,13 @@
 #include <cwchar>
 
 CBaseFilter::CBaseFilter(const wchar_t* name, IUnknown* owner, CCritSec* lock, REFCLSID clsid)
-    : CUnknown(name, owner), m_clsid(clsid), m_pLock(lock)
+    : CUnknown(name, owner), clsid_(clsid), lock_(lock)
 {
 }
 
 CBaseFilter::~CBaseFilter()
 {
-    if (m_pClock)
-        m_pClock->Release();
+    ReleaseInterface(clock_);
 }
 
 HRESULT STDMETHODCALLTYPE CBaseFilter::NonDelegatingQueryInterface(REFIID iid, void** object)
@@ -33,15 +32,15 @@ HRESULT STDMETHODCALLTYPE CBaseFilter::GetClassID(CLSID* clsid)
 {
     if (!clsid)
         return E_POINTER;
-    *clsid = m_clsid;
+    *clsid = clsid_;
     return S_OK;
 }
 
 HRESULT STDMETHODCALLTYPE CBaseFilter::Stop()
 {
-    CAutoLock lock(m_pLock);
+    CAutoLock lock(lock_);
     HRESULT result = S_OK;
-    if (m_State != State_Stopped) {
+    if (state_ != State_Stopped) {
         for (int i = 0; i < GetPinCount(); ++i) {
             CBasePin* pin = GetPin(i);
             if (pin && pin->IsConnected()) {
@@ -51,14 +50,14 @@ HRESULT STDMETHODCALLTYPE CBaseFilter::Stop()
             }
         }
     }
-    m_State = State_Stopped;
+    state_ = State_Stopped;
     return result;
 }
 
 HRESULT STDMETHODCALLTYPE CBaseFilter::Pause()
 {
-    CAutoLock lock(m_pLock);
-    if (m_State == State_Stopped) {
+    CAutoLock lock(lock_);
+    if (state_ == State_Stopped) {
         for (int i = 0; i < GetPinCount(); ++i) {
             CBasePin* pin = GetPin(i);
             if (pin && pin->IsConnected()) {
@@ -68,23 +67,23 @@ HRESULT STDMETHODCALLTYPE CBaseFilter::Pause()
             }
         }
     }
-    m_State = State_Paused;
+    state_ = State_Paused;
     return S_OK;
 }
 
 HRESULT STDMETHODCALLTYPE CBaseFilter::Run(REFERENCE_TIME start)
 {
-    CAutoLock lock(m_pLock);
+    CAutoLock lock(lock_);
     {
-        CAutoLock clockLock(&m_csClock);
-        m_tStart = start;
+        CAutoLock clockLock(&clockLock_);
+        start_ = start;
     }
-    if (m_State == State_Stopped) {
+    if (state_ == State_Stopped) {
         HRESULT hr = Pause();
         if (FAILED(hr))
             return hr;
     }
-    if (m_State != State_Running) {
+    if (state_ != State_Running) {
         for (int i = 0; i < GetPinCount(); ++i) {
             CBasePin* pin = GetPin(i);
             if (pin && pin->IsConnected()) {
@@ -94,7 +93,7 @@ HRESULT STDMETHODCALLTYPE CBaseFilter::Run(REFERENCE_TIME start)
             }
         }
     }
-    m_State = State_Running;
+    state_ = State_Running;
     return S_OK;
 }
 
@@ -102,19 +101,15 @@ HRESULT STDMETHODCALLTYPE CBaseFilter::GetState(DWORD timeout, FILTER_STATE* sta
 {
     if (!state)
         return E_POINTER;
-    *state = m_State;
+    *state = state_;
     return S_OK;
 }
 
 HRESULT STDMETHODCALLTYPE CBaseFilter::SetSyncSource(IReferenceClock* clock)
 {
-    CAutoLock lock(m_pLock);
-    CAutoLock clockLock(&m_csClock);
-    if (clock)
-        clock->AddRef();
-    if (m_pClock)
-        m_pClock->Release();
-    m_pClock = clock;
+    CAutoLock lock(lock_);
+    CAutoLock clockLock(&clockLock_);
+    ReplaceInterface(clock_, clock);
     return S_OK;
 }
 
@@ -122,10 +117,8 @@ HRESULT STDMETHODCALLTYPE CBaseFilter::GetSyncSource(IReferenceClock** clock)
 {
     if (!clock)
         return E_POINTER;
-    CAutoLock lock(&m_csClock);
-    *clock = m_pClock;
-    if (m_pClock)
-        m_pClock->AddRef();
+    CAutoLock lock(&clockLock_);
+    HandOutInterface(clock_, clock);
     return S_OK;
 }
 
@@ -141,7 +134,7 @@ HRESULT STDMETHODCALLTYPE CBaseFilter::FindPin(LPCWSTR id, IPin** found)
 {
     if (!id || !found)
         return E_POINTER;
-    CAutoLock lock(m_pLock);
+    CAutoLock lock(lock_);
     for (int i = 0; i < GetPinCount(); ++i) {
         CBasePin* pin = GetPin(i);
         if (pin && std::wcscmp(pin->Name(), id) == 0) {
@@ -158,32 +151,30 @@ HRESULT STDMETHODCALLTYPE CBaseFilter::QueryFilterInfo(FILTER_INFO* info)
 {
     if (!info)
         return E_POINTER;
-    std::wcsncpy(info->achName, m_pName, MAX_FILTER_NAME - 1);
+    std::wcsncpy(info->achName, name_, MAX_FILTER_NAME - 1);
     info->achName[MAX_FILTER_NAME - 1] = L'\0';
-    info->pGraph = m_pGraph;
-    if (m_pGraph)
-        m_pGraph->AddRef();
+    HandOutInterface(graph_, &info->pGraph);
     return S_OK;
 }
 
 HRESULT STDMETHODCALLTYPE CBaseFilter::JoinFilterGraph(IFilterGraph* graph, LPCWSTR name)
 {
-    CAutoLock lock(m_pLock);
-    m_pGraph = graph;
-    m_pSink = nullptr;
+    CAutoLock lock(lock_);
+    graph_ = graph;
+    eventSink_ = nullptr;
     if (graph) {
         // The graph holds the filter; holding the graph back would make a
         // cycle, so the sink's reference is dropped at once and the pointer
         // kept for as long as the filter is in the graph.
-        if (SUCCEEDED(graph->QueryInterface(IID_IMediaEventSink, reinterpret_cast<void**>(&m_pSink))))
-            m_pSink->Release();
+        if (SUCCEEDED(graph->QueryInterface(IID_IMediaEventSink, reinterpret_cast<void**>(&eventSink_))))
+            eventSink_->Release();
         else
-            m_pSink = nullptr;
+            eventSink_ = nullptr;
     }
-    m_pName[0] = L'\0';
+    name_[0] = L'\0';
     if (name) {
-        std::wcsncpy(m_pName, name, MAX_FILTER_NAME - 1);
-        m_pName[MAX_FILTER_NAME - 1] = L'\0';
+        std::wcsncpy(name_, name, MAX_FILTER_NAME - 1);
+        name_[MAX_FILTER_NAME - 1] = L'\0';
     }
     return S_OK;
 }
@@ -205,24 +196,24 @@ HRESULT STDMETHODCALLTYPE CBaseFilter::Unregister()
 
 HRESULT CBaseFilter::StreamTime(REFERENCE_TIME& time)
 {
-    CAutoLock lock(&m_csClock);
-    if (!m_pClock)
+    CAutoLock lock(&clockLock_);
+    if (!clock_)
         return VFW_E_NO_CLOCK;
-    HRESULT hr = m_pClock->GetTime(&time);
+    HRESULT hr = clock_->GetTime(&time);
     if (FAILED(hr))
         return hr;
-    time -= m_tStart;
+    time -= start_;
     return S_OK;
 }
 
 LONG CBaseFilter::GetPinVersion()
 {
-    return m_PinVersion;
+    return pinVersion_;
 }
 
 HRESULT CBaseFilter::NotifyEvent(long code, LONG_PTR param1, LONG_PTR param2)
 {
-    IMediaEventSink* sink = m_pSink;
+    IMediaEventSink* sink = eventSink_;
     if (!sink)
         return E_NOTIMPL;
     if (code == EC_COMPLETE)

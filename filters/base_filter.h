@@ -45,26 +45,26 @@ public:
     virtual CBasePin* GetPin(int n) = 0;
     virtual const void* GetSetupData() { return nullptr; }
 
-    bool IsStopped() const { return m_State == State_Stopped; }
-    bool IsActive() const { return m_State != State_Stopped; }
-    FILTER_STATE State() const { return m_State; }
-    IFilterGraph* Graph() const { return m_pGraph; }
+    bool IsStopped() const { return state_ == State_Stopped; }
+    bool IsActive() const { return state_ != State_Stopped; }
+    FILTER_STATE State() const { return state_; }
+    IFilterGraph* Graph() const { return graph_; }
     // Passes an event to the graph's event sink, if the filter is in a graph.
     HRESULT NotifyEvent(long code, LONG_PTR param1, LONG_PTR param2);
 
 protected:
-    void IncrementPinVersion() { InterlockedIncrement(&m_PinVersion); }
+    void IncrementPinVersion() { InterlockedIncrement(&pinVersion_); }
 
-    FILTER_STATE m_State = State_Stopped;
-    IReferenceClock* m_pClock = nullptr;
+    FILTER_STATE state_ = State_Stopped;
+    IReferenceClock* clock_ = nullptr;
     // Guards the clock alone: streaming threads read the stream time while
     // a state change holds the filter lock and waits for them.
-    CCritSec m_csClock;
-    REFERENCE_TIME m_tStart = 0;
-    CLSID m_clsid;
-    CCritSec* m_pLock;
-    wchar_t m_pName[MAX_FILTER_NAME] = {};
-    IFilterGraph* m_pGraph = nullptr;  // not counted: the graph owns the filter
-    IMediaEventSink* m_pSink = nullptr;  // not counted either
-    volatile LONG m_PinVersion = 1;
+    CCritSec clockLock_;
+    REFERENCE_TIME start_ = 0;
+    CLSID clsid_;
+    CCritSec* lock_;
+    wchar_t name_[MAX_FILTER_NAME] = {};
+    IFilterGraph* graph_ = nullptr;  // not counted: the graph owns the filter
+    IMediaEventSink* eventSink_ = nullptr;  // not counted either
+    volatile LONG pinVersion_ = 1;
 };

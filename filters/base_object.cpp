@@ -39,15 +39,15 @@ HRESULT STDMETHODCALLTYPE CUnknown::NonDelegatingQueryInterface(REFIID iid, void
 
 ULONG STDMETHODCALLTYPE CUnknown::NonDelegatingAddRef()
 {
-    return static_cast<ULONG>(InterlockedIncrement(&m_cRef));
+    return static_cast<ULONG>(InterlockedIncrement(&references_));
 }
 
 ULONG STDMETHODCALLTYPE CUnknown::NonDelegatingRelease()
 {
-    LONG count = InterlockedDecrement(&m_cRef);
+    LONG count = InterlockedDecrement(&references_);
     if (count == 0) {
         // Guards against a destructor that adds and drops a reference.
-        m_cRef = 1;
+        references_ = 1;
         delete this;
         return 0;
     }

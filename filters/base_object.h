@@ -66,7 +66,7 @@ public:
     IUnknown* GetOwner() const { return owner_; }
 
 protected:
-    volatile LONG m_cRef = 0;
+    volatile LONG references_ = 0;
 
 private:
     IUnknown* owner_;
@@ -74,6 +74,36 @@ private:
 
 // Hands out an interface pointer with a reference added.
 HRESULT GetInterface(IUnknown* unknown, void** object);
+
+// Lets go of a held interface, if there is one, and forgets it.
+template <class Interface>
+void ReleaseInterface(Interface*& held)
+{
+    if (held) {
+        held->Release();
+        held = nullptr;
+    }
+}
+
+// Holds another interface, or none, in place of the one held.
+template <class Interface>
+void ReplaceInterface(Interface*& held, Interface* replacement)
+{
+    if (replacement)
+        replacement->AddRef();
+    if (held)
+        held->Release();
+    held = replacement;
+}
+
+// Gives a caller the held interface, or none, with a reference of its own.
+template <class Interface>
+void HandOutInterface(Interface* held, Interface** out)
+{
+    *out = held;
+    if (held)
+        held->AddRef();
+}
 
 // The public IUnknown of a class deriving from CUnknown and COM interfaces.
 #define DECLARE_IUNKNOWN                                                                   \

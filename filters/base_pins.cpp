@@ -19,23 +19,30 @@ wchar_t* CopyName(const wchar_t* name)
     return copy;
 }
 
+// Ends a connection's use of its allocator: its buffers are freed and the
+// pin no longer holds it.
+void DropAllocator(IMemAllocator*& allocator)
+{
+    if (allocator) {
+        allocator->Decommit();
+        ReleaseInterface(allocator);
+    }
+}
+
 }  // namespace
 
 // ---------------------------------------------------------------- CBasePin
 
 CBasePin::CBasePin(const wchar_t* objectName, CBaseFilter* filter, CCritSec* lock, HRESULT* result,
                    const wchar_t* name, PIN_DIRECTION direction)
-    : CUnknown(objectName, nullptr), m_pName(CopyName(name)), m_dir(direction), m_pLock(lock), m_pFilter(filter)
+    : CUnknown(objectName, nullptr), name_(CopyName(name)), direction_(direction), lock_(lock), filter_(filter)
 {
 }
 
 CBasePin::~CBasePin()
 {
-    if (m_Connected) {
-        m_Connected->Release();
-        m_Connected = nullptr;
-    }
-    delete[] m_pName;
+    ReleaseInterface(connected_);
+    delete[] name_;
 }
 
 HRESULT STDMETHODCALLTYPE CBasePin::NonDelegatingQueryInterface(REFIID iid, void** object)
@@ -52,27 +59,26 @@ HRESULT STDMETHODCALLTYPE CBasePin::NonDelegatingQueryInterface(REFIID iid, void
 // A pin lives as long as its filter: its count is the filter's.
 ULONG STDMETHODCALLTYPE CBasePin::NonDelegatingAddRef()
 {
-    return m_pFilter->AddRef();
+    return filter_->AddRef();
 }
 
 ULONG STDMETHODCALLTYPE CBasePin::NonDelegatingRelease()
 {
-    return m_pFilter->Release();
+    return filter_->Release();
 }
 
 HRESULT STDMETHODCALLTYPE CBasePin::Connect(IPin* receivePin, const AM_MEDIA_TYPE* type)
 {
     if (!receivePin)
         return E_POINTER;
-    CAutoLock lock(m_pLock);
-    if (m_Connected)
-        return VFW_E_ALREADY_CONNECTED;
-    if (!IsStopped())
-        return VFW_E_NOT_STOPPED;
+    CAutoLock lock(lock_);
+    HRESULT hr = CanConnect();
+    if (FAILED(hr))
+        return hr;
     CMediaType wanted;
     if (type)
         wanted = *type;
-    HRESULT hr = AgreeMediaType(receivePin, &wanted);
+    hr = AgreeMediaType(receivePin, &wanted);
     if (FAILED(hr))
         return hr;
     return S_OK;
@@ -88,7 +94,7 @@ HRESULT CBasePin::AgreeMediaType(IPin* receivePin, const CMediaType* type)
     HRESULT failure = VFW_E_NO_ACCEPTABLE_TYPES;
     for (int attempt = 0; attempt < 2; ++attempt) {
         IEnumMediaTypes* types = nullptr;
-        bool theirs = (attempt == 0) != m_bTryMyTypesFirst;
+        bool theirs = (attempt == 0) != tryMyTypesFirst_;
         HRESULT hr = theirs ? receivePin->EnumMediaTypes(&types) : EnumMediaTypes(&types);
         if (SUCCEEDED(hr) && types) {
             hr = TryMediaTypes(receivePin, type, types);
@@ -127,9 +133,18 @@ HRESULT CBasePin::TryMediaTypes(IPin* receivePin, const CMediaType* partial, IEn
     return failure == S_OK ? VFW_E_NO_ACCEPTABLE_TYPES : failure;
 }
 
-HRESULT CBasePin::AttemptConnection(IPin* receivePin, const CMediaType* type)
+HRESULT CBasePin::CanConnect() const
 {
-    HRESULT hr = CheckConnect(receivePin);
+    if (connected_)
+        return VFW_E_ALREADY_CONNECTED;
+    if (!IsStopped())
+        return VFW_E_NOT_STOPPED;
+    return S_OK;
+}
+
+HRESULT CBasePin::CheckConnection(IPin* pin, const CMediaType* type)
+{
+    HRESULT hr = CheckConnect(pin);
     if (FAILED(hr)) {
         BreakConnect();
         return hr;
@@ -139,8 +154,16 @@ HRESULT CBasePin::AttemptConnection(IPin* receivePin, const CMediaType* type)
         BreakConnect();
         return SUCCEEDED(hr) ? VFW_E_TYPE_NOT_ACCEPTED : hr;
     }
-    m_Connected = receivePin;
-    m_Connected->AddRef();
+    return S_OK;
+}
+
+HRESULT CBasePin::AttemptConnection(IPin* receivePin, const CMediaType* type)
+{
+    HRESULT hr = CheckConnection(receivePin, type);
+    if (FAILED(hr))
+        return hr;
+    connected_ = receivePin;
+    connected_->AddRef();
     hr = SetMediaType(type);
     if (SUCCEEDED(hr)) {
         hr = receivePin->ReceiveConnection(static_cast<IPin*>(this), type);
@@ -152,10 +175,7 @@ HRESULT CBasePin::AttemptConnection(IPin* receivePin, const CMediaType* type)
         }
     }
     BreakConnect();
-    if (m_Connected) {
-        m_Connected->Release();
-        m_Connected = nullptr;
-    }
+    ReleaseInterface(connected_);
     return FAILED(hr) ? hr : VFW_E_TYPE_NOT_ACCEPTED;
 }
 
@@ -163,39 +183,30 @@ HRESULT STDMETHODCALLTYPE CBasePin::ReceiveConnection(IPin* connector, const AM_
 {
     if (!connector || !type)
         return E_POINTER;
-    CAutoLock lock(m_pLock);
-    if (m_Connected)
-        return VFW_E_ALREADY_CONNECTED;
-    if (!IsStopped())
-        return VFW_E_NOT_STOPPED;
-    HRESULT hr = CheckConnect(connector);
-    if (FAILED(hr)) {
-        BreakConnect();
+    CAutoLock lock(lock_);
+    HRESULT hr = CanConnect();
+    if (FAILED(hr))
         return hr;
-    }
     CMediaType offered(*type);
-    hr = CheckMediaType(&offered);
-    if (hr != S_OK) {
-        BreakConnect();
-        return SUCCEEDED(hr) ? VFW_E_TYPE_NOT_ACCEPTED : hr;
-    }
-    m_Connected = connector;
-    m_Connected->AddRef();
+    hr = CheckConnection(connector, &offered);
+    if (FAILED(hr))
+        return hr;
+    connected_ = connector;
+    connected_->AddRef();
     hr = SetMediaType(&offered);
     if (SUCCEEDED(hr)) {
         hr = CompleteConnect(connector);
         if (SUCCEEDED(hr))
             return S_OK;
     }
-    m_Connected->Release();
-    m_Connected = nullptr;
+    ReleaseInterface(connected_);
     BreakConnect();
     return hr;
 }
 
 HRESULT STDMETHODCALLTYPE CBasePin::Disconnect()
 {
-    CAutoLock lock(m_pLock);
+    CAutoLock lock(lock_);
     if (!IsStopped())
         return VFW_E_NOT_STOPPED;
     return DisconnectInternal();
@@ -203,13 +214,12 @@ HRESULT STDMETHODCALLTYPE CBasePin::Disconnect()
 
 HRESULT CBasePin::DisconnectInternal()
 {
-    if (!m_Connected)
+    if (!connected_)
         return S_FALSE;
     HRESULT hr = BreakConnect();
     if (FAILED(hr))
         return hr;
-    m_Connected->Release();
-    m_Connected = nullptr;
+    ReleaseInterface(connected_);
     return S_OK;
 }
 
@@ -217,40 +227,37 @@ HRESULT STDMETHODCALLTYPE CBasePin::ConnectedTo(IPin** pin)
 {
     if (!pin)
         return E_POINTER;
-    *pin = m_Connected;
-    if (!m_Connected)
-        return VFW_E_NOT_CONNECTED;
-    m_Connected->AddRef();
-    return S_OK;
+    HandOutInterface(connected_, pin);
+    return connected_ ? S_OK : VFW_E_NOT_CONNECTED;
 }
 
 HRESULT STDMETHODCALLTYPE CBasePin::ConnectionMediaType(AM_MEDIA_TYPE* type)
 {
     if (!type)
         return E_POINTER;
-    CAutoLock lock(m_pLock);
-    if (!m_Connected) {
+    CAutoLock lock(lock_);
+    if (!connected_) {
         CMediaType empty;
         *type = empty;
         type->pbFormat = nullptr;
         type->cbFormat = 0;
         return VFW_E_NOT_CONNECTED;
     }
-    return CopyMediaType(type, &m_mt);
+    return CopyMediaType(type, &mediaType_);
 }
 
 HRESULT STDMETHODCALLTYPE CBasePin::QueryPinInfo(PIN_INFO* info)
 {
     if (!info)
         return E_POINTER;
-    info->pFilter = m_pFilter;
-    m_pFilter->AddRef();
+    info->pFilter = filter_;
+    filter_->AddRef();
     info->achName[0] = L'\0';
-    if (m_pName) {
-        std::wcsncpy(info->achName, m_pName, MAX_PIN_NAME - 1);
+    if (name_) {
+        std::wcsncpy(info->achName, name_, MAX_PIN_NAME - 1);
         info->achName[MAX_PIN_NAME - 1] = L'\0';
     }
-    info->dir = m_dir;
+    info->dir = direction_;
     return S_OK;
 }
 
@@ -258,7 +265,7 @@ HRESULT STDMETHODCALLTYPE CBasePin::QueryDirection(PIN_DIRECTION* direction)
 {
     if (!direction)
         return E_POINTER;
-    *direction = m_dir;
+    *direction = direction_;
     return S_OK;
 }
 
@@ -266,7 +273,7 @@ HRESULT STDMETHODCALLTYPE CBasePin::QueryId(LPWSTR* id)
 {
     if (!id)
         return E_POINTER;
-    const wchar_t* name = m_pName ? m_pName : L"";
+    const wchar_t* name = name_ ? name_ : L"";
     size_t bytes = (std::wcslen(name) + 1) * sizeof(wchar_t);
     *id = static_cast<LPWSTR>(CoTaskMemAlloc(bytes));
     if (!*id)
@@ -304,26 +311,26 @@ HRESULT STDMETHODCALLTYPE CBasePin::EndOfStream()
 
 HRESULT STDMETHODCALLTYPE CBasePin::NewSegment(REFERENCE_TIME start, REFERENCE_TIME stop, double rate)
 {
-    m_tStart = start;
-    m_tStop = stop;
-    m_dRate = rate;
+    segmentStart_ = start;
+    segmentStop_ = stop;
+    segmentRate_ = rate;
     return S_OK;
 }
 
 HRESULT STDMETHODCALLTYPE CBasePin::Notify(IBaseFilter* sender, Quality quality)
 {
-    return m_pQSink ? m_pQSink->Notify(m_pFilter, quality) : E_NOTIMPL;
+    return qualitySink_ ? qualitySink_->Notify(filter_, quality) : E_NOTIMPL;
 }
 
 HRESULT STDMETHODCALLTYPE CBasePin::SetSink(IQualityControl* sink)
 {
-    m_pQSink = sink;
+    qualitySink_ = sink;
     return S_OK;
 }
 
 HRESULT CBasePin::SetMediaType(const CMediaType* type)
 {
-    return m_mt.Set(*type);
+    return mediaType_.Set(*type);
 }
 
 HRESULT CBasePin::CheckConnect(IPin* pin)
@@ -332,7 +339,7 @@ HRESULT CBasePin::CheckConnect(IPin* pin)
     HRESULT hr = pin->QueryDirection(&direction);
     if (FAILED(hr))
         return hr;
-    return direction == m_dir ? VFW_E_INVALID_DIRECTION : S_OK;
+    return direction == direction_ ? VFW_E_INVALID_DIRECTION : S_OK;
 }
 
 HRESULT CBasePin::BreakConnect()
@@ -360,10 +367,7 @@ CBaseInputPin::CBaseInputPin(const wchar_t* objectName, CBaseFilter* filter, CCr
 
 CBaseInputPin::~CBaseInputPin()
 {
-    if (m_pAllocator) {
-        m_pAllocator->Release();
-        m_pAllocator = nullptr;
-    }
+    ReleaseInterface(allocator_);
 }
 
 HRESULT STDMETHODCALLTYPE CBaseInputPin::NonDelegatingQueryInterface(REFIID iid, void** object)
@@ -377,15 +381,14 @@ HRESULT STDMETHODCALLTYPE CBaseInputPin::GetAllocator(IMemAllocator** allocator)
 {
     if (!allocator)
         return E_POINTER;
-    CAutoLock lock(m_pLock);
-    if (!m_pAllocator) {
+    CAutoLock lock(lock_);
+    if (!allocator_) {
         HRESULT hr = CoCreateInstance(CLSID_MemoryAllocator, nullptr, CLSCTX_INPROC_SERVER, IID_IMemAllocator,
-                                      reinterpret_cast<void**>(&m_pAllocator));
+                                      reinterpret_cast<void**>(&allocator_));
         if (FAILED(hr))
             return hr;
     }
-    *allocator = m_pAllocator;
-    m_pAllocator->AddRef();
+    HandOutInterface(allocator_, allocator);
     return S_OK;
 }
 
@@ -393,12 +396,9 @@ HRESULT STDMETHODCALLTYPE CBaseInputPin::NotifyAllocator(IMemAllocator* allocato
 {
     if (!allocator)
         return E_POINTER;
-    CAutoLock lock(m_pLock);
-    allocator->AddRef();
-    if (m_pAllocator)
-        m_pAllocator->Release();
-    m_pAllocator = allocator;
-    m_bReadOnly = readOnly != FALSE;
+    CAutoLock lock(lock_);
+    ReplaceInterface(allocator_, allocator);
+    readOnly_ = readOnly != FALSE;
     return S_OK;
 }
 
@@ -413,9 +413,9 @@ HRESULT CBaseInputPin::CheckStreaming()
         return VFW_E_NOT_CONNECTED;
     if (IsStopped())
         return VFW_E_WRONG_STATE;
-    if (m_bFlushing)
+    if (flushing_)
         return S_FALSE;
-    if (m_bRunTimeError)
+    if (runTimeError_)
         return VFW_E_RUNTIME_ERROR;
     return S_OK;
 }
@@ -437,8 +437,8 @@ HRESULT STDMETHODCALLTYPE CBaseInputPin::Receive(IMediaSample* sample)
         DeleteMediaType(changed);
         if (CheckMediaType(&type) != S_OK) {
             EndOfStream();
-            m_bRunTimeError = true;
-            m_pFilter->NotifyEvent(EC_ERRORABORT, VFW_E_TYPE_NOT_ACCEPTED, 0);
+            runTimeError_ = true;
+            filter_->NotifyEvent(EC_ERRORABORT, VFW_E_TYPE_NOT_ACCEPTED, 0);
             return VFW_E_INVALIDMEDIATYPE;
         }
     }
@@ -467,34 +467,30 @@ HRESULT STDMETHODCALLTYPE CBaseInputPin::ReceiveCanBlock()
 
 HRESULT STDMETHODCALLTYPE CBaseInputPin::BeginFlush()
 {
-    CAutoLock lock(m_pLock);
-    m_bFlushing = true;
+    CAutoLock lock(lock_);
+    flushing_ = true;
     return S_OK;
 }
 
 HRESULT STDMETHODCALLTYPE CBaseInputPin::EndFlush()
 {
-    CAutoLock lock(m_pLock);
-    m_bFlushing = false;
-    m_bRunTimeError = false;
+    CAutoLock lock(lock_);
+    flushing_ = false;
+    runTimeError_ = false;
     return S_OK;
 }
 
 HRESULT CBaseInputPin::BreakConnect()
 {
-    if (m_pAllocator) {
-        m_pAllocator->Decommit();
-        m_pAllocator->Release();
-        m_pAllocator = nullptr;
-    }
+    DropAllocator(allocator_);
     return S_OK;
 }
 
 HRESULT CBaseInputPin::Inactive()
 {
-    m_bRunTimeError = false;
-    m_bFlushing = false;
-    return m_pAllocator ? m_pAllocator->Decommit() : S_OK;
+    runTimeError_ = false;
+    flushing_ = false;
+    return allocator_ ? allocator_->Decommit() : S_OK;
 }
 
 // ---------------------------------------------------------- CBaseOutputPin
@@ -507,10 +503,8 @@ CBaseOutputPin::CBaseOutputPin(const wchar_t* objectName, CBaseFilter* filter, C
 
 CBaseOutputPin::~CBaseOutputPin()
 {
-    if (m_pAllocator)
-        m_pAllocator->Release();
-    if (m_pInputPin)
-        m_pInputPin->Release();
+    ReleaseInterface(allocator_);
+    ReleaseInterface(inputPin_);
 }
 
 HRESULT CBaseOutputPin::CheckConnect(IPin* pin)
@@ -518,13 +512,10 @@ HRESULT CBaseOutputPin::CheckConnect(IPin* pin)
     HRESULT hr = CBasePin::CheckConnect(pin);
     if (FAILED(hr))
         return hr;
-    if (m_pInputPin) {
-        m_pInputPin->Release();
-        m_pInputPin = nullptr;
-    }
-    hr = pin->QueryInterface(IID_IMemInputPin, reinterpret_cast<void**>(&m_pInputPin));
-    if (FAILED(hr) || !m_pInputPin) {
-        m_pInputPin = nullptr;
+    ReleaseInterface(inputPin_);
+    hr = pin->QueryInterface(IID_IMemInputPin, reinterpret_cast<void**>(&inputPin_));
+    if (FAILED(hr) || !inputPin_) {
+        inputPin_ = nullptr;
         return VFW_E_NO_TRANSPORT;
     }
     return S_OK;
@@ -532,61 +523,46 @@ HRESULT CBaseOutputPin::CheckConnect(IPin* pin)
 
 HRESULT CBaseOutputPin::CompleteConnect(IPin* receivePin)
 {
-    return DecideAllocator(m_pInputPin, &m_pAllocator);
+    return DecideAllocator(inputPin_, &allocator_);
 }
 
 HRESULT CBaseOutputPin::BreakConnect()
 {
-    if (m_pAllocator) {
-        m_pAllocator->Decommit();
-        m_pAllocator->Release();
-        m_pAllocator = nullptr;
-    }
-    if (m_pInputPin) {
-        m_pInputPin->Release();
-        m_pInputPin = nullptr;
-    }
+    DropAllocator(allocator_);
+    ReleaseInterface(inputPin_);
     return S_OK;
 }
 
 HRESULT CBaseOutputPin::DecideAllocator(IMemInputPin* pin, IMemAllocator** allocator)
 {
-    if (*allocator) {
-        (*allocator)->Release();
-        *allocator = nullptr;
-    }
+    ReleaseInterface(*allocator);
     ALLOCATOR_PROPERTIES properties = {};
     pin->GetAllocatorRequirements(&properties);
     if (properties.cbAlign == 0)
         properties.cbAlign = 1;
 
     HRESULT hr = pin->GetAllocator(allocator);
-    if (SUCCEEDED(hr) && *allocator) {
-        hr = DecideBufferSize(*allocator, &properties);
-        if (SUCCEEDED(hr)) {
-            hr = pin->NotifyAllocator(*allocator, FALSE);
-            if (SUCCEEDED(hr))
-                return S_OK;
-        }
-    }
-    if (*allocator) {
-        (*allocator)->Release();
-        *allocator = nullptr;
-    }
+    if (SUCCEEDED(hr) && *allocator && SUCCEEDED(SettleAllocator(pin, allocator, &properties)))
+        return S_OK;
+    ReleaseInterface(*allocator);
 
     hr = InitAllocator(allocator);
+    if (SUCCEEDED(hr))
+        return SettleAllocator(pin, allocator, &properties);
+    ReleaseInterface(*allocator);
+    return hr;
+}
+
+HRESULT CBaseOutputPin::SettleAllocator(IMemInputPin* pin, IMemAllocator** allocator,
+                                        ALLOCATOR_PROPERTIES* properties)
+{
+    HRESULT hr = DecideBufferSize(*allocator, properties);
     if (SUCCEEDED(hr)) {
-        hr = DecideBufferSize(*allocator, &properties);
-        if (SUCCEEDED(hr)) {
-            hr = pin->NotifyAllocator(*allocator, FALSE);
-            if (SUCCEEDED(hr))
-                return S_OK;
-        }
+        hr = pin->NotifyAllocator(*allocator, FALSE);
+        if (SUCCEEDED(hr))
+            return S_OK;
     }
-    if (*allocator) {
-        (*allocator)->Release();
-        *allocator = nullptr;
-    }
+    ReleaseInterface(*allocator);
     return hr;
 }
 
@@ -598,43 +574,43 @@ HRESULT CBaseOutputPin::InitAllocator(IMemAllocator** allocator)
 
 HRESULT CBaseOutputPin::Active()
 {
-    return m_pAllocator ? m_pAllocator->Commit() : VFW_E_NO_ALLOCATOR;
+    return allocator_ ? allocator_->Commit() : VFW_E_NO_ALLOCATOR;
 }
 
 HRESULT CBaseOutputPin::Inactive()
 {
-    return m_pAllocator ? m_pAllocator->Decommit() : VFW_E_NO_ALLOCATOR;
+    return allocator_ ? allocator_->Decommit() : VFW_E_NO_ALLOCATOR;
 }
 
 HRESULT CBaseOutputPin::GetDeliveryBuffer(IMediaSample** sample, REFERENCE_TIME* start, REFERENCE_TIME* stop,
                                           DWORD flags)
 {
-    if (!m_pAllocator)
+    if (!allocator_)
         return VFW_E_NO_ALLOCATOR;
-    return m_pAllocator->GetBuffer(sample, start, stop, flags);
+    return allocator_->GetBuffer(sample, start, stop, flags);
 }
 
 HRESULT CBaseOutputPin::Deliver(IMediaSample* sample)
 {
-    return m_pInputPin ? m_pInputPin->Receive(sample) : VFW_E_NOT_CONNECTED;
+    return inputPin_ ? inputPin_->Receive(sample) : VFW_E_NOT_CONNECTED;
 }
 
 HRESULT CBaseOutputPin::DeliverEndOfStream()
 {
-    return m_Connected ? m_Connected->EndOfStream() : VFW_E_NOT_CONNECTED;
+    return connected_ ? connected_->EndOfStream() : VFW_E_NOT_CONNECTED;
 }
 
 HRESULT CBaseOutputPin::DeliverBeginFlush()
 {
-    return m_Connected ? m_Connected->BeginFlush() : VFW_E_NOT_CONNECTED;
+    return connected_ ? connected_->BeginFlush() : VFW_E_NOT_CONNECTED;
 }
 
 HRESULT CBaseOutputPin::DeliverEndFlush()
 {
-    return m_Connected ? m_Connected->EndFlush() : VFW_E_NOT_CONNECTED;
+    return connected_ ? connected_->EndFlush() : VFW_E_NOT_CONNECTED;
 }
 
 HRESULT CBaseOutputPin::DeliverNewSegment(REFERENCE_TIME start, REFERENCE_TIME stop, double rate)
 {
-    return m_Connected ? m_Connected->NewSegment(start, stop, rate) : VFW_E_NOT_CONNECTED;
+    return connected_ ? connected_->NewSegment(start, stop, rate) : VFW_E_NOT_CONNECTED;
 }

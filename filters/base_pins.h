@@ -46,41 +46,46 @@ public:
     virtual HRESULT CompleteConnect(IPin* receivePin);
     // The types the pin offers, by position; VFW_S_NO_MORE_ITEMS past the end.
     virtual HRESULT GetMediaType(int position, CMediaType* type);
-    virtual LONG GetMediaTypeVersion() { return m_TypeVersion; }
-    void IncrementTypeVersion() { InterlockedIncrement(&m_TypeVersion); }
+    virtual LONG GetMediaTypeVersion() { return typeVersion_; }
+    void IncrementTypeVersion() { InterlockedIncrement(&typeVersion_); }
 
     // State changes of the filter, passed to each connected pin.
     virtual HRESULT Active() { return S_OK; }
     virtual HRESULT Inactive() { return S_OK; }
     virtual HRESULT Run(REFERENCE_TIME start) { return S_OK; }
 
-    bool IsConnected() const { return m_Connected != nullptr; }
-    IPin* GetConnected() const { return m_Connected; }
-    bool IsStopped() const { return m_pFilter->IsStopped(); }
-    const wchar_t* Name() const { return m_pName; }
-    const CMediaType& CurrentMediaType() const { return m_mt; }
-    CBaseFilter* Filter() const { return m_pFilter; }
+    bool IsConnected() const { return connected_ != nullptr; }
+    IPin* GetConnected() const { return connected_; }
+    bool IsStopped() const { return filter_->IsStopped(); }
+    const wchar_t* Name() const { return name_; }
+    const CMediaType& CurrentMediaType() const { return mediaType_; }
+    CBaseFilter* Filter() const { return filter_; }
 
 protected:
+    // Only a free pin of a stopped filter may be connected.
+    HRESULT CanConnect() const;
+    // The pin's own tests of a peer and a type; where either refuses, what
+    // CheckConnect prepared is undone.
+    HRESULT CheckConnection(IPin* pin, const CMediaType* type);
     HRESULT AgreeMediaType(IPin* receivePin, const CMediaType* type);
     HRESULT TryMediaTypes(IPin* receivePin, const CMediaType* partial, IEnumMediaTypes* types);
     HRESULT AttemptConnection(IPin* receivePin, const CMediaType* type);
     HRESULT DisconnectInternal();
 
-    wchar_t* m_pName = nullptr;
-    IPin* m_Connected = nullptr;
-    PIN_DIRECTION m_dir;
-    CCritSec* m_pLock;
-    bool m_bRunTimeError = false;
+    wchar_t* name_ = nullptr;
+    IPin* connected_ = nullptr;
+    PIN_DIRECTION direction_;
+    CCritSec* lock_;
+    bool runTimeError_ = false;
     // Offer our own types before the receiving pin's when agreeing a type.
-    bool m_bTryMyTypesFirst = false;
-    CBaseFilter* m_pFilter;
-    IQualityControl* m_pQSink = nullptr;
-    volatile LONG m_TypeVersion = 1;
-    CMediaType m_mt;
-    REFERENCE_TIME m_tStart = 0;
-    REFERENCE_TIME m_tStop = 0;
-    double m_dRate = 1.0;
+    bool tryMyTypesFirst_ = false;
+    CBaseFilter* filter_;
+    IQualityControl* qualitySink_ = nullptr;
+    volatile LONG typeVersion_ = 1;
+    CMediaType mediaType_;
+    REFERENCE_TIME segmentStart_ = 0;
+    REFERENCE_TIME segmentStop_ = 0;
+    double segmentRate_ = 1.0;
 };
 
 class CBaseInputPin : public CBasePin, public IMemInputPin {
@@ -107,13 +112,13 @@ public:
     // Whether samples may be received now: S_OK, S_FALSE while flushing, or
     // the error that refuses them.
     virtual HRESULT CheckStreaming();
-    bool IsFlushing() const { return m_bFlushing; }
-    bool IsReadOnly() const { return m_bReadOnly; }
+    bool IsFlushing() const { return flushing_; }
+    bool IsReadOnly() const { return readOnly_; }
 
 protected:
-    IMemAllocator* m_pAllocator = nullptr;
-    bool m_bReadOnly = false;
-    bool m_bFlushing = false;
+    IMemAllocator* allocator_ = nullptr;
+    bool readOnly_ = false;
+    bool flushing_ = false;
 };
 
 class CBaseOutputPin : public CBasePin {
@@ -145,9 +150,13 @@ public:
     virtual HRESULT DeliverEndFlush();
     virtual HRESULT DeliverNewSegment(REFERENCE_TIME start, REFERENCE_TIME stop, double rate);
 
-    IMemAllocator* Allocator() const { return m_pAllocator; }
+    IMemAllocator* Allocator() const { return allocator_; }
 
 protected:
-    IMemAllocator* m_pAllocator = nullptr;
-    IMemInputPin* m_pInputPin = nullptr;
+    // Sizes the buffers of the allocator on offer and tells the downstream
+    // pin that it is the one; where either fails, the allocator is let go.
+    HRESULT SettleAllocator(IMemInputPin* pin, IMemAllocator** allocator, ALLOCATOR_PROPERTIES* properties);
+
+    IMemAllocator* allocator_ = nullptr;
+    IMemInputPin* inputPin_ = nullptr;
 };

@@ -15,7 +15,28 @@ HRESULT LastErrorResult()
     return error ? HRESULT_FROM_WIN32(error) : E_FAIL;
 }
 
+// What a ReadFile or WriteFile that moved `done` of `size` bytes gives the
+// stream's caller: the count where it asked for one, and `shortResult`
+// where fewer bytes moved than asked.
+HRESULT TransferResult(BOOL succeeded, DWORD done, ULONG size, ULONG* reported, HRESULT shortResult)
+{
+    if (!succeeded)
+        return LastErrorResult();
+    if (reported)
+        *reported = done;
+    return done == size ? S_OK : shortResult;
+}
+
 }  // namespace
+
+template <class Step>
+HRESULT FileSinkFilter::WithOpenFile(Step step)
+{
+    CAutoLock lock(&fileLock_);
+    if (file_ == INVALID_HANDLE_VALUE)
+        return E_UNEXPECTED;
+    return step(file_);
+}
 
 // -------------------------------------------------------- FileSinkInputPin
 
@@ -77,58 +98,48 @@ HRESULT STDMETHODCALLTYPE FileSinkInputPin::EndOfStream()
 
 HRESULT STDMETHODCALLTYPE FileSinkInputPin::Read(void* data, ULONG size, ULONG* read)
 {
-    CAutoLock lock(&sink_->fileLock_);
-    if (sink_->file_ == INVALID_HANDLE_VALUE)
-        return E_UNEXPECTED;
-    DWORD done = 0;
-    if (!ReadFile(sink_->file_, data, size, &done, nullptr))
-        return LastErrorResult();
-    if (read)
-        *read = done;
-    return done == size ? S_OK : S_FALSE;
+    return sink_->WithOpenFile([&](HANDLE file) {
+        DWORD done = 0;
+        BOOL succeeded = ReadFile(file, data, size, &done, nullptr);
+        return TransferResult(succeeded, done, size, read, S_FALSE);
+    });
 }
 
 HRESULT STDMETHODCALLTYPE FileSinkInputPin::Write(const void* data, ULONG size, ULONG* written)
 {
-    CAutoLock lock(&sink_->fileLock_);
-    if (sink_->file_ == INVALID_HANDLE_VALUE)
-        return E_UNEXPECTED;
-    DWORD done = 0;
-    if (!WriteFile(sink_->file_, data, size, &done, nullptr))
-        return LastErrorResult();
-    if (written)
-        *written = done;
-    return done == size ? S_OK : STG_E_MEDIUMFULL;
+    return sink_->WithOpenFile([&](HANDLE file) {
+        DWORD done = 0;
+        BOOL succeeded = WriteFile(file, data, size, &done, nullptr);
+        return TransferResult(succeeded, done, size, written, STG_E_MEDIUMFULL);
+    });
 }
 
 HRESULT STDMETHODCALLTYPE FileSinkInputPin::Seek(LARGE_INTEGER move, DWORD origin, ULARGE_INTEGER* position)
 {
-    CAutoLock lock(&sink_->fileLock_);
-    if (sink_->file_ == INVALID_HANDLE_VALUE)
-        return E_UNEXPECTED;
-    DWORD method = origin == STREAM_SEEK_CUR ? FILE_CURRENT : origin == STREAM_SEEK_END ? FILE_END : FILE_BEGIN;
-    LARGE_INTEGER reached = {};
-    if (!SetFilePointerEx(sink_->file_, move, &reached, method))
-        return LastErrorResult();
-    if (position)
-        position->QuadPart = static_cast<ULONGLONG>(reached.QuadPart);
-    return S_OK;
+    return sink_->WithOpenFile([&](HANDLE file) {
+        DWORD method = origin == STREAM_SEEK_CUR ? FILE_CURRENT : origin == STREAM_SEEK_END ? FILE_END : FILE_BEGIN;
+        LARGE_INTEGER reached = {};
+        if (!SetFilePointerEx(file, move, &reached, method))
+            return LastErrorResult();
+        if (position)
+            position->QuadPart = static_cast<ULONGLONG>(reached.QuadPart);
+        return S_OK;
+    });
 }
 
 HRESULT STDMETHODCALLTYPE FileSinkInputPin::SetSize(ULARGE_INTEGER size)
 {
-    CAutoLock lock(&sink_->fileLock_);
-    if (sink_->file_ == INVALID_HANDLE_VALUE)
-        return E_UNEXPECTED;
-    LARGE_INTEGER here = {}, zero = {};
-    if (!SetFilePointerEx(sink_->file_, zero, &here, FILE_CURRENT))
-        return LastErrorResult();
-    LARGE_INTEGER end;
-    end.QuadPart = static_cast<LONGLONG>(size.QuadPart);
-    if (!SetFilePointerEx(sink_->file_, end, nullptr, FILE_BEGIN) || !SetEndOfFile(sink_->file_))
-        return LastErrorResult();
-    SetFilePointerEx(sink_->file_, here, nullptr, FILE_BEGIN);
-    return S_OK;
+    return sink_->WithOpenFile([&](HANDLE file) {
+        LARGE_INTEGER here = {}, zero = {};
+        if (!SetFilePointerEx(file, zero, &here, FILE_CURRENT))
+            return LastErrorResult();
+        LARGE_INTEGER end;
+        end.QuadPart = static_cast<LONGLONG>(size.QuadPart);
+        if (!SetFilePointerEx(file, end, nullptr, FILE_BEGIN) || !SetEndOfFile(file))
+            return LastErrorResult();
+        SetFilePointerEx(file, here, nullptr, FILE_BEGIN);
+        return S_OK;
+    });
 }
 
 HRESULT STDMETHODCALLTYPE FileSinkInputPin::CopyTo(IStream*, ULARGE_INTEGER, ULARGE_INTEGER*, ULARGE_INTEGER*)
@@ -138,10 +149,7 @@ HRESULT STDMETHODCALLTYPE FileSinkInputPin::CopyTo(IStream*, ULARGE_INTEGER, ULA
 
 HRESULT STDMETHODCALLTYPE FileSinkInputPin::Commit(DWORD flags)
 {
-    CAutoLock lock(&sink_->fileLock_);
-    if (sink_->file_ == INVALID_HANDLE_VALUE)
-        return E_UNEXPECTED;
-    return FlushFileBuffers(sink_->file_) ? S_OK : LastErrorResult();
+    return sink_->WithOpenFile([](HANDLE file) { return FlushFileBuffers(file) ? S_OK : LastErrorResult(); });
 }
 
 HRESULT STDMETHODCALLTYPE FileSinkInputPin::Revert()
@@ -180,7 +188,7 @@ HRESULT STDMETHODCALLTYPE FileSinkInputPin::Clone(IStream** clone)
 // ---------------------------------------------------------- FileSinkFilter
 
 FileSinkFilter::FileSinkFilter(IUnknown* owner)
-    : CBaseFilter(L"File sink", owner, &lock_, CLSID_MavuFileSink), pin_(this, &lock_, nullptr)
+    : CBaseFilter(L"File sink", owner, &filterLock_, CLSID_MavuFileSink), pin_(this, &filterLock_, nullptr)
 {
 }
 
@@ -213,8 +221,8 @@ CBasePin* FileSinkFilter::GetPin(int n)
 
 HRESULT STDMETHODCALLTYPE FileSinkFilter::Pause()
 {
-    CAutoLock lock(&lock_);
-    if (m_State == State_Stopped) {
+    CAutoLock lock(&filterLock_);
+    if (state_ == State_Stopped) {
         HRESULT hr = OpenFile();
         if (FAILED(hr))
             return hr;
@@ -226,8 +234,8 @@ HRESULT STDMETHODCALLTYPE FileSinkFilter::SetFileName(LPCOLESTR name, const AM_M
 {
     if (!name)
         return E_POINTER;
-    CAutoLock lock(&lock_);
-    if (m_State != State_Stopped)
+    CAutoLock lock(&filterLock_);
+    if (state_ != State_Stopped)
         return VFW_E_WRONG_STATE;
     CloseFile();
     fileName_ = name;
@@ -238,7 +246,7 @@ HRESULT STDMETHODCALLTYPE FileSinkFilter::GetCurFile(LPOLESTR* name, AM_MEDIA_TY
 {
     if (!name)
         return E_POINTER;
-    CAutoLock lock(&lock_);
+    CAutoLock lock(&filterLock_);
     *name = nullptr;
     if (type) {
         CMediaType stream(&MEDIATYPE_Stream);

@@ -71,8 +71,12 @@ private:
     friend class FileSinkInputPin;
 
     HRESULT OpenFile();
+    // Runs a step of the stream interface on the open file, under the file
+    // lock; E_UNEXPECTED while no file is open.
+    template <class Step>
+    HRESULT WithOpenFile(Step step);
 
-    CCritSec lock_;
+    CCritSec filterLock_;
     CCritSec fileLock_;
     FileSinkInputPin pin_;
     std::wstring fileName_;

@@ -1,5 +1,7 @@
 #include "filters/mavu_video_magnify_filter.h"
 
+#include "filters/video_filter_steps.h"
+
 #include <uuids.h>
 
 #include <algorithm>
@@ -7,48 +9,6 @@
 #include <cstring>
 
 const CLSID CLSID_MavuVideoMagnifyFilter = {0x1915e5c7, 0x02aa, 0x315f, {0x71, 0x0f, 0x65, 0xc3, 0x4c, 0x85, 0xbc, 0xf2}};
-
-int32_t FrameRowStride(int32_t bitCount, int32_t width)
-{
-    return ((bitCount * width + 31) >> 3) & ~3;
-}
-
-HRESULT InputConnectionType(CTransformFilter* filter, int position, CMediaType* type)
-{
-    if (position < 0)
-        return E_INVALIDARG;
-    if (position > 0)
-        return VFW_S_NO_MORE_ITEMS;
-    AM_MEDIA_TYPE input = {};
-    HRESULT hr = filter->InputPin()->ConnectionMediaType(&input);
-    if (FAILED(hr))
-        return hr;
-    *type = input;
-    FreeMediaType(input);
-    return S_OK;
-}
-
-void CopySampleProperties(IMediaSample* in, IMediaSample* out, bool setTypeWhenNone)
-{
-    REFERENCE_TIME start = 0, stop = 0;
-    if (in->GetTime(&start, &stop) == S_OK)
-        out->SetTime(&start, &stop);
-    LONGLONG mediaStart = 0, mediaStop = 0;
-    if (in->GetMediaTime(&mediaStart, &mediaStop) == S_OK)
-        out->SetMediaTime(&mediaStart, &mediaStop);
-    out->SetSyncPoint(in->IsSyncPoint() == S_OK);
-    AM_MEDIA_TYPE* type = nullptr;
-    in->GetMediaType(&type);
-    if (type) {
-        out->SetMediaType(type);
-        DeleteMediaType(type);
-    } else if (setTypeWhenNone) {
-        out->SetMediaType(nullptr);
-    }
-    out->SetPreroll(in->IsPreroll() == S_OK);
-    out->SetDiscontinuity(in->IsDiscontinuity() == S_OK);
-    out->SetActualDataLength(in->GetActualDataLength());
-}
 
 MavuVideoMagnifyFilter::MavuVideoMagnifyFilter()
     : CTransformFilter(L"MAVU Playback Filter", nullptr, CLSID_MavuVideoMagnifyFilter)
@@ -100,24 +60,16 @@ HRESULT MavuVideoMagnifyFilter::DecideBufferSize(IMemAllocator* allocator, ALLOC
     frameHeight = std::abs(info->bmiHeader.biHeight);
     rowStride = FrameRowStride(info->bmiHeader.biBitCount, frameWidth);
     FreeMediaType(type);
-    properties->cBuffers = 1;
-    properties->cbAlign = 1;
-    properties->cbBuffer = rowStride * frameHeight;
-    ALLOCATOR_PROPERTIES actual = {};
-    hr = allocator->SetProperties(properties, &actual);
-    if (FAILED(hr))
-        return hr;
-    return actual.cbBuffer < properties->cbBuffer ? E_FAIL : S_OK;
+    return RequestFrameBuffer(allocator, properties, rowStride * frameHeight);
 }
 
 HRESULT MavuVideoMagnifyFilter::Transform(IMediaSample* in, IMediaSample* out)
 {
-    if (!in || !out)
-        return E_POINTER;
     BYTE* source = nullptr;
     BYTE* target = nullptr;
-    in->GetPointer(&source);
-    out->GetPointer(&target);
+    HRESULT hr = SampleBuffers(in, out, &source, &target);
+    if (FAILED(hr))
+        return hr;
     CopySampleProperties(in, out, false);
     long length = in->GetActualDataLength();
     size_t room = static_cast<size_t>(out->GetSize());

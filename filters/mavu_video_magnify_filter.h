@@ -25,11 +25,3 @@ public:
     int32_t rowStride = 0;
     GUID subtype = GUID_NULL;
 };
-
-// Row stride of a picture: ((bits * width + 31) >> 3) with the low two bits
-// cleared.
-int32_t FrameRowStride(int32_t bitCount, int32_t width);
-// The input pin's connection type, as both filters offer it on their output.
-HRESULT InputConnectionType(CTransformFilter* filter, int position, CMediaType* type);
-// Takes sample times, flags, type and length from input to output.
-void CopySampleProperties(IMediaSample* in, IMediaSample* out, bool setTypeWhenNone);

@@ -1,7 +1,7 @@
 #include "filters/mavu_video_transform_filter.h"
 
-#include "filters/mavu_video_magnify_filter.h"
 #include "filters/pixel_loops.h"
+#include "filters/video_filter_steps.h"
 
 #include <uuids.h>
 
@@ -57,14 +57,7 @@ HRESULT MavuVideoTransformFilter::DecideBufferSize(IMemAllocator* allocator, ALL
         size = FrameRowStride(info->bmiHeader.biBitCount, info->bmiHeader.biWidth) * std::abs(info->bmiHeader.biHeight);
     }
     FreeMediaType(type);
-    properties->cBuffers = 1;
-    properties->cbAlign = 1;
-    properties->cbBuffer = size;
-    ALLOCATOR_PROPERTIES actual = {};
-    hr = allocator->SetProperties(properties, &actual);
-    if (FAILED(hr))
-        return hr;
-    return actual.cbBuffer < size ? E_FAIL : S_OK;
+    return RequestFrameBuffer(allocator, properties, size);
 }
 
 void MavuVideoTransformFilter::ConfigureTransformFilter(uint32_t accumulatorBytes,
@@ -125,12 +118,11 @@ void MavuVideoTransformFilter::AccumulateInto(uint8_t* destination, uint8_t* sou
 
 HRESULT MavuVideoTransformFilter::Transform(IMediaSample* in, IMediaSample* out)
 {
-    if (!in || !out)
-        return E_POINTER;
     BYTE* source = nullptr;
     BYTE* target = nullptr;
-    in->GetPointer(&source);
-    out->GetPointer(&target);
+    HRESULT hr = SampleBuffers(in, out, &source, &target);
+    if (FAILED(hr))
+        return hr;
     // The loops walk whole frames of the connection's geometry: a sample
     // that can't hold one, or an output or accumulator that can't, is
     // passed over rather than read or written past its end.

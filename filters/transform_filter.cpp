@@ -2,35 +2,47 @@
 
 #include <new>
 
+// ----------------------------------------------------------- CTransformPin
+
+template <class PinBase, PIN_DIRECTION Direction>
+CTransformPin<PinBase, Direction>::CTransformPin(const wchar_t* objectName, CTransformFilter* filter, HRESULT* result,
+                                                 const wchar_t* name)
+    : PinBase(objectName, filter, &filter->filterLock_, result, name), transform_(filter)
+{
+}
+
+template <class PinBase, PIN_DIRECTION Direction>
+HRESULT CTransformPin<PinBase, Direction>::CheckConnect(IPin* pin)
+{
+    HRESULT hr = transform_->CheckConnect(Direction, pin);
+    return FAILED(hr) ? hr : PinBase::CheckConnect(pin);
+}
+
+template <class PinBase, PIN_DIRECTION Direction>
+HRESULT CTransformPin<PinBase, Direction>::BreakConnect()
+{
+    transform_->BreakConnect(Direction);
+    return PinBase::BreakConnect();
+}
+
+template <class PinBase, PIN_DIRECTION Direction>
+HRESULT CTransformPin<PinBase, Direction>::CompleteConnect(IPin* receivePin)
+{
+    HRESULT hr = transform_->CompleteConnect(Direction, receivePin);
+    return FAILED(hr) ? hr : PinBase::CompleteConnect(receivePin);
+}
+
+template <class PinBase, PIN_DIRECTION Direction>
+HRESULT CTransformPin<PinBase, Direction>::SetMediaType(const CMediaType* type)
+{
+    HRESULT hr = PinBase::SetMediaType(type);
+    return FAILED(hr) ? hr : transform_->SetMediaType(Direction, type);
+}
+
+template class CTransformPin<CBaseInputPin, PINDIR_INPUT>;
+template class CTransformPin<CBaseOutputPin, PINDIR_OUTPUT>;
+
 // ------------------------------------------------------ CTransformInputPin
-
-CTransformInputPin::CTransformInputPin(const wchar_t* objectName, CTransformFilter* filter, HRESULT* result,
-                                       const wchar_t* name)
-    : CBaseInputPin(objectName, filter, &filter->m_csFilter, result, name), transform_(filter)
-{
-}
-
-HRESULT CTransformInputPin::CheckConnect(IPin* pin)
-{
-    HRESULT hr = transform_->CheckConnect(PINDIR_INPUT, pin);
-    if (FAILED(hr))
-        return hr;
-    return CBaseInputPin::CheckConnect(pin);
-}
-
-HRESULT CTransformInputPin::BreakConnect()
-{
-    transform_->BreakConnect(PINDIR_INPUT);
-    return CBaseInputPin::BreakConnect();
-}
-
-HRESULT CTransformInputPin::CompleteConnect(IPin* receivePin)
-{
-    HRESULT hr = transform_->CompleteConnect(PINDIR_INPUT, receivePin);
-    if (FAILED(hr))
-        return hr;
-    return CBaseInputPin::CompleteConnect(receivePin);
-}
 
 HRESULT CTransformInputPin::CheckMediaType(const CMediaType* type)
 {
@@ -38,29 +50,21 @@ HRESULT CTransformInputPin::CheckMediaType(const CMediaType* type)
     if (hr != S_OK)
         return hr;
     // With the output already connected the pair has to agree.
-    if (transform_->m_pOutput && transform_->m_pOutput->IsConnected())
-        return transform_->CheckTransform(type, &transform_->m_pOutput->MediaType());
+    if (transform_->IsOutputConnected())
+        return transform_->CheckTransform(type, &transform_->output_->MediaType());
     return S_OK;
-}
-
-HRESULT CTransformInputPin::SetMediaType(const CMediaType* type)
-{
-    HRESULT hr = CBaseInputPin::SetMediaType(type);
-    if (FAILED(hr))
-        return hr;
-    return transform_->SetMediaType(PINDIR_INPUT, type);
 }
 
 HRESULT CTransformInputPin::CheckStreaming()
 {
-    if (!transform_->m_pOutput || !transform_->m_pOutput->IsConnected())
+    if (!transform_->IsOutputConnected())
         return VFW_E_NOT_CONNECTED;
     return CBaseInputPin::CheckStreaming();
 }
 
 HRESULT STDMETHODCALLTYPE CTransformInputPin::Receive(IMediaSample* sample)
 {
-    CAutoLock lock(&transform_->m_csReceive);
+    CAutoLock lock(&transform_->receiveLock_);
     HRESULT hr = CBaseInputPin::Receive(sample);
     if (hr != S_OK)
         return hr;
@@ -69,7 +73,7 @@ HRESULT STDMETHODCALLTYPE CTransformInputPin::Receive(IMediaSample* sample)
 
 HRESULT STDMETHODCALLTYPE CTransformInputPin::EndOfStream()
 {
-    CAutoLock lock(&transform_->m_csReceive);
+    CAutoLock lock(&transform_->receiveLock_);
     HRESULT hr = CheckStreaming();
     if (hr != S_OK)
         return hr;
@@ -78,8 +82,8 @@ HRESULT STDMETHODCALLTYPE CTransformInputPin::EndOfStream()
 
 HRESULT STDMETHODCALLTYPE CTransformInputPin::BeginFlush()
 {
-    CAutoLock lock(&transform_->m_csFilter);
-    if (!IsConnected() || !transform_->m_pOutput || !transform_->m_pOutput->IsConnected())
+    CAutoLock lock(&transform_->filterLock_);
+    if (!IsConnected() || !transform_->IsOutputConnected())
         return VFW_E_NOT_CONNECTED;
     HRESULT hr = CBaseInputPin::BeginFlush();
     if (FAILED(hr))
@@ -89,8 +93,8 @@ HRESULT STDMETHODCALLTYPE CTransformInputPin::BeginFlush()
 
 HRESULT STDMETHODCALLTYPE CTransformInputPin::EndFlush()
 {
-    CAutoLock lock(&transform_->m_csFilter);
-    if (!IsConnected() || !transform_->m_pOutput || !transform_->m_pOutput->IsConnected())
+    CAutoLock lock(&transform_->filterLock_);
+    if (!IsConnected() || !transform_->IsOutputConnected())
         return VFW_E_NOT_CONNECTED;
     HRESULT hr = transform_->EndFlush();
     if (FAILED(hr))
@@ -106,55 +110,24 @@ HRESULT STDMETHODCALLTYPE CTransformInputPin::NewSegment(REFERENCE_TIME start, R
 
 // ----------------------------------------------------- CTransformOutputPin
 
-CTransformOutputPin::CTransformOutputPin(const wchar_t* objectName, CTransformFilter* filter, HRESULT* result,
-                                         const wchar_t* name)
-    : CBaseOutputPin(objectName, filter, &filter->m_csFilter, result, name), transform_(filter)
-{
-}
-
 HRESULT CTransformOutputPin::CheckConnect(IPin* pin)
 {
     // The output type is derived from the input's, so the input comes first.
-    if (!transform_->m_pInput || !transform_->m_pInput->IsConnected())
+    if (!transform_->IsInputConnected())
         return E_UNEXPECTED;
-    HRESULT hr = transform_->CheckConnect(PINDIR_OUTPUT, pin);
-    if (FAILED(hr))
-        return hr;
-    return CBaseOutputPin::CheckConnect(pin);
-}
-
-HRESULT CTransformOutputPin::BreakConnect()
-{
-    transform_->BreakConnect(PINDIR_OUTPUT);
-    return CBaseOutputPin::BreakConnect();
-}
-
-HRESULT CTransformOutputPin::CompleteConnect(IPin* receivePin)
-{
-    HRESULT hr = transform_->CompleteConnect(PINDIR_OUTPUT, receivePin);
-    if (FAILED(hr))
-        return hr;
-    return CBaseOutputPin::CompleteConnect(receivePin);
+    return CTransformPin::CheckConnect(pin);
 }
 
 HRESULT CTransformOutputPin::CheckMediaType(const CMediaType* type)
 {
-    if (!transform_->m_pInput || !transform_->m_pInput->IsConnected())
+    if (!transform_->IsInputConnected())
         return E_INVALIDARG;
-    return transform_->CheckTransform(&transform_->m_pInput->MediaType(), type);
-}
-
-HRESULT CTransformOutputPin::SetMediaType(const CMediaType* type)
-{
-    HRESULT hr = CBaseOutputPin::SetMediaType(type);
-    if (FAILED(hr))
-        return hr;
-    return transform_->SetMediaType(PINDIR_OUTPUT, type);
+    return transform_->CheckTransform(&transform_->input_->MediaType(), type);
 }
 
 HRESULT CTransformOutputPin::GetMediaType(int position, CMediaType* type)
 {
-    if (!transform_->m_pInput || !transform_->m_pInput->IsConnected())
+    if (!transform_->IsInputConnected())
         return VFW_S_NO_MORE_ITEMS;
     return transform_->GetMediaType(position, type);
 }
@@ -167,85 +140,85 @@ HRESULT CTransformOutputPin::DecideBufferSize(IMemAllocator* allocator, ALLOCATO
 // -------------------------------------------------------- CTransformFilter
 
 CTransformFilter::CTransformFilter(const wchar_t* name, IUnknown* owner, REFCLSID clsid)
-    : CBaseFilter(name, owner, &m_csFilter, clsid)
+    : CBaseFilter(name, owner, &filterLock_, clsid)
 {
 }
 
 CTransformFilter::~CTransformFilter()
 {
-    delete m_pInput;
-    delete m_pOutput;
+    delete input_;
+    delete output_;
 }
 
 CBasePin* CTransformFilter::GetPin(int n)
 {
     // Both pins are made together on first demand.
-    if (!m_pInput) {
+    if (!input_) {
         HRESULT hr = S_OK;
-        m_pInput = new (std::nothrow) CTransformInputPin(L"Transform input pin", this, &hr, L"XForm In");
-        if (!m_pInput)
+        input_ = new (std::nothrow) CTransformInputPin(L"Transform input pin", this, &hr, L"XForm In");
+        if (!input_)
             return nullptr;
-        m_pOutput = new (std::nothrow) CTransformOutputPin(L"Transform output pin", this, &hr, L"XForm Out");
-        if (!m_pOutput) {
-            delete m_pInput;
-            m_pInput = nullptr;
+        output_ = new (std::nothrow) CTransformOutputPin(L"Transform output pin", this, &hr, L"XForm Out");
+        if (!output_) {
+            delete input_;
+            input_ = nullptr;
             return nullptr;
         }
     }
     if (n == 0)
-        return m_pInput;
+        return input_;
     if (n == 1)
-        return m_pOutput;
+        return output_;
     return nullptr;
 }
 
 HRESULT STDMETHODCALLTYPE CTransformFilter::Stop()
 {
-    CAutoLock lock(&m_csFilter);
-    if (m_State == State_Stopped)
+    CAutoLock lock(&filterLock_);
+    if (state_ == State_Stopped)
         return S_OK;
-    if (!m_pInput || !m_pInput->IsConnected() || !m_pOutput->IsConnected()) {
-        m_State = State_Stopped;
-        m_bEOSDelivered = false;
+    if (!IsInputConnected() || !IsOutputConnected()) {
+        state_ = State_Stopped;
+        endOfStreamDelivered_ = false;
         return S_OK;
     }
     // Decommitting the input's allocator first releases a streaming thread
     // that waits for a buffer; the receive lock then waits for one that is
     // inside Transform.
-    m_pInput->Inactive();
-    CAutoLock receiveLock(&m_csReceive);
-    m_pOutput->Inactive();
+    input_->Inactive();
+    CAutoLock receiveLock(&receiveLock_);
+    output_->Inactive();
     HRESULT hr = StopStreaming();
     if (SUCCEEDED(hr)) {
-        m_State = State_Stopped;
-        m_bEOSDelivered = false;
+        state_ = State_Stopped;
+        endOfStreamDelivered_ = false;
     }
     return hr;
 }
 
 HRESULT STDMETHODCALLTYPE CTransformFilter::Pause()
 {
-    CAutoLock lock(&m_csFilter);
+    CAutoLock lock(&filterLock_);
     HRESULT hr = S_OK;
-    if (m_State == State_Paused)
+    if (state_ == State_Paused)
         return S_OK;
-    if (!m_pInput || !m_pInput->IsConnected()) {
+    if (!IsInputConnected()) {
         // Nothing will come in: tell downstream at once that nothing will
         // come out either.
-        if (m_pOutput && m_pOutput->IsConnected() && !m_bEOSDelivered) {
-            m_pOutput->DeliverEndOfStream();
-            m_bEOSDelivered = true;
+        if (IsOutputConnected() && !endOfStreamDelivered_) {
+            output_->DeliverEndOfStream();
+            endOfStreamDelivered_ = true;
         }
-    } else if (!m_pOutput->IsConnected()) {
+    } else if (!IsOutputConnected()) {
         // Nowhere to deliver: samples are refused by the input pin.
-    } else if (m_State == State_Stopped) {
-        CAutoLock receiveLock(&m_csReceive);
+    } else if (state_ == State_Stopped) {
+        CAutoLock receiveLock(&receiveLock_);
         hr = StartStreaming();
     }
     if (SUCCEEDED(hr)) {
-        if (m_State == State_Stopped) {
-            m_bSampleSkipped = false;
-            m_skipped = 0;
+        if (state_ == State_Stopped) {
+            sampleSkipped_ = false;
+            skippedSamples_ = 0;
         }
         hr = CBaseFilter::Pause();
     }
@@ -255,26 +228,26 @@ HRESULT STDMETHODCALLTYPE CTransformFilter::Pause()
 HRESULT CTransformFilter::Receive(IMediaSample* sample)
 {
     IMediaSample* out = nullptr;
-    HRESULT hr = m_pOutput->GetDeliveryBuffer(&out, nullptr, nullptr, 0);
+    HRESULT hr = output_->GetDeliveryBuffer(&out, nullptr, nullptr, 0);
     if (FAILED(hr))
         return hr;
     InitializeOutputSample(sample, out);
     hr = Transform(sample, out);
     if (hr == S_OK) {
-        if (m_bSampleSkipped) {
+        if (sampleSkipped_) {
             out->SetDiscontinuity(TRUE);
-            m_bSampleSkipped = false;
+            sampleSkipped_ = false;
         }
-        hr = m_pOutput->Deliver(out);
+        hr = output_->Deliver(out);
     } else if (hr == S_FALSE) {
         // Not an error: the frame is dropped on purpose.
-        m_bSampleSkipped = true;
-        InterlockedIncrement(&m_skipped);
+        sampleSkipped_ = true;
+        InterlockedIncrement(&skippedSamples_);
         hr = S_OK;
     } else if (FAILED(hr)) {
         // Told once: the input refuses further samples until the filter
         // stops.
-        m_pInput->SetRunTimeError();
+        input_->SetRunTimeError();
         NotifyEvent(EC_ERRORABORT, hr, 0);
     }
     out->Release();
@@ -296,25 +269,25 @@ void CTransformFilter::InitializeOutputSample(IMediaSample* in, IMediaSample* ou
         out->SetMediaTime(&mediaStart, &mediaStop);
     out->SetSyncPoint(in->IsSyncPoint() == S_OK);
     out->SetPreroll(in->IsPreroll() == S_OK);
-    out->SetDiscontinuity(in->IsDiscontinuity() == S_OK || m_bSampleSkipped);
+    out->SetDiscontinuity(in->IsDiscontinuity() == S_OK || sampleSkipped_);
 }
 
 HRESULT CTransformFilter::EndOfStream()
 {
-    return m_pOutput->DeliverEndOfStream();
+    return output_->DeliverEndOfStream();
 }
 
 HRESULT CTransformFilter::BeginFlush()
 {
-    return m_pOutput->DeliverBeginFlush();
+    return output_->DeliverBeginFlush();
 }
 
 HRESULT CTransformFilter::EndFlush()
 {
-    return m_pOutput->DeliverEndFlush();
+    return output_->DeliverEndFlush();
 }
 
 HRESULT CTransformFilter::NewSegment(REFERENCE_TIME start, REFERENCE_TIME stop, double rate)
 {
-    return m_pOutput->DeliverNewSegment(start, stop, rate);
+    return output_->DeliverNewSegment(start, stop, rate);
 }

@@ -9,15 +9,35 @@
 
 class CTransformFilter;
 
-class CTransformInputPin : public CBaseInputPin {
+// What both pins of a transform do alike: each connection step is put to
+// the filter, with the pin's direction, before the base pin takes it, and
+// the agreed type is passed on to the filter.
+template <class PinBase, PIN_DIRECTION Direction>
+class CTransformPin : public PinBase {
 public:
-    CTransformInputPin(const wchar_t* objectName, CTransformFilter* filter, HRESULT* result, const wchar_t* name);
+    CTransformPin(const wchar_t* objectName, CTransformFilter* filter, HRESULT* result, const wchar_t* name);
 
     HRESULT CheckConnect(IPin* pin) override;
     HRESULT BreakConnect() override;
     HRESULT CompleteConnect(IPin* receivePin) override;
-    HRESULT CheckMediaType(const CMediaType* type) override;
     HRESULT SetMediaType(const CMediaType* type) override;
+
+    const CMediaType& MediaType() const { return this->mediaType_; }
+
+protected:
+    CTransformFilter* transform_;
+};
+
+// Both are compiled once, in transform_filter.cpp, where the filter they
+// call is complete.
+extern template class CTransformPin<CBaseInputPin, PINDIR_INPUT>;
+extern template class CTransformPin<CBaseOutputPin, PINDIR_OUTPUT>;
+
+class CTransformInputPin : public CTransformPin<CBaseInputPin, PINDIR_INPUT> {
+public:
+    using CTransformPin::CTransformPin;
+
+    HRESULT CheckMediaType(const CMediaType* type) override;
     HRESULT CheckStreaming() override;
 
     HRESULT STDMETHODCALLTYPE Receive(IMediaSample* sample) override;
@@ -26,29 +46,17 @@ public:
     HRESULT STDMETHODCALLTYPE EndFlush() override;
     HRESULT STDMETHODCALLTYPE NewSegment(REFERENCE_TIME start, REFERENCE_TIME stop, double rate) override;
 
-    const CMediaType& MediaType() const { return m_mt; }
-    void SetRunTimeError() { m_bRunTimeError = true; }
-
-private:
-    CTransformFilter* transform_;
+    void SetRunTimeError() { runTimeError_ = true; }
 };
 
-class CTransformOutputPin : public CBaseOutputPin {
+class CTransformOutputPin : public CTransformPin<CBaseOutputPin, PINDIR_OUTPUT> {
 public:
-    CTransformOutputPin(const wchar_t* objectName, CTransformFilter* filter, HRESULT* result, const wchar_t* name);
+    using CTransformPin::CTransformPin;
 
     HRESULT CheckConnect(IPin* pin) override;
-    HRESULT BreakConnect() override;
-    HRESULT CompleteConnect(IPin* receivePin) override;
     HRESULT CheckMediaType(const CMediaType* type) override;
-    HRESULT SetMediaType(const CMediaType* type) override;
     HRESULT GetMediaType(int position, CMediaType* type) override;
     HRESULT DecideBufferSize(IMemAllocator* allocator, ALLOCATOR_PROPERTIES* properties) override;
-
-    const CMediaType& MediaType() const { return m_mt; }
-
-private:
-    CTransformFilter* transform_;
 };
 
 class CTransformFilter : public CBaseFilter {
@@ -87,20 +95,25 @@ public:
     CTransformInputPin* InputPin() { return static_cast<CTransformInputPin*>(GetPin(0)); }
     CTransformOutputPin* OutputPin() { return static_cast<CTransformOutputPin*>(GetPin(1)); }
     // Frames dropped by Transform since the last Pause from stopped.
-    LONG SkippedSamples() const { return m_skipped; }
+    LONG SkippedSamples() const { return skippedSamples_; }
 
 protected:
+    template <class PinBase, PIN_DIRECTION Direction>
+    friend class CTransformPin;
     friend class CTransformInputPin;
     friend class CTransformOutputPin;
+
+    bool IsInputConnected() const { return input_ && input_->IsConnected(); }
+    bool IsOutputConnected() const { return output_ && output_->IsConnected(); }
 
     // Gives the fresh output sample the input's times and flags.
     void InitializeOutputSample(IMediaSample* in, IMediaSample* out);
 
-    CCritSec m_csFilter;
-    CCritSec m_csReceive;
-    CTransformInputPin* m_pInput = nullptr;
-    CTransformOutputPin* m_pOutput = nullptr;
-    bool m_bEOSDelivered = false;
-    bool m_bSampleSkipped = false;
-    volatile LONG m_skipped = 0;
+    CCritSec filterLock_;
+    CCritSec receiveLock_;
+    CTransformInputPin* input_ = nullptr;
+    CTransformOutputPin* output_ = nullptr;
+    bool endOfStreamDelivered_ = false;
+    bool sampleSkipped_ = false;
+    volatile LONG skippedSamples_ = 0;
 };

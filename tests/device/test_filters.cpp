@@ -131,7 +131,7 @@ HRESULT STDMETHODCALLTYPE TestSinkPin::Receive(IMediaSample* sample)
         return hr;
     synthcam::Subtype subtype;
     int width, height;
-    if (!PictureOf(m_mt, &subtype, &width, &height))
+    if (!PictureOf(mediaType_, &subtype, &width, &height))
         return E_UNEXPECTED;
     BYTE* data = nullptr;
     sample->GetPointer(&data);
@@ -146,7 +146,7 @@ HRESULT STDMETHODCALLTYPE TestSinkPin::Receive(IMediaSample* sample)
     return S_OK;
 }
 
-TestSink::TestSink() : CBaseFilter(L"Test sink", nullptr, &lock_, CLSID_TestSink), pin_(this, &lock_) {}
+TestSink::TestSink() : CBaseFilter(L"Test sink", nullptr, &filterLock_, CLSID_TestSink), pin_(this, &filterLock_) {}
 
 std::vector<ReceivedFrame> TestSink::Frames()
 {

@@ -55,7 +55,7 @@ public:
 
 private:
     friend class TestSinkPin;
-    CCritSec lock_;
+    CCritSec filterLock_;
     CCritSec framesLock_;
     TestSinkPin pin_;
     std::vector<ReceivedFrame> frames_;

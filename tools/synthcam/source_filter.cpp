@@ -71,7 +71,7 @@ SynthCamPin::SynthCamPin(SynthCamFilter* filter, CCritSec* lock, const wchar_t* 
 {
     // A camera streams the format it was set to, whatever the renderer
     // would like best.
-    m_bTryMyTypesFirst = true;
+    tryMyTypesFirst_ = true;
     stopEvent_ = CreateEventW(nullptr, TRUE, FALSE, nullptr);
 }
 
@@ -152,7 +152,7 @@ HRESULT SynthCamPin::GetMediaType(int position, CMediaType* type)
 
 HRESULT SynthCamPin::DecideBufferSize(IMemAllocator* allocator, ALLOCATOR_PROPERTIES* properties)
 {
-    const auto* info = reinterpret_cast<const VIDEOINFOHEADER*>(m_mt.pbFormat);
+    const auto* info = reinterpret_cast<const VIDEOINFOHEADER*>(mediaType_.pbFormat);
     if (!info)
         return E_UNEXPECTED;
     // The platform's Smart Tee copies into buffers of the upstream allocator
@@ -175,7 +175,7 @@ HRESULT SynthCamPin::Active()
     HRESULT hr = CBaseOutputPin::Active();
     if (FAILED(hr))
         return hr;
-    const auto* info = reinterpret_cast<const VIDEOINFOHEADER*>(m_mt.pbFormat);
+    const auto* info = reinterpret_cast<const VIDEOINFOHEADER*>(mediaType_.pbFormat);
     painter_.Configure(CurrentFormat().subtype, info->bmiHeader.biWidth, info->bmiHeader.biHeight);
     ResetEvent(stopEvent_);
     thread_ = std::thread([this] { StreamLoop(); });
@@ -208,7 +208,7 @@ bool SynthCamPin::WaitUntil(LONGLONG due100ns)
 
 void SynthCamPin::StreamLoop()
 {
-    const auto* info = reinterpret_cast<const VIDEOINFOHEADER*>(m_mt.pbFormat);
+    const auto* info = reinterpret_cast<const VIDEOINFOHEADER*>(mediaType_.pbFormat);
     const LONGLONG frameTime = info->AvgTimePerFrame > 0 ? info->AvgTimePerFrame : kDefaultFrameTime;
     const long frameSize = static_cast<long>(info->bmiHeader.biSizeImage);
     uint32_t counter = 0;
@@ -293,7 +293,7 @@ HRESULT STDMETHODCALLTYPE SynthCamPin::SetFormat(AM_MEDIA_TYPE* type)
 {
     if (!type)
         return E_POINTER;
-    CAutoLock lock(m_pLock);
+    CAutoLock lock(lock_);
     if (!IsStopped())
         return VFW_E_NOT_STOPPED;
     FormatSpec format;
@@ -305,8 +305,8 @@ HRESULT STDMETHODCALLTYPE SynthCamPin::SetFormat(AM_MEDIA_TYPE* type)
     if (IsConnected()) {
         // As a driver does: the new format takes effect by a reconnection.
         IFilterGraph2* graph = nullptr;
-        if (!m_pFilter->Graph() ||
-            FAILED(m_pFilter->Graph()->QueryInterface(IID_IFilterGraph2, reinterpret_cast<void**>(&graph))))
+        if (!filter_->Graph() ||
+            FAILED(filter_->Graph()->QueryInterface(IID_IFilterGraph2, reinterpret_cast<void**>(&graph))))
             return VFW_E_NOT_CONNECTED;
         CMediaType wanted;
         FillMediaType(format_, &wanted);
@@ -323,7 +323,7 @@ HRESULT STDMETHODCALLTYPE SynthCamPin::GetFormat(AM_MEDIA_TYPE** type)
         return E_POINTER;
     CMediaType current;
     if (IsConnected())
-        current = m_mt;
+        current = mediaType_;
     else
         FillMediaType(CurrentFormat(), &current);
     *type = CreateMediaType(&current);
@@ -441,7 +441,7 @@ HRESULT STDMETHODCALLTYPE SynthCamPin::GetAverageFrameSize(long* averageSize)
 // ---------------------------------------------------------- SynthCamFilter
 
 SynthCamFilter::SynthCamFilter(IUnknown* owner)
-    : CBaseFilter(L"Synthetic camera", owner, &lock_, CLSID_SynthCam), profile_(FindProfile(L"webcam"))
+    : CBaseFilter(L"Synthetic camera", owner, &filterLock_, CLSID_SynthCam), profile_(FindProfile(L"webcam"))
 {
     MakePins();
 }
@@ -454,9 +454,9 @@ SynthCamFilter::~SynthCamFilter()
 void SynthCamFilter::MakePins()
 {
     DestroyPins();
-    capture_ = new SynthCamPin(this, &lock_, L"Capture", PIN_CATEGORY_CAPTURE);
+    capture_ = new SynthCamPin(this, &filterLock_, L"Capture", PIN_CATEGORY_CAPTURE);
     if (profile_->previewPin)
-        preview_ = new SynthCamPin(this, &lock_, L"Preview", PIN_CATEGORY_PREVIEW);
+        preview_ = new SynthCamPin(this, &filterLock_, L"Preview", PIN_CATEGORY_PREVIEW);
     for (const PropertySpec& property : profile_->properties) {
         values_[property.property] = property.defaultValue;
         automatic_[property.property] = property.automatic;
@@ -519,7 +519,7 @@ HRESULT STDMETHODCALLTYPE SynthCamFilter::Load(IPropertyBag* bag, IErrorLog* log
 {
     if (!bag)
         return E_POINTER;
-    CAutoLock lock(&lock_);
+    CAutoLock lock(&filterLock_);
     if (!IsStopped() || capture_->IsConnected() || (preview_ && preview_->IsConnected()))
         return VFW_E_WRONG_STATE;
     const Profile* profile = FindProfile(ReadBagString(bag, L"Profile"));
@@ -567,7 +567,7 @@ HRESULT STDMETHODCALLTYPE SynthCamFilter::Set(long property, long value, long fl
         return E_PROP_ID_UNSUPPORTED;
     if (value < spec->minimum || value > spec->maximum)
         return E_INVALIDARG;
-    CAutoLock lock(&lock_);
+    CAutoLock lock(&filterLock_);
     values_[property] = value;
     automatic_[property] = (flags & VideoProcAmp_Flags_Auto) != 0;
     return S_OK;
@@ -580,7 +580,7 @@ HRESULT STDMETHODCALLTYPE SynthCamFilter::Get(long property, long* value, long* 
     const PropertySpec* spec = FindProperty(property);
     if (!spec)
         return E_PROP_ID_UNSUPPORTED;
-    CAutoLock lock(&lock_);
+    CAutoLock lock(&filterLock_);
     *value = values_[property];
     *flags = automatic_[property] ? VideoProcAmp_Flags_Auto : VideoProcAmp_Flags_Manual;
     return S_OK;

@@ -119,7 +119,7 @@ private:
     void DestroyPins();
     const PropertySpec* FindProperty(long property) const;
 
-    CCritSec lock_;
+    CCritSec filterLock_;
     const Profile* profile_;
     char signal_ = 'N';
     std::atomic<long> standard_{0};
