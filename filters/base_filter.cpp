@@ -1,6 +1,5 @@
-#include "filters/base_filter.h"
+#include "filters/base_classes.h"
 
-#include "filters/base_pins.h"
 #include "filters/enumerators.h"
 
 #include <new>

@@ -1,4 +1,4 @@
-#include "filters/base_pins.h"
+#include "filters/base_classes.h"
 
 #include "filters/enumerators.h"
 

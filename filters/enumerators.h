@@ -3,7 +3,7 @@
 // (VFW_E_ENUM_OUT_OF_SYNC until Reset).
 #pragma once
 
-#include "filters/base_pins.h"
+#include "filters/base_classes.h"
 
 #include <new>
 

@@ -9,7 +9,7 @@
 // SetFileName, by a disconnection, by CloseFile or with the filter.
 #pragma once
 
-#include "filters/base_pins.h"
+#include "filters/base_classes.h"
 
 #include <string>
 

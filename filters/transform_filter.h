@@ -5,7 +5,7 @@
 // discontinuity.
 #pragma once
 
-#include "filters/base_pins.h"
+#include "filters/base_classes.h"
 
 class CTransformFilter;
 

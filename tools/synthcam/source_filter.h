@@ -5,7 +5,7 @@
 // standard of its simulated signal come from the device's property bag.
 #pragma once
 
-#include "filters/base_pins.h"
+#include "filters/base_classes.h"
 #include "tools/synthcam/profiles.h"
 #include "tools/synthcam/sky.h"
 
