@@ -1,6 +1,7 @@
 // The preview's frame tool in a real graph: integration of N = 2 halves the
 // rate after the start frame that the dark analysis takes; saturation
-// marking lets every frame through with the stamp below its threshold.
+// marking paints the saturated star in every frame and leaves the stamp,
+// which stays below its threshold, readable.
 #include "device/graph_helpers.h"
 #include "device/test_filters.h"
 #include "filters/mavu_video_transform_filter.h"
@@ -68,9 +69,19 @@ TEST(FrameTool, IntegrationOfTwoHalvesTheRateAndSaturationKeepsFramesFlowing)
     RunThrough(tool, sink, 1000);
     EXPECT_GE(sink->Frames().size(), 20u);
     EXPECT_EQ(tool->saturationValue.load(), 250);
-    // The stamp's white cells (235) stay below the threshold and read back.
-    for (const ReceivedFrame& frame : sink->Frames())
+    for (const ReceivedFrame& frame : sink->Frames()) {
+        // The sky's brightest star is saturated: its core is painted.
+        EXPECT_GT(frame.warningPairs, 4u) << "frame " << frame.stamp.counter;
+        // The stamp's white cells (235) stay below the threshold and read back.
         EXPECT_GT(frame.stamp.utcMs, 0u);
+    }
+    // The same picture without the tool has no pair of the warning colour.
+    sink->Clear();
+    tool->ConfigureTransformFilter(0, TransformToolSettings{});
+    RunThrough(tool, sink, 500);
+    ASSERT_FALSE(sink->Frames().empty());
+    for (const ReceivedFrame& frame : sink->Frames())
+        EXPECT_EQ(frame.warningPairs, 0u);
 
     EXPECT_EQ(tool->NonDelegatingRelease(), 0u);
     EXPECT_EQ(sink->NonDelegatingRelease(), 0u);

@@ -138,6 +138,11 @@ HRESULT STDMETHODCALLTYPE TestSinkPin::Receive(IMediaSample* sample)
     ReceivedFrame frame;
     synthcam::ReadFrameStamp(data, subtype, width, height, &frame.stamp);
     frame.probe = synthcam::LumaAt(data, subtype, width, height, 1, std::abs(height) - 2);
+    if (subtype == synthcam::Subtype::YUY2) {
+        static const BYTE kWarning[4] = {0x6A, 0xCA, 0x6A, 0xDE};
+        for (long i = 0; i + 4 <= sample->GetActualDataLength(); i += 4)
+            frame.warningPairs += std::memcmp(data + i, kWarning, 4) == 0;
+    }
     frame.discontinuity = sample->IsDiscontinuity() == S_OK;
     REFERENCE_TIME stop;
     sample->GetTime(&frame.start, &stop);

@@ -13,6 +13,8 @@ namespace devicetest {
 struct ReceivedFrame {
     synthcam::FrameStamp stamp;
     uint8_t probe = 0;  // brightness of a background point below the stamp
+    // YUY2 pixel pairs painted in the saturation warning colour (6A CA 6A DE).
+    size_t warningPairs = 0;
     bool discontinuity = false;
     REFERENCE_TIME start = 0;
 };
