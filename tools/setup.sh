@@ -7,6 +7,7 @@ packages=(
     wine wine64
     xvfb x11-utils imagemagick
     googletest ffmpeg socat
+    python3
 )
 missing=()
 for package in "${packages[@]}"; do
