@@ -21,7 +21,7 @@ import re
 import sys
 from collections import defaultdict
 
-FOLDERS = ["base", "filters", "persistence", "video", "gps", "events", "ui", "app"]
+FOLDERS = ["base", "filters", "persistence", "video", "gps", "ui", "events", "app"]
 ENGINE = {"filters", "video", "gps"}
 ENGINE_MAY_INCLUDE = {"base", "persistence"} | ENGINE
 
