@@ -4,7 +4,7 @@
 set -euo pipefail
 packages=(
     cmake ninja-build g++-mingw-w64-x86-64-posix
-    wine wine64
+    wine wine64 mesa-vulkan-drivers
     xvfb x11-utils imagemagick
     googletest ffmpeg socat
     python3

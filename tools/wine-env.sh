@@ -43,6 +43,24 @@ mavu_prefix_ready() {
     ) 9>"$WINEPREFIX.lock"
 }
 
+# Wine's Direct3D can draw into a child window, such as the program's
+# picture window, only through its Vulkan renderer here: the default OpenGL
+# path of this distribution's Wine draws a child window's picture nowhere.
+# With a Vulkan driver installed the prefix takes the Vulkan renderer, once;
+# MAVU_DIRECT3D_RENDERER=default leaves the prefix as Wine makes it.
+mavu_direct3d_ready() {
+    [ -f "$WINEPREFIX/.mavu-direct3d" ] && return 0
+    [ "${MAVU_DIRECT3D_RENDERER:-vulkan}" = "vulkan" ] || return 0
+    ls /usr/share/vulkan/icd.d/*.json >/dev/null 2>&1 || return 0
+    (
+        flock 9
+        if [ ! -f "$WINEPREFIX/.mavu-direct3d" ]; then
+            wine reg add 'HKCU\Software\Wine\Direct3D' /v renderer /t REG_SZ /d vulkan /f </dev/null >/dev/null 2>&1 9>&-
+            touch "$WINEPREFIX/.mavu-direct3d"
+        fi
+    ) 9>"$WINEPREFIX.lock"
+}
+
 # One persistent wineserver per prefix keeps each program start near 50 ms.
 # The prefix's services (services.exe, winedevice.exe) live as long as that
 # server; they are started here with no terminal or pipe of the caller, since
@@ -56,4 +74,5 @@ mavu_wine_ready() {
     mavu_display_ready
     mavu_prefix_ready
     mavu_wineserver_ready
+    mavu_direct3d_ready
 }

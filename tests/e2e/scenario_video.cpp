@@ -4,6 +4,7 @@
 
 #include "device/graph_helpers.h"
 #include "e2e/harness.h"
+#include "e2e/screen_stamp.h"
 
 using namespace e2e;
 
@@ -47,6 +48,46 @@ TEST(Video, WebcamPreviewWithVmr9SizesTheWindowToTheFormat)
     EXPECT_GE(client.bottom, 480);
     EXPECT_TRUE(IsVisible(program.RecordControlsWindow()));
     EXPECT_TRUE(TakeScreenshot("webcam-preview-vmr9"));
+    program.Kill();
+}
+
+// The preview is live in the main window: the camera's stamp, read off the
+// screen inside the clipping window, counts on from one screenshot to the
+// next and shows the UTC of the moment. Wine draws into that child window
+// only through Direct3D's Vulkan renderer; without it the window stays
+// grey, and that is checked instead.
+TEST(Video, PreviewIsLiveInTheMainWindow)
+{
+    devicetest::SyntheticDevices devices;
+    ASSERT_TRUE(devices.Add(L"Sky Cam", L"webcam"));
+    Program program(MakeWorkFolderForCurrentTest());
+    std::wstring text = StartWithRenderer(program, "VMR9");
+    EXPECT_EQ(text.find(L"SEVERE"), std::wstring::npos) << Narrow(text);
+    HWND clipping = FindChild(program.MainWindow(), L"MavuVideoRecordWindow");
+    ASSERT_NE(clipping, nullptr);
+    // The renderer draws two pixels in and one down in the clipping window.
+    RECT picture = WindowRect(clipping);
+    int x = picture.left + 2, y = picture.top + 1;
+
+    synthcam::FrameStamp first{}, second{};
+    uint64_t before = synthcam::UtcMsSince2020Now();
+    ASSERT_TRUE(ReadStampOnScreen("preview-live-1", x, y, 1, &first));
+    Sleep(1000);
+    uint64_t second_before = synthcam::UtcMsSince2020Now();
+    ASSERT_TRUE(ReadStampOnScreen("preview-live-2", x, y, 1, &second));
+    uint64_t second_after = synthcam::UtcMsSince2020Now();
+    if (!Direct3DRendersWithVulkan()) {
+        EXPECT_EQ(first.counter, 0xFFFFFFu) << "no picture reaches a child window without Vulkan";
+        program.Kill();
+        return;
+    }
+    EXPECT_GT(first.utcMs, before - 1000);
+    EXPECT_GT(second.counter, first.counter);
+    EXPECT_GE(second.counter - first.counter, 20u) << "about 30 frames a second";
+    EXPECT_GT(second.utcMs, first.utcMs);
+    // The stamp shows the moment of the screenshot, within a second.
+    EXPECT_GE(second.utcMs + 1000, second_before);
+    EXPECT_LE(second.utcMs, second_after + 1000);
     program.Kill();
 }
 

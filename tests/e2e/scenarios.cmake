@@ -16,6 +16,7 @@ set(MAVU_E2E_SCENARIOS
     Options.FallbackFileIsReadWhenTheFirstIsDamaged
     Options.SetWindowPositionsSavesWhereTheWindowsStand
     Video.WebcamPreviewWithVmr9SizesTheWindowToTheFormat
+    Video.PreviewIsLiveInTheMainWindow
     Video.EvrTakesNoYuy2OnThisPlatformAndSaysSo
     Video.Vmr7WithoutQualityInterfaceIsRefused
     Recording.ManualStartWaitStopWritesTheAviAndItsReport
@@ -32,4 +33,5 @@ set(MAVU_E2E_SCENARIOS
 set(MAVU_E2E_LONG_SCENARIOS
     Events.ShutdownAtTheEndOfTheCountIsWhatThePlatformGives
     Events.TwoEventsAMinuteApartAreBothRecordedInOrder
+    Stress.PreviewAndRecordingCyclesAllComeBack
 )
