@@ -15,12 +15,14 @@ set(MAVU_E2E_SCENARIOS
     Options.UnreadableFileIsReportedAndDefaultsStand
     Options.FallbackFileIsReadWhenTheFirstIsDamaged
     Options.SetWindowPositionsSavesWhereTheWindowsStand
+    Options.AccentedFolderAndCameraSurviveSaveRestartAndSaveAgain
     Video.WebcamPreviewWithVmr9SizesTheWindowToTheFormat
     Video.EvrTakesNoYuy2OnThisPlatformAndSaysSo
     Video.Vmr7WithoutQualityInterfaceIsRefused
     Recording.ManualStartWaitStopWritesTheAviAndItsReport
     Events.OneEventRecordsCentredOnItsMoment
     Events.OneEventRecordsCentredOnItsMomentInNewYork
+    Events.HandWrittenEventWithAnAccentedCommentIsListedAndRecorded
     Events.LoadingSaysWhatOverlapsAndPassesOverWhatIsOver
     Events.ManualRecordingDuringACountdownCancelsItAndStopReloads
     Events.StopDuringAnEventAsksAndTheEventIsNotArmedAgain
