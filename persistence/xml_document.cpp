@@ -10,9 +10,6 @@
 #include "base/scoped_handles.h"
 #include "persistence/xml_encoding.h"
 
-// MSXML 6's document class; older SDK headers don't name it.
-
-
 namespace {
 
 constexpr int kTextCapacity = 4096;
