@@ -52,11 +52,10 @@ struct NamedPage {
 // (quotes, dashes, the euro), not control codes that no code page of the
 // program could write back.
 constexpr NamedPage kNamedPages[] = {
-    {"utf-8", CP_UTF8},       {"utf8", CP_UTF8},       {"us-ascii", 1252},      {"ascii", 1252},
-    {"iso-8859-1", 1252},     {"latin1", 1252},        {"shift_jis", 932},      {"shift-jis", 932},
-    {"gb2312", 936},          {"gbk", 936},            {"big5", 950},           {"euc-kr", 949},
-    {"ks_c_5601-1987", 949},  {"euc-jp", 20932},       {"koi8-r", 20866},       {"koi8-u", 21866},
-    {"gb18030", 54936},
+    {"utf-8", CP_UTF8}, {"utf8", CP_UTF8},  {"us-ascii", 1252},      {"ascii", 1252},   {"iso-8859-1", 1252},
+    {"latin1", 1252},   {"shift_jis", 932}, {"shift-jis", 932},      {"gb2312", 936},   {"gbk", 936},
+    {"big5", 950},      {"euc-kr", 949},    {"ks_c_5601-1987", 949}, {"euc-jp", 20932}, {"koi8-r", 20866},
+    {"koi8-u", 21866},  {"gb18030", 54936},
 };
 
 bool StartsWith(std::string_view bytes, std::string_view start)

@@ -166,7 +166,8 @@ TEST(Events, HandWrittenEventWithAnAccentedCommentIsListedAndRecorded)
     ASSERT_TRUE(run.Start());
     ASSERT_TRUE(run.program->WaitForMessage(L"The following Events are Loaded (scheduled):", 5000))
         << Narrow(run.program->Messages());
-    EXPECT_NE(run.program->Messages().find(L"    Vesta_by_hand"), std::wstring::npos) << Narrow(run.program->Messages());
+    EXPECT_NE(run.program->Messages().find(L"    Vesta_by_hand"), std::wstring::npos)
+        << Narrow(run.program->Messages());
     ASSERT_TRUE(run.WaitTitle(kPendingTitle, 5000));
     ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 30000));
     ASSERT_TRUE(run.WaitTitle(kMainTitle, 30000));

@@ -121,8 +121,9 @@ TEST(Options, AccentedFolderAndCameraSurviveSaveRestartAndSaveAgain)
     // The device list keys a camera by its name cleaned to the characters
     // 32 to 126, which takes the accent out: "Camra" is what choosing this
     // camera as the default stores.
-    WriteOptions(folder, Option("VideoDirectory", "VideoFiles\\Vid\xE9os\\") + Option("DefaultVideoSource", "Camra") +
-                             Option("DefaultRenderer", "VMR9"));
+    WriteOptions(folder,
+                 Option("VideoDirectory", "VideoFiles\\Vid\xE9os\\") + Option("DefaultVideoSource", "Camra") +
+                     Option("DefaultRenderer", "VMR9"));
     const std::wstring optionsFile = folder + L"\\MAVU_options_capture.xml";
     const char folderLine[] = "\t<VideoDirectory Value=\"VideoFiles\\Vid\xE9os\\\"/>\r\n";
 

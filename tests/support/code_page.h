@@ -47,11 +47,20 @@ inline std::string AsAttributeBytes(const std::string& bytes)
     std::string escaped;
     for (char byte : bytes) {
         switch (byte) {
-        case '&': escaped += "&amp;"; break;
-        case '<': escaped += "&lt;"; break;
-        case '>': escaped += "&gt;"; break;
-        case '"': escaped += "&quot;"; break;
-        default: escaped += byte;
+        case '&':
+            escaped += "&amp;";
+            break;
+        case '<':
+            escaped += "&lt;";
+            break;
+        case '>':
+            escaped += "&gt;";
+            break;
+        case '"':
+            escaped += "&quot;";
+            break;
+        default:
+            escaped += byte;
         }
     }
     return escaped;

@@ -256,8 +256,9 @@ TEST(BadInput, DamagedOptionsFilesHaveDefinedOutcomes)
         {"a NUL inside a value", OptionsText(Key("VideoNamePrefix", std::string("a\0b", 3))), 0, Defaults},
         {"invalid UTF-8 behind a mark", "\xEF\xBB\xBF" + OptionsText(Key("VideoNamePrefix", "\xE9t\xE9")), 1,
          [] { EXPECT_STREQ(options.VideoNamePrefix, L"\uFFFDt\uFFFD"); }},
-        {"encoding named in a huge declaration", "<?xml version='1.0'" + std::string(100000, ' ') + "encoding='UTF-8'?>" +
-                                                     OptionsText(Key("VideoNamePrefix", "\xC3\xA9")).substr(kHeader.find("<!--")),
+        {"encoding named in a huge declaration",
+         "<?xml version='1.0'" + std::string(100000, ' ') + "encoding='UTF-8'?>" +
+             OptionsText(Key("VideoNamePrefix", "\xC3\xA9")).substr(kHeader.find("<!--")),
          1, [] { EXPECT_STREQ(options.VideoNamePrefix, L"\u00E9"); }},
         {"impossible default duration", OptionsText(Key("DefaultDuration", "99:99:99")), 1,
          [] {

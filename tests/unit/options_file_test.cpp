@@ -210,7 +210,9 @@ TEST_F(OptionsFile, EveryCodePageCharacterIsSavedAsItsByteAndLoadsBack)
     EXPECT_NE(first.find("\t<VideoDirectory Value=\"" + AsAttributeBytes(mapped.bytes) + "\"/>\r\n"), std::string::npos)
         << first;
     EXPECT_NE(first.find("\t<DefaultVideoSource Value=\"Cam\xE9ra\"/>\r\n"
-                         "\t<ExcludedVideoSource Value=\"\xC9" "cran \xAB\xA0" "2\xA0\xBB\"/>\r\n"),
+                         "\t<ExcludedVideoSource Value=\"\xC9"
+                         "cran \xAB\xA0"
+                         "2\xA0\xBB\"/>\r\n"),
               std::string::npos)
         << first;
 
@@ -219,7 +221,9 @@ TEST_F(OptionsFile, EveryCodePageCharacterIsSavedAsItsByteAndLoadsBack)
     EXPECT_EQ(std::wstring(options.VideoDirectory), mapped.text);
     EXPECT_STREQ(options.DefaultVideoSource, L"Cam\u00E9ra");
     ASSERT_EQ(options.ExcludedVideoSource.size(), 1u);
-    EXPECT_EQ(options.ExcludedVideoSource[0], L"\u00C9cran \u00AB\u00A0" L"2\u00A0\u00BB");
+    EXPECT_EQ(options.ExcludedVideoSource[0],
+              L"\u00C9cran \u00AB\u00A0"
+              L"2\u00A0\u00BB");
     // Saved again after the load: the same bytes.
     ASSERT_EQ(SaveOptions(), 1);
     EXPECT_EQ(ReadFileBytes(folder_.File(L"MAVU_options_capture.xml")), first);
@@ -262,18 +266,24 @@ TEST_F(OptionsFile, DeclaredEncodingIsHonoured)
         int loaded;
         const wchar_t* folder;
     } rows[] = {
-        {"UTF-8 without a mark", "<?xml version='1.0' encoding='UTF-8'?><Root><VideoDirectory Value=\"Vid\xC3\xA9os\"/></Root>",
-         1, L"Vid\u00E9os"},
-        {"Windows-1252 named", "<?xml version=\"1.0\" encoding=\"windows-1252\"?><Root><VideoDirectory Value=\"Vid\xE9os\"/></Root>",
-         1, L"Vid\u00E9os"},
-        {"Latin-1 named", "<?xml version='1.0' encoding='ISO-8859-1'?><Root><VideoDirectory Value=\"\x93Vid\xE9os\x94\"/></Root>",
-         1, L"\u201CVid\u00E9os\u201D"},
-        {"Windows-1250 named", "<?xml version='1.0' encoding='windows-1250'?><Root><VideoDirectory Value=\"\xA3\xF3" "d\x9F\"/></Root>",
+        {"UTF-8 without a mark",
+         "<?xml version='1.0' encoding='UTF-8'?><Root><VideoDirectory Value=\"Vid\xC3\xA9os\"/></Root>", 1,
+         L"Vid\u00E9os"},
+        {"Windows-1252 named",
+         "<?xml version=\"1.0\" encoding=\"windows-1252\"?><Root><VideoDirectory Value=\"Vid\xE9os\"/></Root>", 1,
+         L"Vid\u00E9os"},
+        {"Latin-1 named",
+         "<?xml version='1.0' encoding='ISO-8859-1'?><Root><VideoDirectory Value=\"\x93Vid\xE9os\x94\"/></Root>", 1,
+         L"\u201CVid\u00E9os\u201D"},
+        {"Windows-1250 named",
+         "<?xml version='1.0' encoding='windows-1250'?><Root><VideoDirectory Value=\"\xA3\xF3"
+         "d\x9F\"/></Root>",
          1, L"\u0141\u00F3d\u017A"},
         {"UTF-16 with its mark", std::string("\xFF\xFE<\0R\0o\0o\0t\0 \0/\0>\0", 18), 1, L""},
         // The parser refuses a name that it doesn't know, as it refused
         // such a file before; that stays a file that can't be read.
-        {"a name known nowhere", "<?xml version='1.0' encoding='x-unknown'?><Root><VideoDirectory Value=\"a\"/></Root>", 0, L""},
+        {"a name known nowhere", "<?xml version='1.0' encoding='x-unknown'?><Root><VideoDirectory Value=\"a\"/></Root>",
+         0, L""},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.what);
