@@ -7,9 +7,8 @@
 
 #include "base/com_ptr.h"
 #include "base/platform_guids.h"
-
-// MSXML 6's document class; older SDK headers don't name it.
-
+#include "base/scoped_handles.h"
+#include "persistence/xml_encoding.h"
 
 namespace {
 
@@ -58,6 +57,34 @@ bool CopyHeaderLine(const std::string& text, size_t& position, std::string& out)
         ++position;
     if (position < text.size() && text[position] == '\n')
         ++position;
+    return true;
+}
+
+// The whole file as it is on disk. False when it can't be opened or read,
+// or is larger than any document of this system could sensibly be.
+bool ReadXmlFileBytes(const wchar_t* path, std::string& bytes)
+{
+    bytes.clear();
+    ScopedFileHandle file(CreateFileW(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                      nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file)
+        return false;
+    LARGE_INTEGER size{};
+    if (!GetFileSizeEx(file.Get(), &size) || size.QuadPart < 0 ||
+        static_cast<unsigned long long>(size.QuadPart) > kXmlFileByteLimit)
+        return false;
+    bytes.resize(static_cast<size_t>(size.QuadPart));
+    size_t total = 0;
+    while (total < bytes.size()) {
+        DWORD read = 0;
+        if (!ReadFile(file.Get(), bytes.data() + total, static_cast<DWORD>(bytes.size() - total), &read, nullptr))
+            return false;
+        // A file that shrank since its size was taken ends here.
+        if (read == 0)
+            break;
+        total += read;
+    }
+    bytes.resize(total);
     return true;
 }
 
@@ -275,15 +302,20 @@ int WriteOptionsText(const std::wstring& text)
 
 HRESULT LoadXmlDocument(IXMLDOMDocument* document, const wchar_t* path)
 {
-    VARIANT name;
-    VariantInit(&name);
-    name.vt = VT_BSTR;
-    name.bstrVal = SysAllocString(path);
-    if (!name.bstrVal)
+    // The platform's own file loading takes bytes without a declared
+    // encoding as UTF-8 and refuses the narrow bytes that the writers put on
+    // disk; so the bytes are read and turned into text here, and the parser
+    // is given text.
+    std::string bytes;
+    std::wstring text;
+    if (!ReadXmlFileBytes(path, bytes) || !DecodeXmlBytes(bytes, text))
+        return E_FAIL;
+    BSTR data = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
+    if (!data)
         return E_OUTOFMEMORY;
     VARIANT_BOOL loaded = VARIANT_FALSE;
-    HRESULT result = document->load(name, &loaded);
-    VariantClear(&name);
+    HRESULT result = document->loadXML(data, &loaded);
+    SysFreeString(data);
     return result == S_OK ? S_OK : (FAILED(result) ? result : E_FAIL);
 }
 

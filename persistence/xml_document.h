@@ -41,7 +41,13 @@ bool NarrowPath(const std::wstring& path, std::string& narrow);
 int WriteOptionsText(const std::wstring& text);
 int WriteXmlFile(const std::wstring& text, const std::wstring& path);
 
-// Loads a file; only S_OK counts as loaded.
+// The largest file that a reader takes in. The writers stop at 4,096 bytes;
+// this bound only keeps a stray huge file from exhausting memory.
+constexpr unsigned long long kXmlFileByteLimit = 16ull * 1024 * 1024;
+
+// Loads a file: its bytes, turned into text as xml_encoding.h says, are
+// parsed into the document. Only S_OK counts as loaded; a missing file, one
+// past the limit and a malformed one all fail alike.
 HRESULT LoadXmlDocument(IXMLDOMDocument* document, const wchar_t* path);
 
 enum class AttributeRule { ExactlyOne, AtLeastOne };

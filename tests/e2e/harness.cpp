@@ -309,7 +309,8 @@ void WriteOptions(const std::wstring& folder, const std::string& elements)
 }
 
 std::wstring WriteEvent(const std::wstring& folder, const std::wstring& name, const SYSTEMTIME& moment,
-                        int durationSeconds, const char* asteroid, const char* star, bool hibernate, bool shutdown)
+                        int durationSeconds, const char* asteroid, const char* star, bool hibernate, bool shutdown,
+                        const char* comment)
 {
     auto number = [](int value) { return std::to_string(value); };
     std::string body = "<?xml version='1.0'?>\r\n<!--MAVU Video Capture Version 2.1-->\r\n<Root>\r\n";
@@ -324,7 +325,7 @@ std::wstring WriteEvent(const std::wstring& folder, const std::wstring& name, co
     body += Option("DurationSecond", number(durationSeconds % 60).c_str());
     body += Option("Hibernate", hibernate ? "TRUE" : "FALSE");
     body += Option("Shutdown", shutdown ? "TRUE" : "FALSE");
-    body += Option("Comment", "");
+    body += Option("Comment", comment);
     body += Option("AsteroidName", asteroid);
     body += Option("StarName", star);
     body += "</Root>\r\n";

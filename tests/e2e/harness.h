@@ -61,10 +61,10 @@ std::string Narrow(const std::wstring& text);
 // The present UTC time moved by some seconds, in whole seconds.
 SYSTEMTIME UtcInSeconds(int seconds);
 // Writes "Events\NAME.mef" in the folder for an event at a UTC moment;
-// returns the file's path.
+// returns the file's path. The texts are the file's bytes.
 std::wstring WriteEvent(const std::wstring& folder, const std::wstring& name, const SYSTEMTIME& moment,
-                        int durationSeconds, const char* asteroid = "", const char* star = "",
-                        bool hibernate = false, bool shutdown = false);
+                        int durationSeconds, const char* asteroid = "", const char* star = "", bool hibernate = false,
+                        bool shutdown = false, const char* comment = "");
 // Writes the options file with the given elements ("\t<Key Value=\"...\"/>" lines).
 void WriteOptions(const std::wstring& folder, const std::string& elements);
 // The element line of one option.

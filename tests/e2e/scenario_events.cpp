@@ -5,6 +5,7 @@
 
 #include "device/graph_helpers.h"
 #include "e2e/harness.h"
+#include "support/code_page.h"
 #include "support/ffprobe.h"
 #include "tools/synthcam/sky.h"
 
@@ -150,6 +151,32 @@ TEST(Events, OneEventRecordsCentredOnItsMomentInNewYork)
     if (std::wstring(zone) != L"America/New_York")
         GTEST_SKIP() << "run with TZ=America/New_York (its ctest entry does)";
     RecordOneEvent({{L"TZ", L"America/New_York"}});
+}
+
+// An event file edited by hand, in code page 1252 (the ctest entry's
+// LC_ALL=C.UTF-8 gives it to the program): its accented comment doesn't keep
+// it from being read.
+TEST(Events, HandWrittenEventWithAnAccentedCommentIsListedAndRecorded)
+{
+    ASSERT_TRUE(NarrowCodePageIs1252());
+    EventRun run;
+    run.folder = MakeWorkFolderForCurrentTest();
+    WriteEvent(run.folder, L"Vesta_by_hand", UtcInSeconds(20), 4, "Vesta", "V\xE9ga", false, false,
+               "Occultation pr\xE9vue");
+    ASSERT_TRUE(run.Start());
+    ASSERT_TRUE(run.program->WaitForMessage(L"The following Events are Loaded (scheduled):", 5000))
+        << Narrow(run.program->Messages());
+    EXPECT_NE(run.program->Messages().find(L"    Vesta_by_hand"), std::wstring::npos)
+        << Narrow(run.program->Messages());
+    ASSERT_TRUE(run.WaitTitle(kPendingTitle, 5000));
+    ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 30000));
+    ASSERT_TRUE(run.WaitTitle(kMainTitle, 30000));
+    ASSERT_TRUE(WaitUntil([&] { return !ListFiles(run.folder + L"\\VideoFiles", L"*.txt").empty(); }, 10000));
+    // The star's name, read from the same bytes, names the recording.
+    std::vector<std::wstring> videos = ListFiles(run.folder + L"\\VideoFiles", L"*.avi");
+    ASSERT_EQ(videos.size(), 1u);
+    EXPECT_EQ(videos[0].rfind(L"Vesta_V\u00E9ga_", 0), 0u) << Narrow(videos[0]);
+    run.program->Kill();
 }
 
 TEST(Events, LoadingSaysWhatOverlapsAndPassesOverWhatIsOver)

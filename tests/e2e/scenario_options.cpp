@@ -1,13 +1,16 @@
 // The options file at start-up and the Set Window Positions command.
 #include <gtest/gtest.h>
 
+#include "device/graph_helpers.h"
 #include "e2e/harness.h"
+#include "support/code_page.h"
 
 using namespace e2e;
 
 namespace {
 
 constexpr unsigned kSetWindowPositions = 33098;
+constexpr unsigned kExit = 33099;
 
 const char kHeader[] = "<?xml version='1.0'?>\r\n<!--MAVU Video Capture Version 2.1-->\r\n<Root>\r\n";
 
@@ -97,4 +100,76 @@ TEST(Options, SetWindowPositionsSavesWhereTheWindowsStand)
     EXPECT_EQ(messages.left, 200);
     EXPECT_EQ(messages.top, 100);
     EXPECT_EQ(messages.bottom - messages.top, 500);
+}
+
+// A video folder and a camera with accents: the file the program saves reads
+// back at the next start, and saves again to the same bytes. The bytes are
+// code page 1252. A Wine process takes its narrow code page from the Unix
+// locale of the process that started it, so the ctest entry runs the test
+// program, and with it the program it starts, with LC_ALL=C.UTF-8.
+TEST(Options, AccentedFolderAndCameraSurviveSaveRestartAndSaveAgain)
+{
+    ASSERT_TRUE(NarrowCodePageIs1252());
+    devicetest::SyntheticDevices devices;
+    ASSERT_TRUE(devices.Add(L"Sky Cam", L"webcam"));
+    ASSERT_TRUE(devices.Add(L"Cam\u00E9ra", L"webcam"));
+    std::wstring folder = MakeWorkFolderForCurrentTest();
+    // A folder that the user picked exists, and is stored with a backslash
+    // at its end.
+    CreateDirectoryW((folder + L"\\VideoFiles").c_str(), nullptr);
+    ASSERT_TRUE(CreateDirectoryW((folder + L"\\VideoFiles\\Vid\u00E9os").c_str(), nullptr));
+    // The device list keys a camera by its name cleaned to the characters
+    // 32 to 126, which takes the accent out: "Camra" is what choosing this
+    // camera as the default stores.
+    WriteOptions(folder,
+                 Option("VideoDirectory", "VideoFiles\\Vid\xE9os\\") + Option("DefaultVideoSource", "Camra") +
+                     Option("DefaultRenderer", "VMR9"));
+    const std::wstring optionsFile = folder + L"\\MAVU_options_capture.xml";
+    const char folderLine[] = "\t<VideoDirectory Value=\"VideoFiles\\Vid\xE9os\\\"/>\r\n";
+
+    std::string first;
+    {
+        Program program(folder);
+        ASSERT_TRUE(program.Start());
+        ASSERT_TRUE(program.WaitReady());
+        EXPECT_EQ(program.Messages().find(L"No Options File"), std::wstring::npos) << Narrow(program.Messages());
+        SendCommand(program.MainWindow(), kSetWindowPositions);
+        ASSERT_TRUE(program.WaitForMessage(L"Default window positions are saved in options file\r\n", 5000));
+        EXPECT_EQ(program.Messages().find(L"WARNING: cannot save"), std::wstring::npos);
+        first = ReadBytes(optionsFile);
+        // The folder as one byte per character of code page 1252.
+        EXPECT_NE(first.find(folderLine), std::string::npos) << first;
+        EXPECT_NE(first.find("\t<DefaultVideoSource Value=\"Camra\"/>\r\n"), std::string::npos) << first;
+        PostCommand(program.MainWindow(), kExit);
+        ASSERT_TRUE(program.WaitExit(10000));
+    }
+
+    Program again(folder);
+    ASSERT_TRUE(again.Start());
+    ASSERT_TRUE(again.WaitReady());
+    std::wstring text = again.Messages();
+    EXPECT_EQ(text.find(L"No Options File or unreadable Options File"), std::wstring::npos) << Narrow(text);
+    SendCommand(again.MainWindow(), kSetWindowPositions);
+    ASSERT_TRUE(again.WaitForMessage(L"Default window positions are saved in options file\r\n", 5000));
+    EXPECT_EQ(ReadBytes(optionsFile), first);
+
+    // The next recording goes into that folder, from the default camera.
+    HWND start = FindChild(again.RecordControlsWindow(), L"Button", nullptr);
+    ASSERT_NE(start, nullptr);
+    HWND stop = GetWindow(start, GW_HWNDNEXT);
+    ASSERT_NE(stop, nullptr);
+    Sleep(1000);
+    Click(start);
+    ASSERT_TRUE(WaitUntil([&] { return IsEnabled(stop); }, 10000));
+    Sleep(3000);
+    Click(stop);
+    const std::wstring videos = folder + L"\\VideoFiles\\Vid\u00E9os";
+    ASSERT_TRUE(WaitUntil([&] { return !ListFiles(videos, L"*.txt").empty(); }, 10000)) << Narrow(again.Messages());
+    std::vector<std::wstring> recorded = ListFiles(videos, L"*.avi");
+    ASSERT_EQ(recorded.size(), 1u);
+    EXPECT_TRUE(ListFiles(folder + L"\\VideoFiles", L"*.avi").empty());
+    std::string report = ReadBytes(videos + L"\\" + recorded[0].substr(0, recorded[0].size() - 4) + L".txt");
+    EXPECT_NE(report.find("Video file:  VideoFiles\\Vid\xE9os\\"), std::string::npos) << report;
+    EXPECT_NE(report.find("Video source device: Camra\r"), std::string::npos) << report;
+    again.Kill();
 }

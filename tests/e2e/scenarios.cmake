@@ -15,6 +15,7 @@ set(MAVU_E2E_SCENARIOS
     Options.UnreadableFileIsReportedAndDefaultsStand
     Options.FallbackFileIsReadWhenTheFirstIsDamaged
     Options.SetWindowPositionsSavesWhereTheWindowsStand
+    Options.AccentedFolderAndCameraSurviveSaveRestartAndSaveAgain
     Video.WebcamPreviewWithVmr9SizesTheWindowToTheFormat
     Video.PreviewIsLiveInTheMainWindow
     Video.EvrTakesNoYuy2OnThisPlatformAndSaysSo
@@ -22,6 +23,7 @@ set(MAVU_E2E_SCENARIOS
     Recording.ManualStartWaitStopWritesTheAviAndItsReport
     Events.OneEventRecordsCentredOnItsMoment
     Events.OneEventRecordsCentredOnItsMomentInNewYork
+    Events.HandWrittenEventWithAnAccentedCommentIsListedAndRecorded
     Events.LoadingSaysWhatOverlapsAndPassesOverWhatIsOver
     Events.ManualRecordingDuringACountdownCancelsItAndStopReloads
     Events.StopDuringAnEventAsksAndTheEventIsNotArmedAgain

@@ -131,6 +131,15 @@ TEST(BadInput, DamagedEventFilesHaveDefinedOutcomes)
         {"five megabytes of unknown keys", manyUnknown, 1, Armable},
         {"duration of 99 hours", EventWith("DurationHour", Key("DurationHour", "99")), 1,
          [](const EventRecord& record) { EXPECT_EQ(record.durationTicks, (99ull * 3600 + 10 * 60) * kTicksPerSecond); }},
+        {"UTF-16 mark before garbage", "\xFF\xFE" + Garbage(4095), 0, Expired},
+        {"UTF-8 mark before garbage", "\xEF\xBB\xBF" + Garbage(4096), 0, Expired},
+        {"a NUL behind the root", EventWith("", "") + std::string(1, '\0') + "<x/>", 0, Expired},
+        {"invalid UTF-8 behind a mark", "\xEF\xBB\xBF" + EventWith("Comment", Key("Comment", "a\xC3(\xFF")), 1,
+         [](const EventRecord& record) {
+             Armable(record);
+             EXPECT_STREQ(record.text.comment, L"a\uFFFD(\uFFFD");
+         }},
+        {"declaration without its end", "<?xml version='1.0' encoding='UTF-8'" + std::string(100000, ' '), 0, Expired},
     };
 
     TempFolder folder;
@@ -242,6 +251,15 @@ TEST(BadInput, DamagedOptionsFilesHaveDefinedOutcomes)
              EXPECT_EQ(TakeQueuedUserMessages().size(), 1u);
          }},
         {"five megabytes", huge, 1, [] { EXPECT_STREQ(options.VideoNamePrefix, L"late"); }},
+        {"UTF-16 mark before garbage", "\xFE\xFF" + Garbage(8191), 0, Defaults},
+        {"UTF-16 cut after its first characters", std::string("<\0?\0x", 5), 0, Defaults},
+        {"a NUL inside a value", OptionsText(Key("VideoNamePrefix", std::string("a\0b", 3))), 0, Defaults},
+        {"invalid UTF-8 behind a mark", "\xEF\xBB\xBF" + OptionsText(Key("VideoNamePrefix", "\xE9t\xE9")), 1,
+         [] { EXPECT_STREQ(options.VideoNamePrefix, L"\uFFFDt\uFFFD"); }},
+        {"encoding named in a huge declaration",
+         "<?xml version='1.0'" + std::string(100000, ' ') + "encoding='UTF-8'?>" +
+             OptionsText(Key("VideoNamePrefix", "\xC3\xA9")).substr(kHeader.find("<!--")),
+         1, [] { EXPECT_STREQ(options.VideoNamePrefix, L"\u00E9"); }},
         {"impossible default duration", OptionsText(Key("DefaultDuration", "99:99:99")), 1,
          [] {
              ApplyLoadedOptions();

@@ -4,6 +4,7 @@
 
 #include "base/ticks.h"
 #include "events/event_file.h"
+#include "support/code_page.h"
 #include "support/temp_folder.h"
 #include "support/times.h"
 
@@ -123,6 +124,75 @@ TEST(EventFile, ReadingRulesForElementsAndAttributes)
     EXPECT_EQ(record.hibernate, 0);
     EXPECT_EQ(record.shutdown, 0);  // "true" is not "TRUE"
     EXPECT_EQ(record.expired, 0);
+}
+
+TEST(EventFile, HandWrittenCommentWithByteE9IsRead)
+{
+    ASSERT_TRUE(NarrowCodePageIs1252());
+    TempFolder folder;
+    std::string bytes = kSampleEventBytes;
+    std::string comment = "Occultation &amp; &lt;check&gt; &quot;it&quot;";
+    bytes.replace(bytes.find(comment), comment.size(), "Com\xE8te pr\xE9vue");
+    WriteFileBytes(folder.File(L"accent.mef"), bytes);
+    EventRecord record{};
+    ASSERT_EQ(ReadEventFile(folder.File(L"accent.mef").c_str(), record.text), 1);
+    EXPECT_STREQ(record.text.comment, L"Com\u00E8te pr\u00E9vue");
+    EXPECT_STREQ(record.text.asteroidName, L"2002KB");
+    ParseEventRecordAt(record, Ticks(Time(2026, 5, 3, 0, 0, 0)));
+    EXPECT_EQ(record.expired, 0);
+    EXPECT_EQ(record.startTicks, Ticks(Time(2026, 5, 3, 0, 57, 3)));
+}
+
+TEST(EventFile, EveryCodePageCharacterIsWrittenAsItsByteAndReadBack)
+{
+    ASSERT_TRUE(NarrowCodePageIs1252());
+    MappedBytes mapped = EveryMappedByte();
+    ASSERT_EQ(mapped.bytes.size(), 0x100u - 0x20u);
+    TempFolder folder;
+    // A comment holds 35 characters: the bytes in turns of that many.
+    const size_t turn = static_cast<size_t>(kEventCommentCapacity - 2);
+    for (size_t start = 0; start < mapped.bytes.size(); start += turn) {
+        std::wstring part = mapped.text.substr(start, turn);
+        SCOPED_TRACE("from byte " + std::to_string(static_cast<unsigned char>(mapped.bytes[start])));
+        EventFileText written = SampleEvent();
+        wcscpy(written.comment, part.c_str());
+        std::wstring path = folder.File(L"bytes.mef");
+        ASSERT_EQ(WriteEventFile(path.c_str(), &written), 1);
+        std::string bytes = ReadFileBytes(path);
+        EXPECT_NE(bytes.find("\t<Comment Value=\"" + AsAttributeBytes(mapped.bytes.substr(start, turn)) + "\"/>\r\n"),
+                  std::string::npos)
+            << bytes;
+        EventFileText read{};
+        ASSERT_EQ(ReadEventFile(path.c_str(), read), 1);
+        EXPECT_EQ(std::wstring(read.comment), part);
+    }
+}
+
+TEST(EventFile, Utf8WithAMarkAndDeclaredEncodingsAreRead)
+{
+    ASSERT_TRUE(NarrowCodePageIs1252());
+    TempFolder folder;
+    std::string comment = "Occultation &amp; &lt;check&gt; &quot;it&quot;";
+    std::string body = std::string(kSampleEventBytes).substr(std::string(kSampleEventBytes).find("<!--"));
+    struct Row {
+        const char* what;
+        std::string head;
+        const char* accented;
+    } rows[] = {
+        {"UTF-8 with its mark", "\xEF\xBB\xBF<?xml version='1.0'?>\r\n", "Com\xC3\xA8te pr\xC3\xA9vue"},
+        {"UTF-8 declared", "<?xml version='1.0' encoding='UTF-8'?>\r\n", "Com\xC3\xA8te pr\xC3\xA9vue"},
+        {"Windows-1252 declared", "<?xml version='1.0' encoding='windows-1252'?>\r\n", "Com\xE8te pr\xE9vue"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.what);
+        std::string bytes = row.head + body;
+        bytes.replace(bytes.find(comment), comment.size(), row.accented);
+        WriteFileBytes(folder.File(L"declared.mef"), bytes);
+        EventFileText read{};
+        ASSERT_EQ(ReadEventFile(folder.File(L"declared.mef").c_str(), read), 1);
+        EXPECT_STREQ(read.comment, L"Com\u00E8te pr\u00E9vue");
+        EXPECT_STREQ(read.eventYear, L"2026");
+    }
 }
 
 TEST(EventFile, FileNameCarriesNamesPrefixAndPredictedMoment)

@@ -5,6 +5,8 @@
 #include "app/loaded_options.h"
 #include "events/event_state.h"
 #include "persistence/options_file.h"
+#include "persistence/xml_document.h"
+#include "support/code_page.h"
 #include "support/temp_folder.h"
 #include "ui/user_messages.h"
 #include "video/capture_settings.h"
@@ -191,6 +193,118 @@ TEST_F(OptionsFile, SavedRecordLoadsBackTheSame)
     EXPECT_EQ(rendererChoice, 1);
     EXPECT_EQ(defaultDuration.wMinute, 2);
     EXPECT_EQ(defaultDuration.wSecond, 30);
+}
+
+TEST_F(OptionsFile, EveryCodePageCharacterIsSavedAsItsByteAndLoadsBack)
+{
+    ASSERT_TRUE(NarrowCodePageIs1252());
+    MappedBytes mapped = EveryMappedByte();
+    // Windows-1252 gives each byte a character, the five that it leaves
+    // undefined included: all 224 bytes take part.
+    ASSERT_EQ(mapped.bytes.size(), 0x100u - 0x20u);
+    wcscpy(options.VideoDirectory, mapped.text.c_str());
+    wcscpy(options.DefaultVideoSource, L"Cam\u00E9ra");
+    options.ExcludedVideoSource = {L"\u00C9cran \u00AB\u00A02\u00A0\u00BB"};
+    ASSERT_EQ(SaveOptions(), 1);
+    std::string first = ReadFileBytes(folder_.File(L"MAVU_options_capture.xml"));
+    EXPECT_NE(first.find("\t<VideoDirectory Value=\"" + AsAttributeBytes(mapped.bytes) + "\"/>\r\n"), std::string::npos)
+        << first;
+    EXPECT_NE(first.find("\t<DefaultVideoSource Value=\"Cam\xE9ra\"/>\r\n"
+                         "\t<ExcludedVideoSource Value=\"\xC9"
+                         "cran \xAB\xA0"
+                         "2\xA0\xBB\"/>\r\n"),
+              std::string::npos)
+        << first;
+
+    SetOptionDefaults(options, kWorkArea);
+    ASSERT_EQ(LoadOptions(), 1);
+    EXPECT_EQ(std::wstring(options.VideoDirectory), mapped.text);
+    EXPECT_STREQ(options.DefaultVideoSource, L"Cam\u00E9ra");
+    ASSERT_EQ(options.ExcludedVideoSource.size(), 1u);
+    EXPECT_EQ(options.ExcludedVideoSource[0],
+              L"\u00C9cran \u00AB\u00A0"
+              L"2\u00A0\u00BB");
+    // Saved again after the load: the same bytes.
+    ASSERT_EQ(SaveOptions(), 1);
+    EXPECT_EQ(ReadFileBytes(folder_.File(L"MAVU_options_capture.xml")), first);
+}
+
+TEST_F(OptionsFile, OwnBytesThatHappenToFormUtf8AreNotTakenForIt)
+{
+    ASSERT_TRUE(NarrowCodePageIs1252());
+    // Two Windows-1252 characters whose bytes, C3 A9, are also the UTF-8 of
+    // one: the file the program wrote must come back as written.
+    wcscpy(options.VideoNamePrefix, L"\u00C3\u00A9");
+    ASSERT_EQ(SaveOptions(), 1);
+    EXPECT_NE(ReadFileBytes(folder_.File(L"MAVU_options_capture.xml")).find("Value=\"\xC3\xA9\""), std::string::npos);
+    SetOptionDefaults(options, kWorkArea);
+    ASSERT_EQ(LoadOptions(), 1);
+    EXPECT_STREQ(options.VideoNamePrefix, L"\u00C3\u00A9");
+}
+
+TEST_F(OptionsFile, Utf8FileWithAByteOrderMarkLoadsAsUtf8)
+{
+    WriteFileBytes(folder_.File(L"MAVU_options_capture.xml"),
+                   "\xEF\xBB\xBF<?xml version='1.0'?>\r\n<Root>\r\n"
+                   "\t<VideoDirectory Value=\"C:\\Users\\Jos\xC3\xA9\\Vid\xC3\xA9os\\\"/>\r\n"
+                   "\t<DefaultVideoSource Value=\"\xD0\x9A\xD0\xB0\xD0\xBC\xD0\xB5\xD1\x80\xD0\xB0\"/>\r\n"
+                   "</Root>\r\n");
+    ASSERT_EQ(LoadOptions(), 1);
+    EXPECT_STREQ(options.VideoDirectory, L"C:\\Users\\Jos\u00E9\\Vid\u00E9os\\");
+    // Read as written, though the narrow code page can't hold it: a save
+    // then fails whole, as for any such value.
+    EXPECT_STREQ(options.DefaultVideoSource, L"\u041A\u0430\u043C\u0435\u0440\u0430");
+    EXPECT_EQ(SaveOptions(), 0);
+}
+
+TEST_F(OptionsFile, DeclaredEncodingIsHonoured)
+{
+    ASSERT_TRUE(NarrowCodePageIs1252());
+    struct Row {
+        const char* what;
+        std::string bytes;
+        int loaded;
+        const wchar_t* folder;
+    } rows[] = {
+        {"UTF-8 without a mark",
+         "<?xml version='1.0' encoding='UTF-8'?><Root><VideoDirectory Value=\"Vid\xC3\xA9os\"/></Root>", 1,
+         L"Vid\u00E9os"},
+        {"Windows-1252 named",
+         "<?xml version=\"1.0\" encoding=\"windows-1252\"?><Root><VideoDirectory Value=\"Vid\xE9os\"/></Root>", 1,
+         L"Vid\u00E9os"},
+        {"Latin-1 named",
+         "<?xml version='1.0' encoding='ISO-8859-1'?><Root><VideoDirectory Value=\"\x93Vid\xE9os\x94\"/></Root>", 1,
+         L"\u201CVid\u00E9os\u201D"},
+        {"Windows-1250 named",
+         "<?xml version='1.0' encoding='windows-1250'?><Root><VideoDirectory Value=\"\xA3\xF3"
+         "d\x9F\"/></Root>",
+         1, L"\u0141\u00F3d\u017A"},
+        {"UTF-16 with its mark", std::string("\xFF\xFE<\0R\0o\0o\0t\0 \0/\0>\0", 18), 1, L""},
+        // The parser refuses a name that it doesn't know, as it refused
+        // such a file before; that stays a file that can't be read.
+        {"a name known nowhere", "<?xml version='1.0' encoding='x-unknown'?><Root><VideoDirectory Value=\"a\"/></Root>",
+         0, L""},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.what);
+        SetOptionDefaults(options, kWorkArea);
+        WriteFileBytes(folder_.File(L"MAVU_options_capture.xml"), row.bytes);
+        EXPECT_EQ(LoadOptions(), row.loaded);
+        EXPECT_STREQ(options.VideoDirectory, row.folder);
+    }
+}
+
+TEST_F(OptionsFile, FileBeyondTheSizeLimitIsNotReadAndTheFallbackIs)
+{
+    // Whitespace in the root is allowed: the file is a good document, only
+    // too large.
+    std::string padding(static_cast<size_t>(kXmlFileByteLimit), ' ');
+    WriteOptions(padding + "<VideoNamePrefix Value=\"huge\"/>");
+    EXPECT_EQ(LoadOptions(), 0);
+    EXPECT_STREQ(options.VideoNamePrefix, L"");
+    WriteOptions("<VideoNamePrefix Value=\"fallback\"/>", L"MAVU_options.xml");
+    ASSERT_EQ(LoadOptions(), 1);
+    EXPECT_STREQ(options.VideoNamePrefix, L"fallback");
 }
 
 TEST_F(OptionsFile, ReadingRules)

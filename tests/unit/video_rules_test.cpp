@@ -21,6 +21,7 @@ TEST(VideoRules, CleanDeviceNameSkipsTheCharacterThatSlidesIntoTheGap)
         {L"tab\there", L"tabhere"},
         {L"", L""},
         {L"end\u00e9", L"end"},
+        {L"Cam\u00e9ra", L"Camra"},
     };
     for (const Row& row : rows) {
         wchar_t name[64];

@@ -1,0 +1,187 @@
+// How the bytes of an options or event file become text: the rule that
+// decides the encoding, and the conversion.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+
+#include "persistence/xml_encoding.h"
+#include "support/code_page.h"
+
+namespace {
+
+using namespace std::string_literals;
+
+const std::string kOwnHeader = "<?xml version='1.0'?>\r\n<!--MAVU Video Capture Version 2.1-->\r\n";
+
+std::string Printable(std::string_view bytes)
+{
+    std::string shown;
+    for (char c : bytes) {
+        auto value = static_cast<unsigned char>(c);
+        if (value >= 0x20 && value < 0x7F) {
+            shown += c;
+        } else {
+            char hex[8];
+            snprintf(hex, sizeof hex, "\\x%02X", value);
+            shown += hex;
+        }
+    }
+    return shown;
+}
+
+}  // namespace
+
+TEST(XmlEncoding, DeclarationNamesTheEncodingOnlyInItsOwnPlace)
+{
+    struct Row {
+        std::string bytes;
+        std::string_view name;
+    } rows[] = {
+        {kOwnHeader, ""},
+        {"<?xml version='1.0' encoding='UTF-8'?><Root/>", "UTF-8"},
+        {"<?xml version=\"1.0\" encoding=\"windows-1252\"?>", "windows-1252"},
+        {"<?xml version = '1.0'\r\n\tencoding = \"ISO-8859-1\" standalone='yes' ?>", "ISO-8859-1"},
+        {"<?xml encoding='x'?>", "x"},
+        // Not in the declaration: after it, in another instruction, or in a
+        // value.
+        {"<?xml version='1.0'?><!-- encoding='UTF-8' -->", ""},
+        {"<?xml-stylesheet encoding='UTF-8'?>", ""},
+        {"<?xml version='encoding=\"UTF-8\"'?>", ""},
+        {" <?xml version='1.0' encoding='UTF-8'?>", ""},
+        // Damaged declarations name nothing.
+        {"<?xml version='1.0' encoding='UTF-8'", ""},
+        {"<?xml version='1.0' encoding='UTF-8?>", ""},
+        {"<?xml version='1.0' encoding=UTF-8?>", ""},
+        {"<?xml version='1.0'encoding='UTF-8'?>", ""},
+        {"<?xml version='1.0' encoding?>", ""},
+        {"<?xml ", ""},
+        {"<?xml", ""},
+        {"", ""},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(DeclaredXmlEncoding(row.bytes), row.name) << Printable(row.bytes);
+}
+
+TEST(XmlEncoding, EncodingNamesGiveTheirCodePagesAndLatinOneReadsAsWindows)
+{
+    struct Row {
+        std::string_view name;
+        UINT codePage;
+    } rows[] = {
+        {"UTF-8", CP_UTF8},
+        {"utf-8", CP_UTF8},
+        {"UTF8", CP_UTF8},
+        {"windows-1252", 1252},
+        {"Windows-1250", 1250},
+        {"WINDOWS-1251", 1251},
+        {"cp1253", 1253},
+        {"ISO-8859-1", 1252},
+        {"iso-8859-1", 1252},
+        {"US-ASCII", 1252},
+        {"latin1", 1252},
+        {"ISO-8859-2", 28592},
+        {"iso-8859-15", 28605},
+        {"Shift_JIS", 932},
+        {"GB2312", 936},
+        {"Big5", 950},
+        {"KOI8-R", 20866},
+        {"ISO-8859-0", 0},
+        {"ISO-8859-17", 0},
+        {"windows-", 0},
+        {"windows-12x", 0},
+        {"windows-99999999", 0},
+        {"UTF-16", 0},
+        {"x-unknown", 0},
+        {"", 0},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(CodePageOfEncodingName(row.name), row.codePage) << row.name;
+}
+
+TEST(XmlEncoding, MarkDecidesFirstThenDeclarationElseNarrowCodePage)
+{
+    struct Row {
+        const char* what;
+        std::string bytes;
+        XmlByteForm form;
+        UINT codePage;
+        size_t markLength;
+    } rows[] = {
+        {"the program's own file", kOwnHeader + "<Root>\r\n\t<K Value=\"Vid\xE9os\"/>\r\n</Root>\r\n",
+         XmlByteForm::CodePage, CP_ACP, 0},
+        // Bytes of the narrow code page that happen to form UTF-8 ("\xC3\xA9"
+        // is two characters in Windows-1252) stay narrow: no guessing.
+        {"narrow bytes that form UTF-8", kOwnHeader + "<Root><K Value=\"\xC3\xA9\"/></Root>", XmlByteForm::CodePage,
+         CP_ACP, 0},
+        {"UTF-8 mark", "\xEF\xBB\xBF" + kOwnHeader, XmlByteForm::CodePage, CP_UTF8, 3},
+        {"UTF-8 mark before another declared encoding", "\xEF\xBB\xBF<?xml version='1.0' encoding='windows-1250'?>",
+         XmlByteForm::CodePage, CP_UTF8, 3},
+        {"half a UTF-8 mark", "\xEF\xBB<Root/>", XmlByteForm::CodePage, CP_ACP, 0},
+        {"UTF-16 little-endian mark", "\xFF\xFE<\0?\0"s, XmlByteForm::Utf16LittleEndian, 0, 2},
+        {"UTF-16 big-endian mark", "\xFE\xFF\0<\0?"s, XmlByteForm::Utf16BigEndian, 0, 2},
+        {"UTF-16 little-endian without a mark", "<\0?\0x\0m\0l\0"s, XmlByteForm::Utf16LittleEndian, 0, 0},
+        {"UTF-16 big-endian without a mark", "\0<\0?\0x\0m\0l"s, XmlByteForm::Utf16BigEndian, 0, 0},
+        {"declared UTF-8", "<?xml version='1.0' encoding='UTF-8'?>", XmlByteForm::CodePage, CP_UTF8, 0},
+        {"declared Windows-1250", "<?xml version='1.0' encoding='windows-1250'?>", XmlByteForm::CodePage, 1250, 0},
+        {"declared Latin-1", "<?xml version='1.0' encoding='ISO-8859-1'?>", XmlByteForm::CodePage, 1252, 0},
+        {"declared name not known here", "<?xml version='1.0' encoding='x-unknown'?>", XmlByteForm::CodePage, CP_ACP,
+         0},
+        {"declared UTF-16 in single bytes", "<?xml version='1.0' encoding='UTF-16'?>", XmlByteForm::CodePage, CP_ACP,
+         0},
+        {"empty file", "", XmlByteForm::CodePage, CP_ACP, 0},
+    };
+    for (const Row& row : rows) {
+        XmlEncoding encoding = DetectXmlEncoding(row.bytes);
+        EXPECT_EQ(encoding.form, row.form) << row.what;
+        EXPECT_EQ(encoding.codePage, row.codePage) << row.what;
+        EXPECT_EQ(encoding.markLength, row.markLength) << row.what;
+    }
+}
+
+TEST(XmlEncoding, ConversionGivesTheTextOfEachEncoding)
+{
+    ASSERT_TRUE(NarrowCodePageIs1252());
+    struct Row {
+        const char* what;
+        std::string bytes;
+        bool converts;
+        std::wstring text;
+    } rows[] = {
+        {"narrow", "<K V=\"Vid\xE9os\"/>", true, L"<K V=\"Vid\u00E9os\"/>"},
+        {"narrow bytes that form UTF-8", "\xC3\xA9", true, L"\u00C3\u00A9"},
+        {"UTF-8 after its mark, which goes", "\xEF\xBB\xBFVid\xC3\xA9os", true, L"Vid\u00E9os"},
+        {"declared UTF-8", "<?xml version='1.0' encoding='utf-8'?>\xC3\xA9", true,
+         L"<?xml version='1.0' encoding='utf-8'?>\u00E9"},
+        {"declared Windows-1250",
+         "<?xml version='1.0' encoding='windows-1250'?>\xB3\xF3"
+         "d\x9F",
+         true, L"<?xml version='1.0' encoding='windows-1250'?>\u0142\u00F3d\u017A"},
+        {"declared Latin-1 with a Windows quote", "<?xml version='1.0' encoding='ISO-8859-1'?>\x93", true,
+         L"<?xml version='1.0' encoding='ISO-8859-1'?>\u201C"},
+        {"invalid UTF-8 after the mark",
+         "\xEF\xBB\xBF"
+         "a\xC3(\xFFz",
+         true, L"a\uFFFD(\uFFFDz"},
+        {"UTF-8 cut in a character",
+         "\xEF\xBB\xBF"
+         "a\xC3",
+         true, L"a\uFFFD"},
+        {"UTF-16 little-endian", "\xFF\xFE<\0\xE9\0>\0"s, true, L"<\u00E9>"},
+        {"UTF-16 big-endian", "\xFE\xFF\0<\0\xE9\0>"s, true, L"<\u00E9>"},
+        {"UTF-16 without a mark", "<\0?\0"s, true, L"<?"},
+        {"UTF-16 with half a character at the end", "\xFF\xFE<\0>"s, true, L"<\uFFFD"},
+        {"only a mark", "\xEF\xBB\xBF", true, L""},
+        {"nothing", "", true, L""},
+        {"a NUL byte", "<Root/>\0<x/>"s, false, L""},
+        {"a NUL in UTF-16", "\xFF\xFE<\0\0\0"s, false, L""},
+        {"a NUL after the UTF-8 mark", "\xEF\xBB\xBF\0"s, false, L""},
+    };
+    for (const Row& row : rows) {
+        std::wstring text = L"left over";
+        EXPECT_EQ(DecodeXmlBytes(row.bytes, text), row.converts) << row.what;
+        if (row.converts) {
+            EXPECT_EQ(text, row.text) << row.what;
+        }
+    }
+}
