@@ -14,7 +14,9 @@
 #include "app/startup_state.h"
 #include "app/time_zone.h"
 #include "base/report.h"
+#include "events/event_list_window.h"
 #include "events/event_queue.h"
+#include "events/schedule_window.h"
 #include "persistence/options.h"
 #include "persistence/options_file.h"
 #include "ui/countdown_window.h"
@@ -215,7 +217,7 @@ bool MainWindow::CreateDialogWindows()
     // silently and without the fatal flag.
     if (!CreateCountdownWindow(instance))
         return true;
-    return CreatePowerWindow(instance) != nullptr;
+    return CreatePowerWindow(instance) && CreateScheduleWindow(instance) && CreateEventListWindow(instance);
 }
 
 HRESULT ActivateCurrentDevice()

@@ -2,10 +2,13 @@
 #include <windows.h>
 #include <commctrl.h>
 
+#include "app/display_commands.h"
 #include "app/main_window.h"
 #include "app/recording_control.h"
 #include "app/startup_state.h"
 #include "base/report.h"
+#include "events/event_list_window.h"
+#include "events/schedule_window.h"
 #include "persistence/options.h"
 #include "ui/commands.h"
 #include "ui/menus.h"
@@ -50,11 +53,14 @@ LRESULT OnCommand(HWND window, unsigned command)
         return 1;
     }
     if (command >= kFirstEventsCommand && command <= kLastEventsCommand) {
-        // Schedule and Edit and Delete open the event dialogs.
+        if (command == IDM_SCHEDULE)
+            OpenScheduleWindow();
+        else
+            OpenEventListWindow();
         return 0;
     }
     if (command >= kFirstDisplayCommand && command <= kLastDisplayCommand) {
-        // The four display tools toggle their windows.
+        OnDisplayCommand(command);
         return 0;
     }
     if (command >= kFirstOptionsCommand && command <= kLastOptionsCommand) {

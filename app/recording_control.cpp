@@ -13,8 +13,10 @@
 #include "persistence/options.h"
 #include "ui/commands.h"
 #include "ui/countdown_window.h"
+#include "ui/display_tools.h"
 #include "ui/menus.h"
 #include "ui/record_buttons.h"
+#include "ui/window_layout.h"
 #include "ui/window_set.h"
 #include "video/capture_settings.h"
 #include "video/video_player.h"
@@ -32,14 +34,6 @@ bool CurrentDeviceRecording()
 {
     VideoSourceInfo* source = CurrentSource();
     return source && (source->isManualRecording || source->isEventRecording);
-}
-
-// Pixel saturation off, as its menu toggle turns it off; the check mark and
-// the tool's window come with the tool dialogs.
-void SwitchPixelSaturationOff(VideoPlayer& player)
-{
-    pixelSaturationOn = 0;
-    player.transformFilter->saturationValue = -1;
 }
 
 }  // namespace
@@ -70,20 +64,17 @@ HRESULT StartVideo()
         // The GPS reading for the report comes with the GPS link; without
         // one the report carries no position.
         gpsSnapshot.valid = 0;
-        // No recording runs with frame integration.
-        frameIntegrationCount = 1;
-        frameIntegrationOn = 0;
+        // No recording runs with frame integration: the file has none.
+        CloseFrameIntegration();
         if (removeFiltersWhileRecording)
-            SwitchPixelSaturationOff(player);
+            ClosePixelSaturation();
     }
     cameraStarting = 1;
     HRESULT result = player.StartCamera(useCurrentDirectory, RecordingFilePath);
     if (result == E_NOTIMPL) {
         // A format the pixel tools can't work on: tools off, one more try.
-        options.PixelSaturationValue = -1;
-        SwitchPixelSaturationOff(player);
-        frameIntegrationOn = 0;
-        frameIntegrationCount = 1;
+        ClosePixelSaturation();
+        CloseFrameIntegration();
         if (SUCCEEDED(StopVideo()))
             result = player.StartCamera(useCurrentDirectory, RecordingFilePath);
     }
@@ -95,8 +86,14 @@ HRESULT StartVideo()
         lstrcpynW(player.startRecordingLine, line.c_str(), static_cast<int>(std::size(player.startRecordingLine)));
         ReportUserMessage(player.startRecordingLine, true);
     }
-    if (magnifyOn)
+    if (magnifyOn) {
+        // The new graph's renderer takes the magnified size, and the main
+        // window follows it.
+        magnifyChanging = 1;
         player.UpdateRendererFrameSize();
+        UpdateMainWindowLayout();
+        magnifyChanging = 0;
+    }
     return S_OK;
 }
 
@@ -137,10 +134,9 @@ void ApplyRecordingState(bool recording)
     SetRecordButtons(!recording, recording);
     SetRecordingMenuGreying(recording);
     // With "remove display filters while recording" a recording never runs
-    // with the brightness tool on. Its sliders and window come with the tool
-    // dialogs.
+    // with the brightness tool on.
     if (recording && brightnessContrastOn && removeFiltersWhileRecording)
-        brightnessContrastOn = 0;
+        CloseBrightnessContrast();
 }
 
 void MarkRecordingStarted(bool newRecording)

@@ -3,6 +3,7 @@
 #include <cwchar>
 
 #include "base/com_ptr.h"
+#include "base/name_text.h"
 #include "base/report.h"
 #include "base/ticks.h"
 #include "base/time_text.h"
@@ -80,15 +81,8 @@ void FormatEventNumbers(EventFileText& text, const SYSTEMTIME& eventTime, const 
 
 std::wstring EventFileName(const EventFileText& text, const wchar_t* globalPrefix, const SYSTEMTIME& eventTime)
 {
-    std::wstring name = L"Events\\";
-    for (const wchar_t* part : {text.asteroidName, text.starName, globalPrefix}) {
-        if (part[0]) {
-            name += part;
-            name += L'_';
-        }
-    }
-    name += TimeFileName(eventTime, L".mef");
-    return name;
+    return JoinNamePrefixes(L"Events\\", {text.asteroidName, text.starName, globalPrefix}) +
+           TimeFileName(eventTime, L".mef");
 }
 
 int WriteEventFile(const wchar_t* path, const EventFileText* text)

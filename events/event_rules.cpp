@@ -1,5 +1,6 @@
 #include "events/event_rules.h"
 
+#include "base/name_text.h"
 #include "base/time_text.h"
 
 #include <cstdio>
@@ -28,6 +29,11 @@ void AddPart(std::wstring& text, int value, const wchar_t* one, const wchar_t* m
 }
 
 }  // namespace
+
+const wchar_t* MonthName(int month)
+{
+    return month >= 1 && month <= 12 ? kMonthNames[month] : L"";
+}
 
 AdmitResult AdmitEventInto(std::vector<EventRecord*>& latestFirst, EventRecord* record, uint64_t nowTicks)
 {
@@ -104,7 +110,7 @@ std::wstring EventTimeLine(const wchar_t* label, const SYSTEMTIME& time)
     wchar_t text[96];
     std::swprintf(text, 96, L"%hu, %hu  %2.2hu:%2.2hu:%2.2hu\r\n", time.wDay, time.wYear, time.wHour, time.wMinute,
                   time.wSecond);
-    const wchar_t* month = time.wMonth >= 1 && time.wMonth <= 12 ? kMonthNames[time.wMonth] : L"";
+    const wchar_t* month = MonthName(time.wMonth);
     return std::wstring(label) + month + text;
 }
 
@@ -130,12 +136,5 @@ std::wstring EventReportText(const EventRecord& record)
 std::wstring VideoFilePath(const std::wstring& folder, const wchar_t* asteroid, const wchar_t* star,
                            const wchar_t* globalPrefix, const wchar_t* videoPrefix, const SYSTEMTIME& utc)
 {
-    std::wstring path = folder;
-    for (const wchar_t* part : {asteroid, star, globalPrefix, videoPrefix}) {
-        if (part && part[0]) {
-            path += part;
-            path += L"_";
-        }
-    }
-    return path + TimeFileName(utc, L".avi");
+    return JoinNamePrefixes(folder, {asteroid, star, globalPrefix, videoPrefix}) + TimeFileName(utc, L".avi");
 }

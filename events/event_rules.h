@@ -34,6 +34,9 @@ bool MatchesStoppedEvent(std::vector<StoppedEventKey>& stopped, const EventRecor
 // a second.
 uint64_t CountdownDeadlineTicks(uint64_t startTicks, int32_t utcOffsetMinutes);
 
+// "JAN " to "DEC ", three capitals and a blank; empty for any other number.
+const wchar_t* MonthName(int month);
+
 // The countdown's value for the time left to the deadline.
 std::wstring CountdownLeftText(int64_t leftTicks);
 // The UTC clock as the countdown shows it.

@@ -28,10 +28,8 @@ LRESULT CALLBACK CountdownProc(HWND window, UINT message, WPARAM wParam, LPARAM 
 
 HWND CreateCountdownWindow(HINSTANCE instance)
 {
-    if (!RegisterToolWindowClass(instance, L"CountdownWindow", CountdownProc))
-        return nullptr;
-    HWND window = CreateToolWindow(instance, L"CountdownWindow", L"Event Pending", kPlainWindowStyle, 345, 257,
-                                   CountdownWindowKey);
+    HWND window = CreateToolWindow(instance, L"CountdownWindow", CountdownProc, L"Event Pending", kPlainWindowStyle,
+                                   345, 257, CountdownWindowKey);
     if (!window)
         return nullptr;
     RECT client{};

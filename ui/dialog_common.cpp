@@ -15,9 +15,11 @@ bool IsCloseRequest(UINT message, WPARAM wParam)
     return message == WM_CLOSE || (message == WM_SYSCOMMAND && (wParam & 0xFFF0) == SC_CLOSE);
 }
 
-HWND CreateToolWindow(HINSTANCE instance, const wchar_t* className, const wchar_t* title, DWORD style, int width,
-                      int height, int windowKey)
+HWND CreateToolWindow(HINSTANCE instance, const wchar_t* className, WNDPROC procedure, const wchar_t* title,
+                      DWORD style, int width, int height, int windowKey)
 {
+    if (!RegisterToolWindowClass(instance, className, procedure))
+        return nullptr;
     HWND window = CreateWindowExW(0, className, title, style, 0, 0, width, height, nullptr, nullptr, instance,
                                   nullptr);
     if (!window)
@@ -46,6 +48,14 @@ void TrackWindowPosition(HWND window, int windowKey)
         return;
     options.windows[windowKey].currentLeft = rect.left;
     options.windows[windowKey].currentTop = rect.top;
+}
+
+void ShowPlacedDialog(HWND window)
+{
+    PlaceDialog(window);
+    ShowWindow(window, SW_SHOW);
+    UpdateWindow(window);
+    BringWindowToTop(window);
 }
 
 void SetWindowIcons(HWND window)

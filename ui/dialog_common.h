@@ -15,10 +15,14 @@ bool RegisterToolWindowClass(HINSTANCE instance, const wchar_t* className, WNDPR
 // the program swallow it.
 bool IsCloseRequest(UINT message, WPARAM wParam);
 
-// Creates a hidden top-level window of such a class, gives it the program's
-// icons, and ties it to its position record (a WindowKey, or -1 for none).
-HWND CreateToolWindow(HINSTANCE instance, const wchar_t* className, const wchar_t* title, DWORD style, int width,
-                      int height, int windowKey);
+// Registers such a class and creates a hidden top-level window of it,
+// gives it the program's icons, and ties it to its position record (a
+// WindowKey, or -1 for none). Null when either step fails.
+HWND CreateToolWindow(HINSTANCE instance, const wchar_t* className, WNDPROC procedure, const wchar_t* title,
+                      DWORD style, int width, int height, int windowKey);
+
+// Places a dialog by its position record, shows it, and brings it to the top.
+void ShowPlacedDialog(HWND window);
 
 // Black text on the light grey of the windows, for WM_CTLCOLORSTATIC.
 LRESULT StaticTextColour(HDC deviceContext);

@@ -112,6 +112,18 @@ void BuildMenus(bool deviceAvailable)
     DrawMenuBar(userMessagesWindow);
 }
 
+void SetMenuCheck(unsigned command, bool checked)
+{
+    CheckMenuItem(mainMenu, command, MF_BYCOMMAND | (checked ? MF_CHECKED : MF_UNCHECKED));
+}
+
+void SetDeviceDialogGreying(bool grey)
+{
+    UINT state = MF_BYCOMMAND | (grey ? MF_GRAYED : MF_ENABLED);
+    for (UINT command : {IDM_MAGNIFY, IDM_SELECT_INPUT_DEVICE, IDM_DEVICE_PROPERTIES})
+        EnableMenuItem(mainMenu, command, state);
+}
+
 void SetRecordingMenuGreying(bool grey)
 {
     UINT state = MF_BYPOSITION | (grey ? MF_GRAYED : MF_ENABLED);

@@ -28,3 +28,11 @@ void BuildMenus(bool deviceAvailable);
 // takes away: "Events", "Display", "Options", "Help" and the User Messages
 // "File". The main "File" popup stays, so Exit remains possible.
 void SetRecordingMenuGreying(bool grey);
+
+// Sets or clears the check mark of an item; only the four Display items
+// ever carry one, together with their tool's flag.
+void SetMenuCheck(unsigned command, bool checked);
+
+// While Select Input Device or Device Properties is open, "Magnify...",
+// "Select Input Device..." and "Device Properties..." are grey.
+void SetDeviceDialogGreying(bool grey);

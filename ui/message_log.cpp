@@ -8,6 +8,7 @@
 #include <string>
 
 #include "app/time_zone.h"
+#include "base/name_text.h"
 #include "base/time_text.h"
 #include "persistence/options.h"
 #include "ui/user_messages.h"
@@ -16,13 +17,7 @@ wchar_t userMessageLogPath[kLogPathCapacity];
 
 std::wstring LogFilePath(const wchar_t* folder, const wchar_t* prefix, const SYSTEMTIME& utc)
 {
-    std::wstring path = folder;
-    if (prefix[0]) {
-        path += prefix;
-        path += L'_';
-    }
-    path += TimeFileName(utc, L".txt");
-    return path;
+    return JoinNamePrefixes(folder, {prefix}) + TimeFileName(utc, L".txt");
 }
 
 void BuildUserMessageLogPath()

@@ -55,11 +55,9 @@ LRESULT CALLBACK PowerWindowProc(HWND window, UINT message, WPARAM wParam, LPARA
 
 HWND CreatePowerWindow(HINSTANCE instance)
 {
-    if (!RegisterToolWindowClass(instance, L"Hibernate", PowerWindowProc))
-        return nullptr;
     // Its position record is kept but never applied: no key here.
-    HWND window = CreateToolWindow(instance, L"Hibernate", L"Hibernate", WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU,
-                                   300, 200, -1);
+    HWND window = CreateToolWindow(instance, L"Hibernate", PowerWindowProc, L"Hibernate",
+                                   WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU, 300, 200, -1);
     if (!window)
         return nullptr;
     HFONT text = appFonts[DialogStaticFont];

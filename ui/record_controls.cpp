@@ -52,9 +52,8 @@ bool CreateRecordControls(HINSTANCE instance)
     int height = spaced ? 164 : 144;
     int margin = spaced ? 20 : 0;
 
-    RegisterToolWindowClass(instance, L"RecordControlsWindow", RecordControlsProc);
-    recordControlsWindow =
-        CreateToolWindow(instance, L"RecordControlsWindow", L"Record", kPlainWindowStyle, width, height, -1);
+    recordControlsWindow = CreateToolWindow(instance, L"RecordControlsWindow", RecordControlsProc, L"Record",
+                                            kPlainWindowStyle, width, height, -1);
     if (!recordControlsWindow)
         return false;
     startButton = CreateButton(recordControlsWindow, L"Start\r\nRecording", appIcons.record, margin + 3, margin + 3);

@@ -14,22 +14,41 @@ namespace {
 constexpr wchar_t kMainTitle[] = L"MAVU Video Capture Version 2.1";
 constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
 
+// The program with a synthetic webcam, shown through VMR9, and its two
+// record buttons.
+struct ManualRun {
+    devicetest::SyntheticDevices devices;
+    std::wstring folder;
+    std::unique_ptr<Program> program;
+    HWND main = nullptr;
+    HWND start = nullptr;
+    HWND stop = nullptr;
+
+    bool Start()
+    {
+        if (!devices.Add(L"Sky Cam", L"webcam"))
+            return false;
+        folder = MakeWorkFolderForCurrentTest();
+        WriteOptions(folder, Option("DefaultRenderer", "VMR9"));
+        program = std::make_unique<Program>(folder);
+        if (!program->Start() || !program->WaitReady())
+            return false;
+        main = program->MainWindow();
+        start = FindChild(program->RecordControlsWindow(), L"Button", nullptr);
+        stop = start ? GetWindow(start, GW_HWNDNEXT) : nullptr;
+        return start && stop;
+    }
+};
+
 }  // namespace
 
 TEST(Recording, ManualStartWaitStopWritesTheAviAndItsReport)
 {
-    devicetest::SyntheticDevices devices;
-    ASSERT_TRUE(devices.Add(L"Sky Cam", L"webcam"));
-    std::wstring folder = MakeWorkFolderForCurrentTest();
-    WriteOptions(folder, Option("DefaultRenderer", "VMR9"));
-    Program program(folder);
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
-    HWND main = program.MainWindow();
-    HWND start = FindChild(program.RecordControlsWindow(), L"Button", nullptr);
-    ASSERT_NE(start, nullptr);
-    HWND stop = GetWindow(start, GW_HWNDNEXT);
-    ASSERT_NE(stop, nullptr);
+    ManualRun run;
+    ASSERT_TRUE(run.Start());
+    Program& program = *run.program;
+    const std::wstring& folder = run.folder;
+    HWND main = run.main, start = run.start, stop = run.stop;
     EXPECT_TRUE(IsEnabled(start));
     EXPECT_FALSE(IsEnabled(stop));
     Sleep(1000);
@@ -62,5 +81,39 @@ TEST(Recording, ManualStartWaitStopWritesTheAviAndItsReport)
     std::wstring text = program.Messages();
     EXPECT_NE(text.find(L"Start recording at "), std::wstring::npos);
     EXPECT_NE(text.find(L"Stop recording at "), std::wstring::npos);
+    program.Kill();
+}
+
+// While recording, four popups of the main menu and the File popup of User
+// Messages are grey; File, with Exit, stays open to the user. Another
+// process can't read a menu's state here, so the open menu is shown in a
+// screenshot.
+TEST(Recording, TheMenusAreGreyWhileRecording)
+{
+    ManualRun run;
+    ASSERT_TRUE(run.Start());
+    Program& program = *run.program;
+    HWND main = run.main, start = run.start, stop = run.stop;
+    Click(start);
+    ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kRecordingTitle; }, 10000));
+    // The File popup, opened by a click on the menu bar.
+    POINT corner{0, 0};
+    ClientToScreen(main, &corner);
+    POINT onFile{corner.x + 12, corner.y - 10};
+    PostMessageW(main, WM_NCLBUTTONDOWN, HTMENU, MAKELPARAM(onFile.x, onFile.y));
+    HWND popup = nullptr;
+    ASSERT_TRUE(WaitUntil(
+        [&] {
+            popup = FindProcessWindow(program.ProcessId(), L"#32768");
+            return popup && IsVisible(popup);
+        },
+        5000));
+    Sleep(300);
+    EXPECT_TRUE(TakeScreenshot("menu-while-recording"));
+    PostMessageW(popup, WM_KEYDOWN, VK_ESCAPE, 0);
+    PostMessageW(main, WM_KEYDOWN, VK_ESCAPE, 0);
+    Sleep(300);
+    Click(stop);
+    ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kMainTitle; }, 10000));
     program.Kill();
 }

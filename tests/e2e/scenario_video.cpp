@@ -91,6 +91,59 @@ TEST(Video, PreviewIsLiveInTheMainWindow)
     program.Kill();
 }
 
+namespace {
+
+// Pixels of the saturation warning colour (magenta on the screen) in the
+// picture of the clipping window.
+int WarningPixelsOnScreen(const std::string& name, HWND clipping)
+{
+    RECT picture = WindowRect(clipping);
+    std::string rgb;
+    if (!ReadScreenRgb(name, picture.left, picture.top, picture.right - picture.left, picture.bottom - picture.top,
+                       &rgb))
+        return -1;
+    int count = 0;
+    for (size_t i = 0; i + 2 < rgb.size(); i += 3) {
+        auto red = static_cast<uint8_t>(rgb[i]), green = static_cast<uint8_t>(rgb[i + 1]),
+             blue = static_cast<uint8_t>(rgb[i + 2]);
+        count += red > 200 && green < 80 && blue > 200;
+    }
+    return count;
+}
+
+}  // namespace
+
+// The Display menu's Pixel Saturation toggles the tool and restarts the
+// camera: the saturated star turns to the warning colour in the preview,
+// and back when the item is chosen again.
+TEST(Video, PixelSaturationTogglePaintsTheSaturatedStarAndTakesItAway)
+{
+    if (!Direct3DRendersWithVulkan())
+        GTEST_SKIP() << "the main window shows no picture without Direct3D's Vulkan renderer";
+    devicetest::SyntheticDevices devices;
+    ASSERT_TRUE(devices.Add(L"Sky Cam", L"webcam"));
+    Program program(MakeWorkFolderForCurrentTest());
+    WriteOptions(program.Folder(), Option("DefaultRenderer", "VMR9") + Option("PixelSaturationValue", "200"));
+    ASSERT_TRUE(program.Start());
+    ASSERT_TRUE(program.WaitReady());
+    HWND clipping = FindChild(program.MainWindow(), L"MavuVideoRecordWindow");
+    ASSERT_NE(clipping, nullptr);
+    Sleep(2000);
+    EXPECT_EQ(WarningPixelsOnScreen("saturation-before", clipping), 0);
+
+    constexpr unsigned kPixelSaturation = 33103;
+    SendCommand(program.MainWindow(), kPixelSaturation);
+    Sleep(2500);
+    EXPECT_GT(WarningPixelsOnScreen("saturation-on", clipping), 10);
+
+    SendCommand(program.MainWindow(), kPixelSaturation);
+    Sleep(2500);
+    EXPECT_EQ(WarningPixelsOnScreen("saturation-off", clipping), 0);
+    std::wstring text = program.Messages();
+    EXPECT_EQ(text.find(L"SEVERE"), std::wstring::npos) << Narrow(text);
+    program.Kill();
+}
+
 TEST(Video, EvrTakesNoYuy2OnThisPlatformAndSaysSo)
 {
     devicetest::SyntheticDevices devices;

@@ -18,9 +18,18 @@ set(MAVU_E2E_SCENARIOS
     Options.AccentedFolderAndCameraSurviveSaveRestartAndSaveAgain
     Video.WebcamPreviewWithVmr9SizesTheWindowToTheFormat
     Video.PreviewIsLiveInTheMainWindow
+    Video.PixelSaturationTogglePaintsTheSaturatedStarAndTakesItAway
+    Scheduling.AnEventScheduledInTheWindowIsWrittenArmedAndRecorded
+    Scheduling.AnEventTooCloseToNowIsRefused
+    Scheduling.DisallowedCharactersAreRemovedWithTheirLine
+    Scheduling.EditingAnEventReplacesItsFile
+    Scheduling.DeletingAsksByTheRowsAndRearmsTheNextEvent
+    Scheduling.TheListSortsAndShowsItsCells
+    Scheduling.AFileThatCannotBeDeletedIsWarnedAboutAndTheOthersGo
     Video.EvrTakesNoYuy2OnThisPlatformAndSaysSo
     Video.Vmr7WithoutQualityInterfaceIsRefused
     Recording.ManualStartWaitStopWritesTheAviAndItsReport
+    Recording.TheMenusAreGreyWhileRecording
     Events.OneEventRecordsCentredOnItsMoment
     Events.OneEventRecordsCentredOnItsMomentInNewYork
     Events.HandWrittenEventWithAnAccentedCommentIsListedAndRecorded

@@ -6,29 +6,52 @@
 
 namespace e2e {
 
-bool ReadStampOnScreen(const std::string& name, int x, int y, int scale, synthcam::FrameStamp* stamp)
+namespace {
+
+// Cuts a rectangle out of a screenshot into raw bytes of the given ImageMagick
+// form ("gray", "rgb"), after any further operations, and reads them back.
+bool CutScreenshot(const std::string& name, const std::string& crop, const std::string& operations,
+                   const std::string& form, size_t wantedBytes, std::string* bytes)
 {
     if (!TakeScreenshot(name))
         return false;
+    std::string png = std::string(MAVU_BINARY_DIR_UNIX) + "/screenshots/" + name + ".png";
+    std::string cut = png + "." + form;
+    std::string windowsCut = "Z:" + cut;
+    DeleteFileA(windowsCut.c_str());
+    RunUnix("convert '" + png + "' -crop " + crop + " " + operations + " -depth 8 " + form + ":'" + cut +
+            ".part' && mv '" + cut + ".part' '" + cut + "'");
+    if (!WaitUntil([&] { return GetFileAttributesA(windowsCut.c_str()) != INVALID_FILE_ATTRIBUTES; }, 30000))
+        return false;
+    *bytes = ReadBytes(std::wstring(windowsCut.begin(), windowsCut.end()));
+    return bytes->size() >= wantedBytes;
+}
+
+std::string Crop(int x, int y, int width, int height)
+{
+    return std::to_string(width) + "x" + std::to_string(height) + "+" + std::to_string(x) + "+" + std::to_string(y);
+}
+
+}  // namespace
+
+bool ReadStampOnScreen(const std::string& name, int x, int y, int scale, synthcam::FrameStamp* stamp)
+{
     // The stamp's cells are 4 pixels wide on any frame 256 or more wide:
     // 64 cells over 8 rows, shown `scale` times bigger, cut out and brought
     // back to the camera's own size.
     int width = synthcam::kStampCells * 4;
     int height = synthcam::kStampRows;
-    std::string png = std::string(MAVU_BINARY_DIR_UNIX) + "/screenshots/" + name + ".png";
-    std::string gray = png + ".gray";
-    std::string windowsGray = "Z:" + gray;
-    DeleteFileA(windowsGray.c_str());
-    RunUnix("convert '" + png + "' -crop " + std::to_string(width * scale) + "x" + std::to_string(height * scale) +
-            "+" + std::to_string(x) + "+" + std::to_string(y) + " -sample " + std::to_string(width) + "x" +
-            std::to_string(height) + "! -colorspace gray -depth 8 gray:'" + gray + ".part' && mv '" + gray +
-            ".part' '" + gray + "'");
-    if (!WaitUntil([&] { return GetFileAttributesA(windowsGray.c_str()) != INVALID_FILE_ATTRIBUTES; }, 30000))
-        return false;
-    std::string bytes = ReadBytes(std::wstring(windowsGray.begin(), windowsGray.end()));
-    if (bytes.size() < static_cast<size_t>(width * height))
+    std::string bytes;
+    if (!CutScreenshot(name, Crop(x, y, width * scale, height * scale),
+                       "-sample " + std::to_string(width) + "x" + std::to_string(height) + "! -colorspace gray",
+                       "gray", static_cast<size_t>(width * height), &bytes))
         return false;
     return synthcam::ReadStampFromLuma(reinterpret_cast<const uint8_t*>(bytes.data()), width, 640, stamp);
+}
+
+bool ReadScreenRgb(const std::string& name, int x, int y, int width, int height, std::string* rgb)
+{
+    return CutScreenshot(name, Crop(x, y, width, height), "", "rgb", static_cast<size_t>(width * height * 3), rgb);
 }
 
 bool Direct3DRendersWithVulkan()

@@ -1,0 +1,9 @@
+// The four toggles of the Display menu, with the camera restart that
+// Brightness and Contrast, Pixel Saturation and Frame Integration need.
+#pragma once
+
+void OnDisplayCommand(unsigned command);
+
+// StopVideo, and StartVideo if the stop succeeded: a change of tool builds
+// the graph anew.
+void RestartVideo();

@@ -1,0 +1,438 @@
+// Scheduling inside the program, as a user does it: the Schedule Event
+// window makes and edits event files, and the View, Edit, Delete Events
+// list shows, sorts and deletes them.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdio>
+
+#include "device/graph_helpers.h"
+#include "e2e/harness.h"
+#include "e2e/remote_controls.h"
+#include "support/ffprobe.h"
+
+using namespace e2e;
+
+namespace {
+
+constexpr unsigned kSchedule = 33100;
+constexpr unsigned kEditAndDelete = 33101;
+constexpr int kAsteroidEdit = 33008, kStarEdit = 33009, kCommentEdit = 33010;
+constexpr int kHibernateBox = 33011, kShutdownBox = 33012, kScheduleButton = 33013, kCancelButton = 33014;
+constexpr int kShowExpiredBox = 32968, kAscendingBox = 32969, kEditButton = 32970, kDeleteButton = 32971;
+constexpr int kEventSecondsField = 5;
+
+constexpr wchar_t kMainTitle[] = L"MAVU Video Capture Version 2.1";
+constexpr wchar_t kPendingTitle[] = L"MAVU Video Capture -- Event pending";
+constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
+
+std::string TwoDigits(int value, char pad)
+{
+    char text[8];
+    std::snprintf(text, sizeof text, pad == '0' ? "%02d" : "%2d", value);
+    return text;
+}
+
+std::wstring Wide(const std::string& text)
+{
+    return std::wstring(text.begin(), text.end());
+}
+
+// "mm_dd_yyyy_hh_mm_ss" of a moment.
+std::string TimeName(const SYSTEMTIME& time)
+{
+    char text[32];
+    std::snprintf(text, sizeof text, "%02u_%02u_%04u_%02u_%02u_%02u", time.wMonth, time.wDay, time.wYear, time.wHour,
+                  time.wMinute, time.wSecond);
+    return text;
+}
+
+// A moment moved by some seconds.
+SYSTEMTIME Shifted(const SYSTEMTIME& moment, int seconds)
+{
+    FILETIME file{};
+    SystemTimeToFileTime(&moment, &file);
+    ULARGE_INTEGER ticks{{file.dwLowDateTime, file.dwHighDateTime}};
+    ticks.QuadPart += static_cast<ULONGLONG>(static_cast<LONGLONG>(seconds) * 10000000LL);
+    FILETIME moved{ticks.LowPart, ticks.HighPart};
+    SYSTEMTIME result{};
+    FileTimeToSystemTime(&moved, &result);
+    return result;
+}
+
+struct Scheduling {
+    devicetest::SyntheticDevices devices;
+    std::wstring folder;
+    std::unique_ptr<Program> program;
+    HWND schedule = nullptr;
+    HWND eventPicker = nullptr;
+    HWND durationPicker = nullptr;
+    HWND list = nullptr;
+    HWND listWindow = nullptr;
+
+    bool Start(bool withDevice = true)
+    {
+        if (withDevice && !devices.Add(L"Sky Cam", L"webcam"))
+            return false;
+        WriteOptions(folder, Option("DefaultRenderer", "VMR9"));
+        program = std::make_unique<Program>(folder);
+        if (!program->Start() || !program->WaitReady())
+            return false;
+        schedule = FindProcessWindow(program->ProcessId(), L"ScheduleEvents");
+        listWindow = FindProcessWindow(program->ProcessId(), L"ViewEvents");
+        if (!schedule || !listWindow)
+            return false;
+        eventPicker = FindChild(schedule, L"SysDateTimePick32");
+        durationPicker = GetWindow(eventPicker, GW_HWNDNEXT);
+        while (durationPicker && ClassName(durationPicker) != L"SysDateTimePick32")
+            durationPicker = GetWindow(durationPicker, GW_HWNDNEXT);
+        list = FindChild(listWindow, L"SysListView32");
+        return eventPicker && durationPicker && list;
+    }
+    HWND Main() const { return program->MainWindow(); }
+    HWND Item(HWND window, int id) const { return GetDlgItem(window, id); }
+
+    void OpenSchedule() const { SendCommand(Main(), kSchedule); }
+    void OpenList() const { SendCommand(Main(), kEditAndDelete); }
+
+    // The event moment as a user sets it: the picker a second short of it,
+    // then its seconds raised by the keyboard, which the program is told of.
+    void PickEventTime(const SYSTEMTIME& moment) const
+    {
+        SetPickerTime(eventPicker, Shifted(moment, -1));
+        StepPickerFieldUp(eventPicker, kEventSecondsField);
+    }
+    void SetDuration(WORD hours, WORD minutes, WORD seconds) const
+    {
+        SYSTEMTIME duration{2026, 1, 4, 1, hours, minutes, seconds, 0};
+        SetPickerTime(durationPicker, duration);
+    }
+    void Type(int id, const wchar_t* text) const
+    {
+        SendMessageW(Item(schedule, id), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
+    }
+    std::vector<std::wstring> EventFiles() const { return ListFiles(folder + L"\\Events", L"*.mef"); }
+    // Presses Delete and waits for the question; null when none comes.
+    HWND AskToDelete() const
+    {
+        PostMessageW(Item(listWindow, kDeleteButton), BM_CLICK, 0, 0);
+        return WaitForMessageBox(program->ProcessId(), L"Attention");
+    }
+};
+
+// The bytes of an event file as the program writes it.
+std::string EventFileBytes(const SYSTEMTIME& moment, int durationSeconds, const char* comment, const char* asteroid,
+                           const char* star, bool hibernate, bool shutdown)
+{
+    auto key = [](const char* name, const std::string& value) {
+        return std::string("\t<") + name + " Value=\"" + value + "\"/>\r\n";
+    };
+    std::string text = "<?xml version='1.0'?>\r\n<!--MAVU Event File Version 2.1-->\r\n<Root>\r\n";
+    text += key("EventYear", std::to_string(moment.wYear));
+    text += key("EventMonth", TwoDigits(moment.wMonth, ' '));
+    text += key("EventDay", TwoDigits(moment.wDay, ' '));
+    text += key("EventHour", TwoDigits(moment.wHour, ' '));
+    text += key("EventMinute", TwoDigits(moment.wMinute, ' '));
+    text += key("EventSecond", TwoDigits(moment.wSecond, ' '));
+    text += key("DurationHour", TwoDigits(durationSeconds / 3600, ' '));
+    text += key("DurationMinute", TwoDigits(durationSeconds / 60 % 60, ' '));
+    text += key("DurationSecond", TwoDigits(durationSeconds % 60, ' '));
+    text += key("Hibernate", hibernate ? "TRUE" : "FALSE");
+    text += key("Shutdown", shutdown ? "TRUE" : "FALSE");
+    text += key("Comment", comment);
+    text += key("AsteroidName", asteroid);
+    text += key("StarName", star);
+    return text + "</Root>\r\n";
+}
+
+// An event file in "Events" as the program writes one.
+void WriteProgramEvent(const std::wstring& folder, const std::wstring& name, const SYSTEMTIME& moment,
+                       int durationSeconds, const char* asteroid, const char* star, bool hibernate = false,
+                       bool shutdown = false)
+{
+    CreateDirectoryW((folder + L"\\Events").c_str(), nullptr);
+    WriteBytes(folder + L"\\Events\\" + name + L".mef",
+               EventFileBytes(moment, durationSeconds, "", asteroid, star, hibernate, shutdown));
+}
+
+}  // namespace
+
+// A new event made with the mouse and keyboard: the file of the exact name
+// and bytes, the lines, the countdown, and the recording of the event.
+TEST(Scheduling, AnEventScheduledInTheWindowIsWrittenArmedAndRecorded)
+{
+    Scheduling run;
+    run.folder = MakeWorkFolderForCurrentTest();
+    ASSERT_TRUE(run.Start());
+    run.OpenSchedule();
+    ASSERT_TRUE(IsVisible(run.schedule));
+    EXPECT_EQ(WindowText(run.schedule), L"Schedule Event");
+    HWND button = run.Item(run.schedule, kScheduleButton);
+    // The opening time left as it is: nothing to schedule yet.
+    EXPECT_FALSE(IsEnabled(button));
+    SYSTEMTIME opened{};
+    ASSERT_TRUE(PickerTime(run.eventPicker, &opened));
+
+    SYSTEMTIME moment = UtcInSeconds(25);
+    run.PickEventTime(moment);
+    EXPECT_TRUE(IsEnabled(button));
+    run.SetDuration(0, 0, 8);
+    run.Type(kAsteroidEdit, L"Vesta");
+    run.Type(kStarEdit, L"TYC1234");
+    run.Type(kCommentEdit, L"Rehearsal (dry run)");
+    Click(run.Item(run.schedule, kShutdownBox));
+    Click(run.Item(run.schedule, kHibernateBox));
+    // The two power requests exclude each other.
+    EXPECT_EQ(SendMessageW(run.Item(run.schedule, kShutdownBox), BM_GETCHECK, 0, 0), BST_UNCHECKED);
+    Click(run.Item(run.schedule, kHibernateBox));
+    TakeScreenshot("schedule-event");
+    Click(button);
+
+    ASSERT_TRUE(WaitUntil([&] { return !IsVisible(run.schedule); }, 5000));
+    std::string name = "Vesta_TYC1234_" + TimeName(moment);
+    std::vector<std::wstring> files = run.EventFiles();
+    ASSERT_EQ(files.size(), 1u);
+    EXPECT_EQ(files[0], Wide(name + ".mef"));
+    EXPECT_EQ(ReadBytes(run.folder + L"\\Events\\" + files[0]),
+              EventFileBytes(moment, 8, "Rehearsal (dry run)", "Vesta", "TYC1234", false, false));
+    ASSERT_TRUE(run.program->WaitForMessage(Wide("Scheduled an event recording:  " + name + "\r\n"), 5000));
+    ASSERT_TRUE(run.program->WaitForMessage(Wide("    " + name), 5000));
+    EXPECT_EQ(WindowText(run.Main()), kPendingTitle);
+
+    // Recorded like an event from a hand-written file.
+    ASSERT_TRUE(WaitUntil([&] { return WindowText(run.Main()) == kRecordingTitle; }, 40000));
+    ASSERT_TRUE(WaitUntil([&] { return WindowText(run.Main()) == kMainTitle; }, 30000));
+    ASSERT_TRUE(WaitUntil([&] { return !ListFiles(run.folder + L"\\VideoFiles", L"*.txt").empty(); }, 10000));
+    std::vector<std::wstring> videos = ListFiles(run.folder + L"\\VideoFiles", L"*.avi");
+    ASSERT_EQ(videos.size(), 1u);
+    // The file is named by the nominal start, four seconds before the moment.
+    EXPECT_EQ(videos[0], Wide("Vesta_TYC1234_" + TimeName(Shifted(moment, -4)) + ".avi"));
+    std::string report = ReadBytes(run.folder + L"\\VideoFiles\\" + videos[0].substr(0, videos[0].size() - 4) + L".txt");
+    EXPECT_EQ(report.rfind("Event recording: ", 0), 0u) << report;
+    run.program->Kill();
+}
+
+// Four seconds ahead is too soon: the line, the picker back at the present,
+// the window open, and no file.
+TEST(Scheduling, AnEventTooCloseToNowIsRefused)
+{
+    Scheduling run;
+    run.folder = MakeWorkFolderForCurrentTest();
+    ASSERT_TRUE(run.Start());
+    run.OpenSchedule();
+    run.PickEventTime(UtcInSeconds(4));
+    ASSERT_TRUE(IsEnabled(run.Item(run.schedule, kScheduleButton)));
+    Click(run.Item(run.schedule, kScheduleButton));
+    ASSERT_TRUE(run.program->WaitForMessage(
+        L"Event time must be at least 5 seconds after\r\nthe current time to allow for camera restart\r\n", 5000));
+    EXPECT_TRUE(IsVisible(run.schedule));
+    EXPECT_TRUE(run.EventFiles().empty());
+    SYSTEMTIME shown{};
+    ASSERT_TRUE(PickerTime(run.eventPicker, &shown));
+    SYSTEMTIME now = UtcInSeconds(0);
+    FILETIME a{}, b{};
+    SystemTimeToFileTime(&shown, &a);
+    SystemTimeToFileTime(&now, &b);
+    LONGLONG apart = static_cast<LONGLONG>((static_cast<ULONGLONG>(b.dwHighDateTime) << 32 | b.dwLowDateTime) -
+                                           (static_cast<ULONGLONG>(a.dwHighDateTime) << 32 | a.dwLowDateTime));
+    EXPECT_LT(apart < 0 ? -apart : apart, 30000000ll) << "the picker shows the present";
+    run.program->Kill();
+}
+
+// Characters outside the allowed set are taken out again as they are typed,
+// with the line for names or the line for comments.
+TEST(Scheduling, DisallowedCharactersAreRemovedWithTheirLine)
+{
+    Scheduling run;
+    run.folder = MakeWorkFolderForCurrentTest();
+    ASSERT_TRUE(run.Start(false));
+    run.OpenSchedule();
+    run.Type(kStarEdit, L"TYC/12");
+    EXPECT_EQ(WindowText(run.Item(run.schedule, kStarEdit)), L"TYC12");
+    ASSERT_TRUE(run.program->WaitForMessage(
+        L"Allowed characters are 'a' thru 'z', 'A' thru 'Z', '0' thru '9', '-', '_' or blank\r\n", 3000));
+    run.Type(kCommentEdit, L"a/b (c) [d]");
+    EXPECT_EQ(WindowText(run.Item(run.schedule, kCommentEdit)), L"ab (c) [d]");
+    ASSERT_TRUE(run.program->WaitForMessage(
+        L"Allowed characters are 'a' thru 'z', 'A' thru 'Z', '0' thru '9', or {}()[].:_-+#* or blank\r\n", 3000));
+    // The same comment text in a name field loses its brackets too.
+    run.Type(kAsteroidEdit, L"ab (c)");
+    EXPECT_EQ(WindowText(run.Item(run.schedule, kAsteroidEdit)), L"ab c");
+    run.program->Kill();
+}
+
+// Editing to a new time makes a file of the new name and removes the old;
+// editing without a change writes the same name again.
+TEST(Scheduling, EditingAnEventReplacesItsFile)
+{
+    Scheduling run;
+    run.folder = MakeWorkFolderForCurrentTest();
+    SYSTEMTIME moment = UtcInSeconds(3600);
+    WriteProgramEvent(run.folder, L"Ceres_" + Wide(TimeName(moment)), moment, 20, "Ceres", "");
+    ASSERT_TRUE(run.Start());
+    run.OpenList();
+    ASSERT_EQ(ListViewRowCount(run.list), 1);
+    ClickListViewRow(run.list, 0);
+    EXPECT_TRUE(IsEnabled(run.Item(run.listWindow, kEditButton)));
+    Click(run.Item(run.listWindow, kEditButton));
+    ASSERT_TRUE(IsVisible(run.schedule));
+    EXPECT_EQ(WindowText(run.schedule), L"Edit Event");
+    EXPECT_EQ(WindowText(run.Item(run.schedule, kAsteroidEdit)), L"Ceres");
+    SYSTEMTIME shown{};
+    ASSERT_TRUE(PickerTime(run.eventPicker, &shown));
+    EXPECT_EQ(TimeName(shown), TimeName(moment));
+
+    // Without a change: the same name.
+    Click(run.Item(run.schedule, kScheduleButton));
+    ASSERT_TRUE(WaitUntil([&] { return !IsVisible(run.schedule); }, 5000));
+    std::vector<std::wstring> files = run.EventFiles();
+    ASSERT_EQ(files.size(), 1u);
+    EXPECT_EQ(files[0], Wide("Ceres_" + TimeName(moment) + ".mef"));
+
+    // To a new time: a file of the new name, and the old one gone.
+    ClickListViewRow(run.list, 0);
+    Click(run.Item(run.listWindow, kEditButton));
+    SYSTEMTIME later = UtcInSeconds(7200);
+    run.PickEventTime(later);
+    Click(run.Item(run.schedule, kScheduleButton));
+    ASSERT_TRUE(WaitUntil([&] { return !IsVisible(run.schedule); }, 5000));
+    files = run.EventFiles();
+    ASSERT_EQ(files.size(), 1u);
+    EXPECT_EQ(files[0], Wide("Ceres_" + TimeName(later) + ".mef"));
+    EXPECT_EQ(ListViewText(run.list, 0, 7), files[0]);
+    run.program->Kill();
+}
+
+// Five events listed, one selected: the plural question, as it counts rows.
+// No keeps them all; Yes deletes the one, ends the pending countdown and
+// arms the next.
+TEST(Scheduling, DeletingAsksByTheRowsAndRearmsTheNextEvent)
+{
+    Scheduling run;
+    run.folder = MakeWorkFolderForCurrentTest();
+    for (int i = 1; i <= 5; ++i) {
+        SYSTEMTIME moment = UtcInSeconds(600 * i);
+        WriteEvent(run.folder, L"E" + std::to_wstring(i), moment, 10, "", ("Star" + std::to_string(i)).c_str());
+    }
+    ASSERT_TRUE(run.Start());
+    ASSERT_TRUE(WaitUntil([&] { return WindowText(run.Main()) == kPendingTitle; }, 5000));
+    run.OpenList();
+    ASSERT_EQ(ListViewRowCount(run.list), 5);
+    // Latest first: the earliest, the armed one, is the last row.
+    ClickListViewRow(run.list, 4);
+    EXPECT_EQ(ListViewSelectedCount(run.list), 1);
+    std::wstring armed = ListViewText(run.list, 4, 7);
+    HWND box = run.AskToDelete();
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(MessageBoxText(box), L"You are about to delete event files.  Continue?");
+    AnswerMessageBox(box, IDNO);
+    Sleep(500);
+    EXPECT_EQ(run.EventFiles().size(), 5u);
+
+    int loads = run.program->CountMessages(L"Current Event Information:");
+    box = run.AskToDelete();
+    ASSERT_NE(box, nullptr);
+    AnswerMessageBox(box, IDYES);
+    ASSERT_TRUE(WaitUntil([&] { return run.EventFiles().size() == 4; }, 5000));
+    ASSERT_TRUE(WaitUntil([&] { return run.program->CountMessages(L"Current Event Information:") == loads + 1; },
+                          5000));
+    EXPECT_EQ(WindowText(run.Main()), kPendingTitle) << "the next event is armed";
+    EXPECT_EQ(ListViewRowCount(run.list), 4);
+    for (int row = 0; row < 4; ++row)
+        EXPECT_NE(ListViewText(run.list, row, 7), armed);
+    EXPECT_FALSE(IsEnabled(run.Item(run.listWindow, kEditButton)));
+    EXPECT_FALSE(IsEnabled(run.Item(run.listWindow, kDeleteButton)));
+
+    // One row left and selected: the singular question.
+    for (int i = 0; i < 3; ++i) {
+        ClickListViewRow(run.list, 0);
+        AnswerMessageBox(run.AskToDelete(), IDYES);
+        ASSERT_TRUE(WaitUntil([&] { return static_cast<int>(run.EventFiles().size()) == 3 - i; }, 5000));
+    }
+    ClickListViewRow(run.list, 0);
+    box = run.AskToDelete();
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(MessageBoxText(box), L"You are about to delete an event file.  Continue?");
+    AnswerMessageBox(box, IDYES);
+    ASSERT_TRUE(WaitUntil([&] { return run.EventFiles().empty(); }, 5000));
+    ASSERT_TRUE(WaitUntil([&] { return WindowText(run.Main()) == kMainTitle; }, 5000));
+    run.program->Kill();
+}
+
+// The rows and their cells, in both orders, with and without expired
+// events; an unreadable file is a row of its own.
+TEST(Scheduling, TheListSortsAndShowsItsCells)
+{
+    Scheduling run;
+    run.folder = MakeWorkFolderForCurrentTest();
+    SYSTEMTIME early{2040, 5, 0, 3, 1, 2, 3, 0};
+    SYSTEMTIME late{2040, 12, 0, 24, 21, 0, 59, 0};
+    SYSTEMTIME past{2020, 1, 0, 9, 8, 7, 6, 0};
+    WriteProgramEvent(run.folder, L"early", early, 3725, "A", "B", true, false);
+    WriteProgramEvent(run.folder, L"late", late, 10, "", "", false, true);
+    WriteProgramEvent(run.folder, L"past", past, 60, "", "");
+    WriteBytes(run.folder + L"\\Events\\broken.mef", "<Root><EventYear Value=\"2040\"");
+    ASSERT_TRUE(run.Start(false));
+    run.OpenList();
+    std::vector<std::vector<std::wstring>> rows = ListViewRows(run.list, 8);
+    ASSERT_EQ(rows.size(), 2u) << "expired events are left out";
+    const std::wstring check = L"\u2713";
+    EXPECT_EQ(rows[0], (std::vector<std::wstring>{L" DEC 24, 2040", L" 21:00:59", L"00:00:10", L"", L"", check, L"",
+                                                  L"late.mef"}));
+    EXPECT_EQ(rows[1], (std::vector<std::wstring>{L" MAY  3, 2040", L" 01:02:03", L"01:02:05", L"", check, L"", L"",
+                                                  L"early.mef"}));
+
+    Click(run.Item(run.listWindow, kAscendingBox));
+    rows = ListViewRows(run.list, 8);
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(rows[0][7], L"early.mef");
+    EXPECT_EQ(rows[1][7], L"late.mef");
+
+    Click(run.Item(run.listWindow, kShowExpiredBox));
+    rows = ListViewRows(run.list, 8);
+    ASSERT_EQ(rows.size(), 4u);
+    // The unreadable file counts as expired; its times are the zero time,
+    // the earliest of all.
+    EXPECT_EQ(rows[0], (std::vector<std::wstring>{L"", L"", L"", L"", L"", L"", check, L"broken.mef"}));
+    EXPECT_EQ(rows[1][7], L"past.mef");
+    EXPECT_EQ(rows[1][6], check);
+    EXPECT_EQ(rows[1][0], L" JAN  9, 2020");
+
+    TakeScreenshot("event-list");
+    Click(run.Item(run.listWindow, kShowExpiredBox));
+    EXPECT_EQ(ListViewRowCount(run.list), 2);
+    run.program->Kill();
+}
+
+// A file the platform won't delete (read-only) gets the warning, once for
+// that file; the other selected file goes, and nothing else is lost.
+TEST(Scheduling, AFileThatCannotBeDeletedIsWarnedAboutAndTheOthersGo)
+{
+    Scheduling run;
+    run.folder = MakeWorkFolderForCurrentTest();
+    WriteProgramEvent(run.folder, L"kept", UtcInSeconds(3600), 10, "", "Kept");
+    WriteProgramEvent(run.folder, L"gone", UtcInSeconds(7200), 10, "", "Gone");
+    WriteProgramEvent(run.folder, L"other", UtcInSeconds(9000), 10, "", "Other");
+    ASSERT_TRUE(SetFileAttributesW((run.folder + L"\\Events\\kept.mef").c_str(), FILE_ATTRIBUTE_READONLY));
+    ASSERT_TRUE(run.Start(false));
+    run.OpenList();
+    ASSERT_EQ(ListViewRowCount(run.list), 3);
+    // Latest first: other, gone, kept.
+    ClickListViewRow(run.list, 1);
+    ClickListViewRow(run.list, 2, true);
+    EXPECT_EQ(ListViewSelectedCount(run.list), 2);
+    EXPECT_EQ(WindowText(FindChild(run.listWindow, L"Static", L"multiple events selected")),
+              L"multiple events selected");
+    EXPECT_FALSE(IsEnabled(run.Item(run.listWindow, kEditButton)));
+    AnswerMessageBox(run.AskToDelete(), IDYES);
+    ASSERT_TRUE(run.program->WaitForMessage(
+        L"WARNING: unable to delete one or more selected event files - write protected?\r\n", 5000));
+    ASSERT_TRUE(WaitUntil([&] { return run.EventFiles().size() == 2; }, 5000));
+    std::vector<std::wstring> files = run.EventFiles();
+    std::sort(files.begin(), files.end());
+    EXPECT_EQ(files, (std::vector<std::wstring>{L"kept.mef", L"other.mef"}));
+    EXPECT_EQ(run.program->CountMessages(L"WARNING: unable to delete"), 1);
+    EXPECT_EQ(ListViewRowCount(run.list), 2);
+    SetFileAttributesW((run.folder + L"\\Events\\kept.mef").c_str(), FILE_ATTRIBUTE_NORMAL);
+    run.program->Kill();
+}

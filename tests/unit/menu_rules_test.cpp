@@ -1,0 +1,202 @@
+// The menus' enable and check rules, on the real menu bars built by
+// BuildMenus in hidden windows of this process (another process can't read
+// a menu's state on this platform).
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "app/recording_control.h"
+#include "ui/commands.h"
+#include "ui/display_tools.h"
+#include "ui/menus.h"
+#include "ui/record_buttons.h"
+#include "ui/user_messages_window.h"
+#include "ui/window_set.h"
+#include "video/capture_settings.h"
+#include "video/video_sources.h"
+
+namespace {
+
+const unsigned kAllCommands[] = {
+    IDM_EXIT,          IDM_SCHEDULE,           IDM_EDIT_AND_DELETE,   IDM_BRIGHTNESS_CONTRAST, IDM_PIXEL_SATURATION,
+    IDM_FRAME_INTEGRATION, IDM_MAGNIFY,        IDM_SELECT_INPUT_DEVICE, IDM_DEVICE_PROPERTIES, IDM_FILE_OPTIONS,
+    IDM_CODEC,         IDM_DURATION_DEFAULT,   IDM_EVENT_PENDING,     IDM_PERFORMANCE,         IDM_MISCELLANEOUS,
+    IDM_USB_GPS_RECEIVER, IDM_SET_WINDOW_POSITIONS, IDM_ABOUT,
+};
+
+class MenuRules : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        mainWindow = CreateWindowExW(0, L"STATIC", kMainWindowTitle, WS_OVERLAPPEDWINDOW, 0, 0, 400, 300, nullptr,
+                                     nullptr, GetModuleHandleW(nullptr), nullptr);
+        userMessagesWindow = CreateWindowExW(0, L"STATIC", L"User Messages", WS_OVERLAPPEDWINDOW, 0, 0, 400, 300,
+                                             nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
+        recordControlsWindow = CreateWindowExW(0, L"STATIC", L"Record", WS_OVERLAPPEDWINDOW, 0, 0, 200, 100, nullptr,
+                                               nullptr, GetModuleHandleW(nullptr), nullptr);
+        startButton = CreateWindowExW(0, L"BUTTON", L"Start", WS_CHILD, 0, 0, 50, 50, recordControlsWindow, nullptr,
+                                      GetModuleHandleW(nullptr), nullptr);
+        stopButton = CreateWindowExW(0, L"BUTTON", L"Stop", WS_CHILD, 50, 0, 50, 50, recordControlsWindow, nullptr,
+                                     GetModuleHandleW(nullptr), nullptr);
+        ClearRuntimeSwitches();
+    }
+    void TearDown() override
+    {
+        for (VideoSourceInfo* source : videoSources)
+            delete source;
+        videoSources.clear();
+        SetMenu(mainWindow, nullptr);
+        SetMenu(userMessagesWindow, nullptr);
+        DestroyMenu(mainMenu);
+        DestroyMenu(userMessagesMenu);
+        mainMenu = userMessagesMenu = nullptr;
+        DestroyWindow(recordControlsWindow);
+        DestroyWindow(mainWindow);
+        DestroyWindow(userMessagesWindow);
+        startButton = stopButton = recordControlsWindow = mainWindow = userMessagesWindow = nullptr;
+        ClearRuntimeSwitches();
+    }
+
+    static bool Grey(unsigned command)
+    {
+        UINT state = GetMenuState(mainMenu, command, MF_BYCOMMAND);
+        EXPECT_NE(state, 0xFFFFFFFFu) << command;
+        return (state & MF_GRAYED) != 0;
+    }
+    static bool Checked(unsigned command) { return (GetMenuState(mainMenu, command, MF_BYCOMMAND) & MF_CHECKED) != 0; }
+    static bool PopupGrey(HMENU bar, int position)
+    {
+        return (GetMenuState(bar, position, MF_BYPOSITION) & MF_GRAYED) != 0;
+    }
+    // Every command's greying, with the given ones grey and the rest not.
+    static void ExpectGreyExactly(std::initializer_list<unsigned> grey)
+    {
+        std::map<unsigned, bool> expected;
+        for (unsigned command : kAllCommands)
+            expected[command] = false;
+        for (unsigned command : grey)
+            expected[command] = true;
+        for (const auto& [command, isGrey] : expected)
+            EXPECT_EQ(Grey(command), isGrey) << "command " << command;
+    }
+    static void ExpectNoPopupGrey()
+    {
+        for (int position = 0; position < 5; ++position)
+            EXPECT_FALSE(PopupGrey(mainMenu, position)) << position;
+        EXPECT_FALSE(PopupGrey(userMessagesMenu, 0));
+    }
+};
+
+}  // namespace
+
+TEST_F(MenuRules, WithoutAnyDeviceTheDeviceItemsAndSelectInputDeviceAreGrey)
+{
+    BuildMenus(false);
+    ExpectGreyExactly({IDM_SELECT_INPUT_DEVICE, IDM_DEVICE_PROPERTIES, IDM_CODEC, IDM_BRIGHTNESS_CONTRAST,
+                       IDM_MAGNIFY, IDM_FRAME_INTEGRATION, IDM_PIXEL_SATURATION});
+    ExpectNoPopupGrey();
+    // Schedule, GPS and the options stay available without a device.
+    EXPECT_FALSE(Grey(IDM_SCHEDULE));
+    EXPECT_FALSE(Grey(IDM_USB_GPS_RECEIVER));
+}
+
+TEST_F(MenuRules, WithDevicesAllIgnoredSelectInputDeviceStaysTheWayBack)
+{
+    videoSources.push_back(new VideoSourceInfo{});
+    BuildMenus(false);
+    ExpectGreyExactly({IDM_DEVICE_PROPERTIES, IDM_CODEC, IDM_BRIGHTNESS_CONTRAST, IDM_MAGNIFY, IDM_FRAME_INTEGRATION,
+                       IDM_PIXEL_SATURATION});
+}
+
+TEST_F(MenuRules, WithAnActiveDeviceEverythingIsEnabledAndNothingChecked)
+{
+    videoSources.push_back(new VideoSourceInfo{});
+    BuildMenus(true);
+    ExpectGreyExactly({});
+    ExpectNoPopupGrey();
+    for (unsigned command : kAllCommands)
+        EXPECT_FALSE(Checked(command)) << command;
+}
+
+TEST_F(MenuRules, ARecordingGreysFourPopupsAndTheMessagesFileAndSwapsTheButtons)
+{
+    videoSources.push_back(new VideoSourceInfo{});
+    BuildMenus(true);
+    ApplyRecordingState(true);
+    EXPECT_FALSE(PopupGrey(mainMenu, 0)) << "File stays: Exit remains possible";
+    for (int position = 1; position < 5; ++position)
+        EXPECT_TRUE(PopupGrey(mainMenu, position)) << position;
+    EXPECT_TRUE(PopupGrey(userMessagesMenu, 0));
+    EXPECT_FALSE(IsWindowEnabled(startButton));
+    EXPECT_TRUE(IsWindowEnabled(stopButton));
+    wchar_t title[128];
+    GetWindowTextW(mainWindow, title, 128);
+    EXPECT_STREQ(title, L"MAVU Video Capture -- Recording in progress");
+
+    ApplyRecordingState(false);
+    ExpectNoPopupGrey();
+    EXPECT_TRUE(IsWindowEnabled(startButton));
+    EXPECT_FALSE(IsWindowEnabled(stopButton));
+    GetWindowTextW(mainWindow, title, 128);
+    EXPECT_STREQ(title, kMainWindowTitle);
+}
+
+TEST_F(MenuRules, AnOpenDeviceDialogGreysMagnifyAndBothDeviceItems)
+{
+    videoSources.push_back(new VideoSourceInfo{});
+    BuildMenus(true);
+    SetDeviceDialogGreying(true);
+    ExpectGreyExactly({IDM_MAGNIFY, IDM_SELECT_INPUT_DEVICE, IDM_DEVICE_PROPERTIES});
+    SetDeviceDialogGreying(false);
+    ExpectGreyExactly({});
+}
+
+TEST_F(MenuRules, DisplayToolsSetTheirMarksWithTheirFlagsAndARebuildLosesOnlyTheMarks)
+{
+    videoSources.push_back(new VideoSourceInfo{});
+    BuildMenus(true);
+    TurnOnPixelSaturation();
+    TurnOnFrameIntegration();
+    TurnOnMagnify();
+    TurnOnBrightnessContrast();
+    for (unsigned command : {IDM_BRIGHTNESS_CONTRAST, IDM_PIXEL_SATURATION, IDM_FRAME_INTEGRATION, IDM_MAGNIFY})
+        EXPECT_TRUE(Checked(command)) << command;
+    EXPECT_TRUE(pixelSaturationOn && frameIntegrationOn && magnifyOn && brightnessContrastOn);
+    // Frame integration integrates nothing until its window's Start.
+    EXPECT_EQ(frameIntegrationCount, 1);
+    for (unsigned command : kAllCommands) {
+        if (command < IDM_BRIGHTNESS_CONTRAST || command > IDM_MAGNIFY) {
+            EXPECT_FALSE(Checked(command)) << command;
+        }
+    }
+
+    BuildMenus(true);
+    for (unsigned command : {IDM_BRIGHTNESS_CONTRAST, IDM_PIXEL_SATURATION, IDM_FRAME_INTEGRATION, IDM_MAGNIFY})
+        EXPECT_FALSE(Checked(command)) << command;
+    EXPECT_TRUE(pixelSaturationOn && frameIntegrationOn && magnifyOn && brightnessContrastOn);
+
+    TurnOnPixelSaturation();
+    ClosePixelSaturation();
+    CloseFrameIntegration();
+    CloseBrightnessContrast();
+    EXPECT_FALSE(pixelSaturationOn || frameIntegrationOn || brightnessContrastOn || colorInCaptureFile);
+    EXPECT_FALSE(Checked(IDM_PIXEL_SATURATION));
+}
+
+TEST_F(MenuRules, ARecordingUnderRemoveFiltersTakesTheBrightnessToolDown)
+{
+    videoSources.push_back(new VideoSourceInfo{});
+    BuildMenus(true);
+    TurnOnBrightnessContrast();
+    removeFiltersWhileRecording = 1;
+    ApplyRecordingState(true);
+    EXPECT_FALSE(brightnessContrastOn);
+    EXPECT_FALSE(Checked(IDM_BRIGHTNESS_CONTRAST));
+    ApplyRecordingState(false);
+
+    removeFiltersWhileRecording = 0;
+    TurnOnBrightnessContrast();
+    ApplyRecordingState(true);
+    EXPECT_TRUE(brightnessContrastOn) << "without the option the tool stays on";
+    ApplyRecordingState(false);
+}
