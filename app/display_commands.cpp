@@ -5,12 +5,6 @@
 #include "ui/display_tools.h"
 #include "video/capture_settings.h"
 
-void RestartVideo()
-{
-    if (SUCCEEDED(StopVideo()))
-        StartVideo();
-}
-
 void OnDisplayCommand(unsigned command)
 {
     // Each item toggles its tool's flag, not its check mark: after a rebuild

@@ -4,6 +4,3 @@
 
 void OnDisplayCommand(unsigned command);
 
-// StopVideo, and StartVideo if the stop succeeded: a change of tool builds
-// the graph anew.
-void RestartVideo();

@@ -2,8 +2,8 @@
 
 #include <cwchar>
 
-#include "events/event_state.h"
 #include "persistence/options.h"
+#include "ui/countdown_window.h"
 #include "video/capture_settings.h"
 #include "video/codecs.h"
 

@@ -21,8 +21,13 @@
 #include "persistence/options_file.h"
 #include "ui/countdown_window.h"
 #include "ui/dialog_common.h"
+#include "ui/duration_window.h"
+#include "ui/event_pending_window.h"
+#include "ui/file_options_window.h"
 #include "ui/fonts.h"
 #include "ui/menus.h"
+#include "ui/misc_options_window.h"
+#include "ui/performance_window.h"
 #include "ui/power_window.h"
 #include "ui/record_buttons.h"
 #include "ui/record_controls.h"
@@ -190,6 +195,7 @@ MainWindow::MainWindow(HINSTANCE instanceHandle)
     ForgetEventTimers();
 
     CreateDefaultFolders();
+    FillFileOptions();
 
     FlushQueuedUserMessages();
     startingUp = 0;
@@ -217,7 +223,9 @@ bool MainWindow::CreateDialogWindows()
     // silently and without the fatal flag.
     if (!CreateCountdownWindow(instance))
         return true;
-    return CreatePowerWindow(instance) && CreateScheduleWindow(instance) && CreateEventListWindow(instance);
+    return CreateMiscellaneousWindow(instance) && CreateFileOptionsWindow(instance) &&
+           CreateDurationWindow(instance) && CreateEventPendingWindow(instance) && CreatePerformanceWindow(instance) &&
+           CreatePowerWindow(instance) && CreateScheduleWindow(instance) && CreateEventListWindow(instance);
 }
 
 HRESULT ActivateCurrentDevice()

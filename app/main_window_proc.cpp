@@ -11,7 +11,12 @@
 #include "events/schedule_window.h"
 #include "persistence/options.h"
 #include "ui/commands.h"
+#include "ui/duration_window.h"
+#include "ui/event_pending_window.h"
+#include "ui/file_options_window.h"
 #include "ui/menus.h"
+#include "ui/misc_options_window.h"
+#include "ui/performance_window.h"
 #include "ui/window_layout.h"
 #include "ui/window_set.h"
 #include "video/video_sources.h"
@@ -46,6 +51,33 @@ void OnMove(HWND window)
     options.windows[MainWindowKey].currentTop = rect.top;
 }
 
+void OnOptionsCommand(unsigned command)
+{
+    switch (command) {
+    case IDM_FILE_OPTIONS:
+        OpenFileOptionsWindow();
+        break;
+    case IDM_DURATION_DEFAULT:
+        OpenDurationWindow();
+        break;
+    case IDM_EVENT_PENDING:
+        OpenEventPendingWindow();
+        break;
+    case IDM_PERFORMANCE:
+        OpenPerformanceWindow();
+        break;
+    case IDM_MISCELLANEOUS:
+        OpenMiscellaneousWindow();
+        break;
+    case IDM_SET_WINDOW_POSITIONS:
+        // Reported whether or not the save worked: a failed save has
+        // already said so.
+        SaveWindowPositions();
+        ReportUserMessage(L"Default window positions are saved in options file\r\n", true);
+        break;
+    }
+}
+
 LRESULT OnCommand(HWND window, unsigned command)
 {
     if (command == IDM_EXIT) {
@@ -64,13 +96,7 @@ LRESULT OnCommand(HWND window, unsigned command)
         return 0;
     }
     if (command >= kFirstOptionsCommand && command <= kLastOptionsCommand) {
-        if (command == IDM_SET_WINDOW_POSITIONS) {
-            // Reported whether or not the save worked: a failed save has
-            // already said so.
-            SaveWindowPositions();
-            ReportUserMessage(L"Default window positions are saved in options file\r\n", true);
-        }
-        // Device, recording and GPS options open their dialogs.
+        OnOptionsCommand(command);
         return 0;
     }
     if (command == IDM_ABOUT) {

@@ -3,11 +3,10 @@
 #include <windows.h>
 #include <shlwapi.h>
 
+#include "ui/file_options_window.h"
 #include "ui/menus.h"
 #include "ui/user_messages.h"
 
-std::wstring defaultVideoFolder;
-std::wstring defaultLogFolder;
 
 std::wstring ProgramFolderFromModulePath(const std::wstring& modulePath)
 {

@@ -9,10 +9,6 @@
 // it isn't found. Always ends in a backslash.
 std::wstring ProgramFolderFromModulePath(const std::wstring& modulePath);
 
-// Program folder plus "VideoFiles\" and plus "LogFiles\", set at start-up.
-extern std::wstring defaultVideoFolder;
-extern std::wstring defaultLogFolder;
-
 // Finds the program folder and makes the two default folders, reporting and
 // greying the menus when one can't be made.
 void CreateDefaultFolders();

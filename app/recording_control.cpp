@@ -97,6 +97,12 @@ HRESULT StartVideo()
     return S_OK;
 }
 
+void RestartVideo()
+{
+    if (SUCCEEDED(StopVideo()))
+        StartVideo();
+}
+
 void MakeVideoPathname(bool isEvent, const EventRecord* event)
 {
     RecordingFilePath[0] = 0;

@@ -28,6 +28,9 @@ extern GpsSnapshot gpsSnapshot;
 
 HRESULT StartVideo();
 HRESULT StopVideo();
+// StopVideo, and StartVideo if the stop succeeded: a change of tool or
+// renderer builds the graph anew.
+void RestartVideo();
 
 // Fills RecordingFilePath: the manual pattern with the moment of the call,
 // or the event pattern with the event's nominal start.

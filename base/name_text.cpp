@@ -28,6 +28,25 @@ int FilterNameCharacters(wchar_t* text, bool allowComment)
     return removed ? 1 : 0;
 }
 
+std::wstring HostNamePrefix(const wchar_t* computerName, bool* removed)
+{
+    std::wstring name = computerName ? computerName : L"";
+    name.push_back(L'\0');
+    *removed = FilterNameCharacters(name.data(), false) != 0;
+    name.resize(std::wcslen(name.c_str()));
+    for (wchar_t& c : name)
+        if (c >= L'A' && c <= L'Z')
+            c = static_cast<wchar_t>(c - L'A' + L'a');
+    if (name.size() > 12)
+        name.resize(12);
+    return name;
+}
+
+std::wstring NamePattern(const wchar_t* prefix, const wchar_t* extension)
+{
+    return JoinNamePrefixes(L"", {prefix}) + L"mm_dd_yyyy_hh_mm_ss" + extension;
+}
+
 std::wstring JoinNamePrefixes(const std::wstring& folder, std::initializer_list<const wchar_t*> prefixes)
 {
     std::wstring joined = folder;

@@ -9,6 +9,7 @@
 #include "events/event_state.h"
 #include "events/schedule_window.h"
 #include "persistence/options.h"
+#include "ui/control_ids.h"
 #include "ui/dialog_common.h"
 #include "ui/fonts.h"
 #include "ui/window_layout.h"
@@ -17,11 +18,11 @@ HWND viewEventsWindow = nullptr;
 
 namespace {
 
-constexpr int kShowExpiredBox = 32968;
-constexpr int kAscendingBox = 32969;
-constexpr int kEditButton = 32970;
-constexpr int kDeleteButton = 32971;
-constexpr int kCancelButton = 32972;
+constexpr int kShowExpiredBox = kEventListShowExpiredBox;
+constexpr int kAscendingBox = kEventListAscendingBox;
+constexpr int kEditButton = kEventListEditButton;
+constexpr int kDeleteButton = kEventListDeleteButton;
+constexpr int kCancelButton = kEventListCancelButton;
 
 HWND selectedLabel = nullptr;
 HWND editButton = nullptr;
@@ -84,7 +85,7 @@ void OnDelete()
 
 void OnCheckBox(int id)
 {
-    bool checked = SendMessageW(GetDlgItem(viewEventsWindow, id), BM_GETCHECK, 0, 0) == BST_CHECKED;
+    bool checked = IsButtonChecked(GetDlgItem(viewEventsWindow, id));
     if (id == kShowExpiredBox)
         showExpiredEvents = checked;
     else
@@ -120,15 +121,10 @@ LRESULT CALLBACK EventListWindowProc(HWND window, UINT message, WPARAM wParam, L
             OnListClick();
         return 0;
     }
-    case WM_CLOSE:
-        ShowWindow(window, SW_HIDE);
-        return 0;
-    case WM_MOVE:
-        TrackWindowPosition(window, ViewEventsWindowKey);
-        break;
-    case WM_CTLCOLORSTATIC:
-        return StaticTextColour(reinterpret_cast<HDC>(wParam));
     }
+    LRESULT result = 0;
+    if (HandleCommonDialogMessage(window, message, wParam, ViewEventsWindowKey, &result))
+        return result;
     return DefWindowProcW(window, message, wParam, lParam);
 }
 
@@ -140,24 +136,19 @@ HWND CreateEventListWindow(HINSTANCE instance)
                                    kPlainWindowStyle, 940, 470, ViewEventsWindowKey);
     if (!window)
         return nullptr;
-    HFONT text = appFonts[DialogStaticFont];
-    HFONT button = appFonts[DialogButtonFont];
-    CreateControl(window, L"BUTTON", L"Show expired events", BS_AUTOCHECKBOX, 30, 15, 170, 25, kShowExpiredBox, text);
-    CreateControl(window, L"BUTTON", L"Ascending times", BS_AUTOCHECKBOX, 210, 15, 170, 25, kAscendingBox, text);
+    CreateCheckBox(window, L"Show expired events", 30, 15, 170, kShowExpiredBox);
+    CreateCheckBox(window, L"Ascending times", 210, 15, 170, kAscendingBox);
     SetUpEventListView(CreateControl(window, WC_LISTVIEWW, L"", LVS_REPORT | LVS_SHOWSELALWAYS | WS_BORDER, 30, 50,
                                      866, 250, 0, appFonts[EventListFont]));
-    CreateControl(window, L"STATIC", L"Event files folder:", SS_LEFT, 30, 320, 115, 20, 0, text);
+    CreateLabel(window, L"Event files folder:", 30, 320, 115);
     wchar_t folder[MAX_PATH] = L"";
     GetCurrentDirectoryW(MAX_PATH, folder);
-    CreateControl(window, L"STATIC", (std::wstring(folder) + L"\\Events").c_str(), SS_LEFT, 155, 320, 770, 20, 0,
-                  text);
-    CreateControl(window, L"STATIC", L"Selected event file:", SS_LEFT, 30, 350, 125, 20, 0, text);
-    selectedLabel = CreateControl(window, L"STATIC", L"nothing selected", SS_LEFT, 168, 350, 700, 20, 0, text);
-    editButton = CreateControl(window, L"BUTTON", L"Edit Selected Event", BS_PUSHBUTTON, 170, 390, 150, 28,
-                               kEditButton, button);
-    deleteButton = CreateControl(window, L"BUTTON", L"Delete Selected Event(s)", BS_PUSHBUTTON, 360, 390, 186, 28,
-                                 kDeleteButton, button);
-    CreateControl(window, L"BUTTON", L"Cancel", BS_PUSHBUTTON, 585, 390, 80, 28, kCancelButton, button);
+    CreateLabel(window, (std::wstring(folder) + L"\\Events").c_str(), 155, 320, 770);
+    CreateLabel(window, L"Selected event file:", 30, 350, 125);
+    selectedLabel = CreateLabel(window, L"nothing selected", 168, 350, 700);
+    editButton = CreatePushButton(window, L"Edit Selected Event", 170, 390, 150, 28, kEditButton);
+    deleteButton = CreatePushButton(window, L"Delete Selected Event(s)", 360, 390, 186, 28, kDeleteButton);
+    CreatePushButton(window, L"Cancel", 585, 390, 80, 28, kCancelButton);
     viewEventsWindow = window;
     return window;
 }

@@ -160,7 +160,7 @@ void StartCountdown()
     SetWindowTextW(mainWindow, L"MAVU Video Capture -- Event pending");
     if (countdownWindow) {
         SetWindowTextW(countdownWindow, L"Event Pending");
-        SetCountdownHeading(showUtcClock ? L"         Computer time (UTC):" : L"Countdown to recording start time:");
+        SetCountdownHeading();
         SetCountdownLines(WithoutLineEnd(startLine).c_str(), WithoutLineEnd(eventLine).c_str(),
                           WithoutLineEnd(endLine).c_str());
         PlaceDialog(countdownWindow);

@@ -18,4 +18,3 @@ Flag eventRecording{0};
 std::atomic<uint64_t> countdownDeadline{0};
 std::atomic<uint32_t> eventDurationMs{0};
 std::atomic<uint32_t> keepAwakeCounter{0};
-Flag showUtcClock{0};

@@ -27,5 +27,3 @@ extern Flag eventRecording;  // an event recording runs
 extern std::atomic<uint64_t> countdownDeadline;  // local time, FILETIME ticks
 extern std::atomic<uint32_t> eventDurationMs;
 extern std::atomic<uint32_t> keepAwakeCounter;
-// The countdown window shows the computer's UTC clock instead of the time left.
-extern Flag showUtcClock;

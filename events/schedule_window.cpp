@@ -12,19 +12,19 @@
 #include "events/event_list_view.h"
 #include "events/event_queue.h"
 #include "persistence/options.h"
+#include "ui/control_ids.h"
 #include "ui/dialog_common.h"
 #include "ui/fonts.h"
 #include "ui/window_layout.h"
 
 namespace {
 
-constexpr int kAsteroidEdit = 33008;
-constexpr int kStarEdit = 33009;
-constexpr int kCommentEdit = 33010;
-constexpr int kHibernateBox = 33011;
-constexpr int kShutdownBox = 33012;
-constexpr int kScheduleButton = 33013;
-constexpr int kCancelButton = 33014;
+constexpr int kAsteroidEdit = kScheduleAsteroidEdit;
+constexpr int kStarEdit = kScheduleStarEdit;
+constexpr int kCommentEdit = kScheduleCommentEdit;
+constexpr int kHibernateBox = kScheduleHibernateBox;
+constexpr int kShutdownBox = kScheduleShutdownBox;
+constexpr int kCancelButton = kScheduleCancelButton;
 
 constexpr wchar_t kPrefixCharacters[] =
     L"Allowed characters are 'a' thru 'z', 'A' thru 'Z', '0' thru '9', '-', '_' or blank\r\n";
@@ -53,16 +53,6 @@ bool ReadPicker(HWND picker, SYSTEMTIME& time)
 void SetPicker(HWND picker, const SYSTEMTIME& time)
 {
     SendMessageW(picker, DTM_SETSYSTEMTIME, GDT_VALID, reinterpret_cast<LPARAM>(&time));
-}
-
-bool IsChecked(HWND box)
-{
-    return SendMessageW(box, BM_GETCHECK, 0, 0) == BST_CHECKED;
-}
-
-void SetChecked(HWND box, bool checked)
-{
-    SendMessageW(box, BM_SETCHECK, checked ? BST_CHECKED : BST_UNCHECKED, 0);
 }
 
 std::wstring FieldText(HWND edit, int capacity)
@@ -128,8 +118,8 @@ void OnSchedule()
 
     EventFileText text{};
     FormatEventNumbers(text, picked, duration);
-    CopyInto(text.hibernate, kEventNumberCapacity, IsChecked(hibernateBox) ? L"TRUE" : L"FALSE");
-    CopyInto(text.shutdown, kEventNumberCapacity, IsChecked(shutdownBox) ? L"TRUE" : L"FALSE");
+    CopyInto(text.hibernate, kEventNumberCapacity, IsButtonChecked(hibernateBox) ? L"TRUE" : L"FALSE");
+    CopyInto(text.shutdown, kEventNumberCapacity, IsButtonChecked(shutdownBox) ? L"TRUE" : L"FALSE");
     CopyInto(text.asteroidName, kEventNameCapacity, FieldText(asteroidEdit, 21));
     CopyInto(text.starName, kEventNameCapacity, FieldText(starEdit, 21));
     CopyInto(text.comment, kEventCommentCapacity, FieldText(commentEdit, 36));
@@ -165,12 +155,12 @@ void OnCommand(int id, int code)
             FilterField(GetDlgItem(scheduleEventWindow, id), id == kCommentEdit);
         break;
     case kHibernateBox:
-        if (code == BN_CLICKED && IsChecked(hibernateBox))
-            SetChecked(shutdownBox, false);
+        if (code == BN_CLICKED && IsButtonChecked(hibernateBox))
+            SetButtonChecked(shutdownBox, false);
         break;
     case kShutdownBox:
-        if (code == BN_CLICKED && IsChecked(shutdownBox))
-            SetChecked(hibernateBox, false);
+        if (code == BN_CLICKED && IsButtonChecked(shutdownBox))
+            SetButtonChecked(hibernateBox, false);
         break;
     case kScheduleButton:
         if (code == BN_CLICKED)
@@ -198,12 +188,10 @@ LRESULT CALLBACK ScheduleWindowProc(HWND window, UINT message, WPARAM wParam, LP
     case WM_CLOSE:
         CloseScheduleWindow();
         return 0;
-    case WM_MOVE:
-        TrackWindowPosition(window, ScheduleEventWindowKey);
-        break;
-    case WM_CTLCOLORSTATIC:
-        return StaticTextColour(reinterpret_cast<HDC>(wParam));
     }
+    LRESULT result = 0;
+    if (HandleCommonDialogMessage(window, message, wParam, ScheduleEventWindowKey, &result))
+        return result;
     return DefWindowProcW(window, message, wParam, lParam);
 }
 
@@ -223,11 +211,6 @@ HWND MakeEdit(HWND parent, int x, int y, int width, int id, int limit)
     return edit;
 }
 
-HWND MakeStatic(HWND parent, const wchar_t* text, int x, int y, int width)
-{
-    return CreateControl(parent, L"STATIC", text, SS_LEFT, x, y, width, 20, 0, appFonts[DialogStaticFont]);
-}
-
 }  // namespace
 
 HWND CreateScheduleWindow(HINSTANCE instance)
@@ -236,29 +219,23 @@ HWND CreateScheduleWindow(HINSTANCE instance)
                                    kPlainWindowStyle, 400, 560, ScheduleEventWindowKey);
     if (!window)
         return nullptr;
-    HFONT button = appFonts[DialogButtonFont];
-    MakeStatic(window, L"Predicted Event Date and Time (UTC):", 60, 20, 260);
+    CreateLabel(window, L"Predicted Event Date and Time (UTC):", 60, 20, 260);
     eventPicker = MakePicker(window, 0x50810000, 90, 50, 210, 30, L"MMM d',' yyyy   HH':'mm':'ss");
-    MakeStatic(window, L"Recording Duration (hh:mm:ss):", 80, 110, 210);
+    CreateLabel(window, L"Recording Duration (hh:mm:ss):", 80, 110, 210);
     durationPicker = MakePicker(window, 0x50810009, 140, 140, 100, 30, L"HH':'mm':'ss");
-    MakeStatic(window, L"Optional File Prefixes (20 chars max each)", 35, 200, 280);
-    MakeStatic(window, L"Asteroid:", 35, 230, 120);
+    CreateLabel(window, L"Optional File Prefixes (20 chars max each)", 35, 200, 280);
+    CreateLabel(window, L"Asteroid:", 35, 230, 120);
     asteroidEdit = MakeEdit(window, 100, 230, 195, kAsteroidEdit, 20);
-    MakeStatic(window, L"Star:", 60, 260, 80);
+    CreateLabel(window, L"Star:", 60, 260, 80);
     starEdit = MakeEdit(window, 100, 260, 195, kStarEdit, 20);
-    MakeStatic(window, L"Global Prefix:", 58, 290, 90);
-    globalPrefixLabel = MakeStatic(window, L"", 155, 290, 120);
-    MakeStatic(window, L"Optional Comment (35 chars max):", 60, 340, 230);
+    CreateLabel(window, L"Global Prefix:", 58, 290, 90);
+    globalPrefixLabel = CreateLabel(window, L"", 155, 290, 120);
+    CreateLabel(window, L"Optional Comment (35 chars max):", 60, 340, 230);
     commentEdit = MakeEdit(window, 22, 370, 330, kCommentEdit, 35);
-    hibernateBox = CreateControl(window, L"BUTTON", L"Hibernate after recording completed",
-                                 BS_AUTOCHECKBOX | WS_TABSTOP, 50, 410, 260, 25, kHibernateBox,
-                                 appFonts[DialogStaticFont]);
-    shutdownBox = CreateControl(window, L"BUTTON", L"Shut down after recording completed",
-                                BS_AUTOCHECKBOX | WS_TABSTOP, 50, 435, 260, 25, kShutdownBox,
-                                appFonts[DialogStaticFont]);
-    scheduleButton = CreateControl(window, L"BUTTON", L"Schedule", BS_PUSHBUTTON | WS_TABSTOP, 40, 480, 80, 28,
-                                   kScheduleButton, button);
-    CreateControl(window, L"BUTTON", L"Cancel", BS_PUSHBUTTON | WS_TABSTOP, 265, 480, 80, 28, kCancelButton, button);
+    hibernateBox = CreateCheckBox(window, L"Hibernate after recording completed", 50, 410, 260, kHibernateBox);
+    shutdownBox = CreateCheckBox(window, L"Shut down after recording completed", 50, 435, 260, kShutdownBox);
+    scheduleButton = CreatePushButton(window, L"Schedule", 40, 480, 80, 28, kScheduleButton);
+    CreatePushButton(window, L"Cancel", 265, 480, 80, 28, kCancelButton);
     scheduleEventWindow = window;
     return window;
 }
@@ -278,8 +255,8 @@ void OpenScheduleWindow()
     SetWindowTextW(starEdit, L"");
     SetWindowTextW(commentEdit, L"");
     SetWindowTextW(globalPrefixLabel, options.EventFileGlobalPrefix);
-    SetChecked(hibernateBox, false);
-    SetChecked(shutdownBox, false);
+    SetButtonChecked(hibernateBox, false);
+    SetButtonChecked(shutdownBox, false);
     EnableWindow(scheduleButton, FALSE);
     ShowPlacedDialog(scheduleEventWindow);
 }
@@ -295,8 +272,8 @@ void OpenScheduleWindowForEdit(const std::wstring& fileName)
     SetWindowTextW(asteroidEdit, record.text.asteroidName);
     SetWindowTextW(starEdit, record.text.starName);
     SetWindowTextW(commentEdit, record.text.comment);
-    SetChecked(hibernateBox, record.hibernate != 0);
-    SetChecked(shutdownBox, record.shutdown != 0);
+    SetButtonChecked(hibernateBox, record.hibernate != 0);
+    SetButtonChecked(shutdownBox, record.shutdown != 0);
     // The duration picker wants a valid date too: the event's.
     SYSTEMTIME duration = record.duration;
     duration.wYear = record.eventTime.wYear;

@@ -5,6 +5,7 @@
 #include "ui/fonts.h"
 
 HWND countdownWindow = nullptr;
+Flag showUtcClock{0};
 
 namespace {
 
@@ -44,9 +45,9 @@ HWND CreateCountdownWindow(HINSTANCE instance)
     return window;
 }
 
-void SetCountdownHeading(const wchar_t* text)
+void SetCountdownHeading()
 {
-    SetWindowTextW(heading, text);
+    SetWindowTextW(heading, showUtcClock ? L"         Computer time (UTC):" : L"Countdown to recording start time:");
 }
 
 void SetCountdownValue(const wchar_t* text)

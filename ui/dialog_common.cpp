@@ -2,6 +2,7 @@
 
 #include "persistence/options.h"
 #include "ui/app_icons.h"
+#include "ui/fonts.h"
 #include "ui/window_class.h"
 #include "ui/window_layout.h"
 
@@ -58,6 +59,23 @@ void ShowPlacedDialog(HWND window)
     BringWindowToTop(window);
 }
 
+bool HandleCommonDialogMessage(HWND window, UINT message, WPARAM wParam, int windowKey, LRESULT* result)
+{
+    switch (message) {
+    case WM_CLOSE:
+        ShowWindow(window, SW_HIDE);
+        *result = 0;
+        return true;
+    case WM_CTLCOLORSTATIC:
+        *result = StaticTextColour(reinterpret_cast<HDC>(wParam));
+        return true;
+    case WM_MOVE:
+        TrackWindowPosition(window, windowKey);
+        return false;
+    }
+    return false;
+}
+
 void SetWindowIcons(HWND window)
 {
     if (appIcons.logoLarge)
@@ -80,4 +98,37 @@ HWND CreateControl(HWND parent, const wchar_t* className, const wchar_t* text, D
                                    nullptr);
     SetControlFont(control, font);
     return control;
+}
+
+HWND CreateLabel(HWND parent, const wchar_t* text, int x, int y, int width, int height, int id)
+{
+    return CreateControl(parent, L"STATIC", text, SS_LEFT, x, y, width, height, id, appFonts[DialogStaticFont]);
+}
+
+HWND CreatePushButton(HWND parent, const wchar_t* text, int x, int y, int width, int height, int id)
+{
+    return CreateControl(parent, L"BUTTON", text, BS_PUSHBUTTON | WS_TABSTOP, x, y, width, height, id,
+                         appFonts[DialogButtonFont]);
+}
+
+HWND CreateCheckBox(HWND parent, const wchar_t* text, int x, int y, int width, int id)
+{
+    return CreateControl(parent, L"BUTTON", text, BS_AUTOCHECKBOX | WS_TABSTOP, x, y, width, 25, id,
+                         appFonts[DialogStaticFont]);
+}
+
+HWND CreateRadioButton(HWND parent, const wchar_t* text, int x, int y, int width, int id, bool firstOfGroup)
+{
+    return CreateControl(parent, L"BUTTON", text, BS_AUTORADIOBUTTON | (firstOfGroup ? WS_GROUP | WS_TABSTOP : 0), x,
+                         y, width, 25, id, appFonts[DialogStaticFont]);
+}
+
+bool IsButtonChecked(HWND button)
+{
+    return SendMessageW(button, BM_GETCHECK, 0, 0) == BST_CHECKED;
+}
+
+void SetButtonChecked(HWND button, bool checked)
+{
+    SendMessageW(button, BM_SETCHECK, checked ? BST_CHECKED : BST_UNCHECKED, 0);
 }

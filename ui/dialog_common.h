@@ -27,6 +27,12 @@ void ShowPlacedDialog(HWND window);
 // Black text on the light grey of the windows, for WM_CTLCOLORSTATIC.
 LRESULT StaticTextColour(HDC deviceContext);
 
+// What every option and tool window does alike: the close box hides it, a
+// move keeps it on the desktop and remembers where it stands, and static
+// text gets the windows' colours. True, with the result, when the message
+// needs nothing more; a move goes on to the default handling.
+bool HandleCommonDialogMessage(HWND window, UINT message, WPARAM wParam, int windowKey, LRESULT* result);
+
 // The move handling of a window with a position record: keep it on the
 // desktop, then remember where it stands unless it is minimised.
 void TrackWindowPosition(HWND window, int windowKey);
@@ -41,3 +47,15 @@ void SetControlFont(HWND control, HFONT font);
 // when that font exists.
 HWND CreateControl(HWND parent, const wchar_t* className, const wchar_t* text, DWORD style, int x, int y, int width,
                    int height, int id, HFONT font);
+
+// The option and tool windows' usual controls in their usual fonts:
+// static text and check boxes in the dialog static font, push buttons in
+// the dialog button font.
+HWND CreateLabel(HWND parent, const wchar_t* text, int x, int y, int width, int height = 20, int id = 0);
+HWND CreatePushButton(HWND parent, const wchar_t* text, int x, int y, int width, int height, int id);
+HWND CreateCheckBox(HWND parent, const wchar_t* text, int x, int y, int width, int id);
+// The first radio button of a group starts the group.
+HWND CreateRadioButton(HWND parent, const wchar_t* text, int x, int y, int width, int id, bool firstOfGroup);
+
+bool IsButtonChecked(HWND button);
+void SetButtonChecked(HWND button, bool checked);

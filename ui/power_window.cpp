@@ -1,6 +1,7 @@
 #include "ui/power_window.h"
 
 #include "app/power_actions.h"
+#include "ui/control_ids.h"
 #include "ui/dialog_common.h"
 #include "ui/fonts.h"
 
@@ -36,7 +37,7 @@ LRESULT CALLBACK PowerWindowProc(HWND window, UINT message, WPARAM wParam, LPARA
         return 0;
     }
     case WM_COMMAND:
-        if (LOWORD(wParam) == kCancelPowerActionId && HIWORD(wParam) == BN_CLICKED) {
+        if (LOWORD(wParam) == kCancelPowerActionButton && HIWORD(wParam) == BN_CLICKED) {
             KillTimer(window, timerId);
             ShowWindow(window, SW_HIDE);
         }
@@ -65,7 +66,7 @@ HWND CreatePowerWindow(HINSTANCE instance)
     secondsLabel = CreateControl(window, L"STATIC", L"", SS_LEFT, 135, 25, 40, 25, 0, appFonts[PowerCountdownFont]);
     CreateControl(window, L"STATIC", L"seconds", SS_LEFT, 175, 30, 70, 20, 0, text);
     unlessLabel = CreateControl(window, L"STATIC", L"", SS_LEFT, 30, 60, 230, 20, 0, text);
-    cancelButton = CreateControl(window, L"BUTTON", L"", BS_PUSHBUTTON, 75, 120, 135, 28, kCancelPowerActionId,
+    cancelButton = CreateControl(window, L"BUTTON", L"", BS_PUSHBUTTON, 75, 120, 135, 28, kCancelPowerActionButton,
                                  appFonts[DialogButtonFont]);
     hibernateWindow = window;
     return window;

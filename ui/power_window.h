@@ -5,7 +5,6 @@
 #include <windows.h>
 
 constexpr UINT_PTR kPowerTimerId = 32772;
-constexpr int kCancelPowerActionId = 33018;
 
 extern HWND hibernateWindow;
 

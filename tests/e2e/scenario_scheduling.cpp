@@ -10,16 +10,17 @@
 #include "e2e/harness.h"
 #include "e2e/remote_controls.h"
 #include "support/ffprobe.h"
+#include "ui/commands.h"
+#include "ui/control_ids.h"
 
 using namespace e2e;
 
 namespace {
 
-constexpr unsigned kSchedule = 33100;
-constexpr unsigned kEditAndDelete = 33101;
-constexpr int kAsteroidEdit = 33008, kStarEdit = 33009, kCommentEdit = 33010;
-constexpr int kHibernateBox = 33011, kShutdownBox = 33012, kScheduleButton = 33013, kCancelButton = 33014;
-constexpr int kShowExpiredBox = 32968, kAscendingBox = 32969, kEditButton = 32970, kDeleteButton = 32971;
+constexpr int kAsteroidEdit = kScheduleAsteroidEdit, kStarEdit = kScheduleStarEdit, kCommentEdit = kScheduleCommentEdit;
+constexpr int kHibernateBox = kScheduleHibernateBox, kShutdownBox = kScheduleShutdownBox;
+constexpr int kShowExpiredBox = kEventListShowExpiredBox, kAscendingBox = kEventListAscendingBox;
+constexpr int kEditButton = kEventListEditButton, kDeleteButton = kEventListDeleteButton;
 constexpr int kEventSecondsField = 5;
 
 constexpr wchar_t kMainTitle[] = L"MAVU Video Capture Version 2.1";
@@ -92,8 +93,8 @@ struct Scheduling {
     HWND Main() const { return program->MainWindow(); }
     HWND Item(HWND window, int id) const { return GetDlgItem(window, id); }
 
-    void OpenSchedule() const { SendCommand(Main(), kSchedule); }
-    void OpenList() const { SendCommand(Main(), kEditAndDelete); }
+    void OpenSchedule() const { SendCommand(Main(), IDM_SCHEDULE); }
+    void OpenList() const { SendCommand(Main(), IDM_EDIT_AND_DELETE); }
 
     // The event moment as a user sets it: the picker a second short of it,
     // then its seconds raised by the keyboard, which the program is told of.

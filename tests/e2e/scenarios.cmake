@@ -15,6 +15,14 @@ set(MAVU_E2E_SCENARIOS
     Options.UnreadableFileIsReportedAndDefaultsStand
     Options.FallbackFileIsReadWhenTheFirstIsDamaged
     Options.SetWindowPositionsSavesWhereTheWindowsStand
+    OptionWindows.FileOptionsPrefixIsFilteredSavedAndUsed
+    OptionWindows.FileOptionsFolderFromThePickerAndBack
+    OptionWindows.HostNameGivesTheGlobalPrefix
+    OptionWindows.ALongFolderShowsWholeWhenTheMouseRestsOnIt
+    OptionWindows.DefaultDurationIsSavedAndNewEventsTakeIt
+    OptionWindows.EventPendingSwitchesTheCountdownAtOnce
+    OptionWindows.PerformanceChangesTheRendererAndRestarts
+    OptionWindows.MiscellaneousSavesOnlyChangesAndAFailedWriteWarns
     Options.AccentedFolderAndCameraSurviveSaveRestartAndSaveAgain
     Video.WebcamPreviewWithVmr9SizesTheWindowToTheFormat
     Video.PreviewIsLiveInTheMainWindow

@@ -45,6 +45,34 @@ TEST(NameCharacters, PrefixesJoinWithUnderscoresAndEmptyOnesLeaveNone)
     EXPECT_EQ(JoinNamePrefixes(L"", {L"", L""}), L"");
 }
 
+TEST(NameCharacters, HostNamesBecomeLowerCasePrefixesOfTwelve)
+{
+    struct Case {
+        const wchar_t* computer;
+        const wchar_t* prefix;
+        bool removed;
+    };
+    const Case cases[] = {
+        {L"Lab_PC.local", L"lab_pclocal", true},
+        {L"OBSERVATORY-NORTH", L"observatory-", false},
+        {L"LAB_PC#1", L"lab_pc1", true},
+        {L"AB", L"ab", false},
+        {L"", L"", false},
+        {L"##", L"", true},
+    };
+    for (const Case& c : cases) {
+        bool removed = !c.removed;
+        EXPECT_EQ(HostNamePrefix(c.computer, &removed), c.prefix) << testing::PrintToString(c.computer);
+        EXPECT_EQ(removed, c.removed) << testing::PrintToString(c.computer);
+    }
+}
+
+TEST(NameCharacters, NamePatternsShowThePrefixBeforeTheTime)
+{
+    EXPECT_EQ(NamePattern(L"ab", L".avi"), L"ab_mm_dd_yyyy_hh_mm_ss.avi");
+    EXPECT_EQ(NamePattern(L"", L".txt"), L"mm_dd_yyyy_hh_mm_ss.txt");
+}
+
 namespace {
 
 EventRecord Record(const SYSTEMTIME& moment, const SYSTEMTIME& duration, const wchar_t* comment, bool hibernate,

@@ -3,7 +3,7 @@
 #include <cwchar>
 
 #include "app/loaded_options.h"
-#include "events/event_state.h"
+#include "ui/countdown_window.h"
 #include "persistence/options_file.h"
 #include "persistence/xml_document.h"
 #include "support/code_page.h"

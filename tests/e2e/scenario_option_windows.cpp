@@ -1,0 +1,384 @@
+// The recording option windows: each sets its options, saves them with its
+// line, and the program acts on them.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cwchar>
+#include <regex>
+
+#include "device/graph_helpers.h"
+#include "e2e/harness.h"
+#include "e2e/remote_controls.h"
+#include "ui/commands.h"
+#include "ui/control_ids.h"
+
+using namespace e2e;
+
+namespace {
+
+constexpr wchar_t kMainTitle[] = L"MAVU Video Capture Version 2.1";
+constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
+constexpr wchar_t kAllowedCharacters[] =
+    L"Allowed characters are 'a' thru 'z', 'A' thru 'Z', '0' thru '9', '-', '_' or blank\r\n";
+constexpr wchar_t kSaveWarning[] =
+    L"WARNING: cannot save MAVU_optionsVC.xml file in process directory - write protected?\r\n";
+
+struct OptionsRun {
+    devicetest::SyntheticDevices devices;
+    std::wstring folder;
+    std::unique_ptr<Program> program;
+
+    bool Start(const std::string& options, bool withDevice = true)
+    {
+        if (withDevice && !devices.Add(L"Sky Cam", L"webcam"))
+            return false;
+        if (folder.empty())
+            folder = MakeWorkFolderForCurrentTest();
+        WriteOptions(folder, options);
+        program = std::make_unique<Program>(folder);
+        return program->Start() && program->WaitReady();
+    }
+    HWND Main() const { return program->MainWindow(); }
+    HWND Window(const wchar_t* className) const { return FindProcessWindow(program->ProcessId(), className); }
+    // Opens a window by its menu command and waits until it shows.
+    HWND Open(unsigned command, const wchar_t* className) const
+    {
+        SendCommand(Main(), command);
+        HWND window = Window(className);
+        return window && IsVisible(window) ? window : nullptr;
+    }
+    std::string OptionsFile() const { return ReadBytes(folder + L"\\MAVU_options_capture.xml"); }
+    // Records by hand for about two seconds; the names of the new files.
+    std::vector<std::wstring> RecordByHand(const std::wstring& videoFolder) const
+    {
+        HWND start = FindChild(program->RecordControlsWindow(), L"Button");
+        HWND stop = GetWindow(start, GW_HWNDNEXT);
+        Click(start);
+        EXPECT_TRUE(WaitUntil([&] { return WindowText(Main()) == kRecordingTitle; }, 10000));
+        Sleep(2000);
+        Click(stop);
+        EXPECT_TRUE(WaitUntil([&] { return WindowText(Main()) == kMainTitle; }, 10000));
+        EXPECT_TRUE(WaitUntil([&] { return !ListFiles(videoFolder, L"*.txt").empty(); }, 10000));
+        return ListFiles(videoFolder, L"*.avi");
+    }
+};
+
+std::string Key(const char* name, const char* value)
+{
+    return std::string("\t<") + name + " Value=\"" + value + "\"/>\r\n";
+}
+
+void Type(HWND window, int id, const wchar_t* text)
+{
+    SendMessageW(GetDlgItem(window, id), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
+}
+
+}  // namespace
+
+// A slash typed into the video prefix is taken out again with its line; Save
+// stores the prefix, and the next recording carries it.
+TEST(OptionWindows, FileOptionsPrefixIsFilteredSavedAndUsed)
+{
+    OptionsRun run;
+    ASSERT_TRUE(run.Start(Option("DefaultRenderer", "VMR9")));
+    HWND window = run.Open(IDM_FILE_OPTIONS, L"FileOptions");
+    ASSERT_NE(window, nullptr);
+    Type(window, kFileVideoPrefixEdit, L"a/b");
+    EXPECT_EQ(WindowText(GetDlgItem(window, kFileVideoPrefixEdit)), L"ab");
+    EXPECT_EQ(WindowText(GetDlgItem(window, kFileVideoPattern)), L"ab_mm_dd_yyyy_hh_mm_ss.avi");
+    ASSERT_TRUE(run.program->WaitForMessage(kAllowedCharacters, 3000));
+    // Twenty characters and no more.
+    Type(window, kFileLogPrefixEdit, L"");
+    SendMessageW(GetDlgItem(window, kFileLogPrefixEdit), EM_REPLACESEL, FALSE,
+                 reinterpret_cast<LPARAM>(L"abcdefghijklmnopqrstuvwxyz"));
+    EXPECT_EQ(WindowText(GetDlgItem(window, kFileLogPrefixEdit)), L"abcdefghijklmnopqrst");
+    EXPECT_TRUE(TakeScreenshot("file-options"));
+    Click(GetDlgItem(window, kFileSaveButton));
+    ASSERT_TRUE(run.program->WaitForMessage(L"File options saved in options file\r\n", 3000));
+    EXPECT_FALSE(IsVisible(window));
+    std::string file = run.OptionsFile();
+    EXPECT_NE(file.find(Key("VideoNamePrefix", "ab")), std::string::npos) << file;
+    EXPECT_NE(file.find(Key("LogfileNamePrefix", "abcdefghijklmnopqrst")), std::string::npos) << file;
+    // The default folder is stored as no folder.
+    EXPECT_NE(file.find(Key("VideoDirectory", "")), std::string::npos) << file;
+
+    std::vector<std::wstring> videos = run.RecordByHand(run.folder + L"\\VideoFiles");
+    ASSERT_EQ(videos.size(), 1u);
+    EXPECT_TRUE(std::regex_match(Narrow(videos[0]), std::regex(R"(ab_\d\d_\d\d_\d{4}_\d\d_\d\d_\d\d\.avi)")))
+        << Narrow(videos[0]);
+    run.program->Kill();
+}
+
+// A folder chosen in the platform's folder picker is where the next
+// recording goes; Use Default, then Save, stores no folder again.
+TEST(OptionWindows, FileOptionsFolderFromThePickerAndBack)
+{
+    OptionsRun run;
+    ASSERT_TRUE(run.Start(Option("DefaultRenderer", "VMR9")));
+    std::wstring chosen = run.folder + L"\\Chosen";
+    CreateDirectoryW(chosen.c_str(), nullptr);
+    HWND window = run.Open(IDM_FILE_OPTIONS, L"FileOptions");
+    ASSERT_NE(window, nullptr);
+    PostMessageW(GetDlgItem(window, kFileVideoSelectFolder), BM_CLICK, 0, 0);
+    HWND picker = nullptr;
+    ASSERT_TRUE(WaitUntil(
+        [&] {
+            picker = FindProcessWindow(run.program->ProcessId(), L"#32770");
+            return picker && IsVisible(picker);
+        },
+        10000));
+    EXPECT_EQ(WindowText(picker), L"Select Folder");
+    // The folder typed into the picker's name box, then Open.
+    HWND name = GetDlgItem(picker, 1152);
+    ASSERT_NE(name, nullptr);
+    SendMessageW(name, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(chosen.c_str()));
+    PostMessageW(GetDlgItem(picker, IDOK), BM_CLICK, 0, 0);
+    ASSERT_TRUE(WaitUntil([&] { return !IsWindow(picker) || !IsVisible(picker); }, 10000));
+    HWND shown = GetDlgItem(window, kFileVideoFolder);
+    auto endsWithChosen = [&] {
+        std::wstring text = WindowText(shown);
+        return text.size() > 8 && text.substr(text.size() - 8) == L"\\Chosen\\";
+    };
+    ASSERT_TRUE(WaitUntil(endsWithChosen, 5000)) << Narrow(WindowText(shown));
+    Click(GetDlgItem(window, kFileSaveButton));
+    ASSERT_TRUE(run.program->WaitForMessage(L"File options saved in options file\r\n", 3000));
+    std::string stored = Narrow(WindowText(shown));
+    EXPECT_NE(run.OptionsFile().find(Key("VideoDirectory", stored.c_str())), std::string::npos) << run.OptionsFile();
+    std::vector<std::wstring> videos = run.RecordByHand(chosen);
+    EXPECT_EQ(videos.size(), 1u);
+
+    // Use Default, then Save: no folder is stored, though the default is a
+    // folder like any other.
+    window = run.Open(IDM_FILE_OPTIONS, L"FileOptions");
+    ASSERT_NE(window, nullptr);
+    Click(GetDlgItem(window, kFileVideoUseDefault));
+    std::wstring defaultFolder = WindowText(shown);
+    EXPECT_EQ(defaultFolder.substr(defaultFolder.size() - 11), L"VideoFiles\\");
+    Click(GetDlgItem(window, kFileSaveButton));
+    ASSERT_TRUE(WaitUntil([&] { return run.program->CountMessages(L"File options saved in options file") == 2; },
+                          3000));
+    EXPECT_NE(run.OptionsFile().find(Key("VideoDirectory", "")), std::string::npos) << run.OptionsFile();
+    run.program->Kill();
+}
+
+// The computer's name as this platform keeps it for the running session;
+// a test gives the computer another name and puts the old one back.
+class ComputerName {
+public:
+    explicit ComputerName(const wchar_t* name)
+    {
+        DWORD size = sizeof saved_;
+        RegGetValueW(HKEY_LOCAL_MACHINE, kKey, L"ComputerName", RRF_RT_REG_SZ, nullptr, saved_, &size);
+        Set(name);
+    }
+    ~ComputerName() { Set(saved_); }
+
+private:
+    static constexpr const wchar_t* kKey = L"System\\CurrentControlSet\\Control\\ComputerName\\ActiveComputerName";
+    static void Set(const wchar_t* name)
+    {
+        RegSetKeyValueW(HKEY_LOCAL_MACHINE, kKey, L"ComputerName", REG_SZ, name,
+                        static_cast<DWORD>((wcslen(name) + 1) * sizeof(wchar_t)));
+    }
+    wchar_t saved_[64] = L"";
+};
+
+// Host Name: the computer's name, its disallowed characters taken out with
+// a line, in lower case, as the global prefix. This platform makes the name
+// from the host name when its server starts: up to the first dot, upper
+// case, '+' as '_' ("Lab+PC#1.local" gives "LAB_PC#1"); the test names the
+// computer so for the running server.
+TEST(OptionWindows, HostNameGivesTheGlobalPrefix)
+{
+    ComputerName renamed(L"LAB_PC#1");
+    OptionsRun run;
+    ASSERT_TRUE(run.Start("", false));
+    HWND window = run.Open(IDM_FILE_OPTIONS, L"FileOptions");
+    ASSERT_NE(window, nullptr);
+    Click(GetDlgItem(window, kFileHostNameButton));
+    EXPECT_EQ(WindowText(GetDlgItem(window, kFileGlobalPrefixEdit)), L"lab_pc1");
+    ASSERT_TRUE(run.program->WaitForMessage(
+        L"One or more characters removed from computer name to have valid global event file name prefix\r\n", 3000));
+    Click(GetDlgItem(window, kFileSaveButton));
+    ASSERT_TRUE(run.program->WaitForMessage(L"File options saved in options file\r\n", 3000));
+    EXPECT_NE(run.OptionsFile().find(Key("EventFileGlobalPrefix", "lab_pc1")), std::string::npos) << run.OptionsFile();
+    run.program->Kill();
+}
+
+// A default duration saved in its window is the duration a new event starts
+// with.
+TEST(OptionWindows, DefaultDurationIsSavedAndNewEventsTakeIt)
+{
+    OptionsRun run;
+    ASSERT_TRUE(run.Start("", false));
+    HWND window = run.Open(IDM_DURATION_DEFAULT, L"DefaultDuration");
+    ASSERT_NE(window, nullptr);
+    HWND picker = GetDlgItem(window, kDurationPicker);
+    SYSTEMTIME shown{};
+    ASSERT_TRUE(PickerTime(picker, &shown));
+    EXPECT_EQ(shown.wHour * 3600 + shown.wMinute * 60 + shown.wSecond, 600) << "ten minutes until set";
+    SYSTEMTIME twenty{1943, 5, 1, 3, 0, 0, 20, 0};
+    ASSERT_TRUE(SetPickerTime(picker, twenty));
+    EXPECT_TRUE(TakeScreenshot("default-duration"));
+    Click(GetDlgItem(window, kDurationSaveButton));
+    ASSERT_TRUE(run.program->WaitForMessage(L"Default recording duration saved in options file\r\n", 3000));
+    EXPECT_FALSE(IsVisible(window));
+    EXPECT_NE(run.OptionsFile().find(Key("DefaultDuration", "00:00:20")), std::string::npos) << run.OptionsFile();
+
+    HWND schedule = run.Open(IDM_SCHEDULE, L"ScheduleEvents");
+    ASSERT_NE(schedule, nullptr);
+    HWND eventPicker = FindChild(schedule, L"SysDateTimePick32");
+    HWND durationPicker = GetWindow(eventPicker, GW_HWNDNEXT);
+    while (durationPicker && ClassName(durationPicker) != L"SysDateTimePick32")
+        durationPicker = GetWindow(durationPicker, GW_HWNDNEXT);
+    ASSERT_TRUE(PickerTime(durationPicker, &shown));
+    EXPECT_EQ(shown.wHour * 3600 + shown.wMinute * 60 + shown.wSecond, 20);
+    run.program->Kill();
+}
+
+// The radios change the countdown's heading at once; Cancel goes back to
+// what the options say, and Save stores the choice.
+TEST(OptionWindows, EventPendingSwitchesTheCountdownAtOnce)
+{
+    OptionsRun run;
+    run.folder = MakeWorkFolderForCurrentTest();
+    WriteEvent(run.folder, L"later", UtcInSeconds(3600), 10);
+    ASSERT_TRUE(run.Start(Option("DefaultRenderer", "VMR9")));
+    HWND countdown = run.Window(L"CountdownWindow");
+    ASSERT_TRUE(WaitUntil([&] { return IsVisible(countdown); }, 5000));
+    HWND heading = FindChild(countdown, L"Static", L"Countdown to recording start time:");
+    ASSERT_NE(heading, nullptr);
+
+    HWND window = run.Open(IDM_EVENT_PENDING, L"EventPending");
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(SendMessageW(GetDlgItem(window, kPendingCountdownRadio), BM_GETCHECK, 0, 0), BST_CHECKED);
+    Click(GetDlgItem(window, kPendingUtcRadio));
+    EXPECT_EQ(WindowText(heading), L"         Computer time (UTC):");
+    // The next tick shows the clock.
+    HWND value = GetWindow(heading, GW_HWNDNEXT);
+    ASSERT_TRUE(WaitUntil([&] { return std::regex_match(Narrow(WindowText(value)), std::regex(R"(\d\d:\d\d:\d\d)")) &&
+                                       WindowText(value).substr(0, 2) != L"00"; },
+                          3000))
+        << Narrow(WindowText(value));
+    EXPECT_TRUE(TakeScreenshot("event-pending"));
+    Click(GetDlgItem(window, kPendingCancelButton));
+    EXPECT_EQ(WindowText(heading), L"Countdown to recording start time:");
+
+    window = run.Open(IDM_EVENT_PENDING, L"EventPending");
+    Click(GetDlgItem(window, kPendingUtcRadio));
+    Click(GetDlgItem(window, kPendingSaveBox));
+    EXPECT_EQ(WindowText(GetDlgItem(window, kPendingOkButton)), L"Save");
+    Click(GetDlgItem(window, kPendingOkButton));
+    ASSERT_TRUE(run.program->WaitForMessage(L"Event Option saved in options file\r\n", 3000));
+    EXPECT_NE(run.OptionsFile().find(Key("EventPendingDisplay", "UTC")), std::string::npos) << run.OptionsFile();
+    EXPECT_EQ(WindowText(heading), L"         Computer time (UTC):");
+    run.program->Kill();
+}
+
+// OK puts a renderer in force with a restart; the next recording's report
+// names it. Save writes it.
+TEST(OptionWindows, PerformanceChangesTheRendererAndRestarts)
+{
+    OptionsRun run;
+    ASSERT_TRUE(run.Start(""));
+    // This platform's EVR takes no YUY2 camera.
+    ASSERT_TRUE(run.program->WaitForMessage(L"SEVERE: cannot render preview stream\r\n", 5000));
+    HWND window = run.Open(IDM_PERFORMANCE, L"Performance");
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(SendMessageW(GetDlgItem(window, kPerformanceEvrRadio), BM_GETCHECK, 0, 0), BST_CHECKED);
+    Click(GetDlgItem(window, kPerformanceVmr9Radio));
+    EXPECT_TRUE(TakeScreenshot("performance"));
+    int severe = run.program->CountMessages(L"SEVERE");
+    Click(GetDlgItem(window, kPerformanceOkButton));
+    EXPECT_FALSE(IsVisible(window));
+    Sleep(1500);
+    EXPECT_EQ(run.program->CountMessages(L"SEVERE"), severe) << "the camera restarted with VMR9";
+    std::vector<std::wstring> videos = run.RecordByHand(run.folder + L"\\VideoFiles");
+    ASSERT_EQ(videos.size(), 1u);
+    std::string report = ReadBytes(run.folder + L"\\VideoFiles\\" + videos[0].substr(0, videos[0].size() - 4) + L".txt");
+    EXPECT_NE(report.find("Video renderer: VMR9"), std::string::npos) << report;
+    EXPECT_EQ(run.OptionsFile().find("DefaultRenderer"), std::string::npos) << "OK alone writes nothing";
+
+    window = run.Open(IDM_PERFORMANCE, L"Performance");
+    EXPECT_EQ(SendMessageW(GetDlgItem(window, kPerformanceVmr9Radio), BM_GETCHECK, 0, 0), BST_CHECKED);
+    Click(GetDlgItem(window, kPerformanceSaveButton));
+    ASSERT_TRUE(run.program->WaitForMessage(L"Performance Options saved in options file\r\n", 3000));
+    EXPECT_NE(run.OptionsFile().find(Key("DefaultRenderer", "VMR9")), std::string::npos) << run.OptionsFile();
+    run.program->Kill();
+}
+
+// Save in Miscellaneous Options is there only while a box differs from its
+// option. An options file that can't be written gives the warning at each
+// save, and the values stay in force for the run.
+TEST(OptionWindows, MiscellaneousSavesOnlyChangesAndAFailedWriteWarns)
+{
+    OptionsRun run;
+    run.folder = MakeWorkFolderForCurrentTest();
+    // The options come from the read-only fallback file; where the program
+    // writes its options stands a folder, so no write can succeed (root
+    // would write through a read-only attribute or folder).
+    ASSERT_TRUE(CreateDirectoryW((run.folder + L"\\MAVU_options_capture.xml").c_str(), nullptr));
+    ASSERT_TRUE(WriteBytes(run.folder + L"\\MAVU_options.xml",
+                           "<?xml version='1.0'?>\r\n<!--MAVU Video Capture Version 2.1-->\r\n<Root>\r\n" +
+                               Option("AutostartGPS", "FALSE") + "</Root>\r\n"));
+    run.program = std::make_unique<Program>(run.folder);
+    ASSERT_TRUE(run.program->Start() && run.program->WaitReady());
+    HWND window = run.Open(IDM_MISCELLANEOUS, L"MiscellaneousOptions");
+    ASSERT_NE(window, nullptr);
+    HWND save = GetDlgItem(window, kMiscSaveButton);
+    HWND gps = GetDlgItem(window, kMiscGpsBox);
+    EXPECT_FALSE(IsEnabled(save));
+    Click(gps);
+    EXPECT_TRUE(IsEnabled(save));
+    Click(gps);
+    EXPECT_FALSE(IsEnabled(save)) << "the box put back";
+    Click(gps);
+    EXPECT_TRUE(TakeScreenshot("miscellaneous"));
+    Click(save);
+    ASSERT_TRUE(run.program->WaitForMessage(L"Miscellaneous options saved in options file\r\n", 3000));
+    std::wstring text = run.program->Messages();
+    size_t warning = text.find(kSaveWarning);
+    ASSERT_NE(warning, std::wstring::npos) << Narrow(text);
+    EXPECT_LT(warning, text.find(L"Miscellaneous options saved in options file"));
+    // Still in force: the box opens checked.
+    window = run.Open(IDM_MISCELLANEOUS, L"MiscellaneousOptions");
+    EXPECT_EQ(SendMessageW(gps, BM_GETCHECK, 0, 0), BST_CHECKED);
+    // Every save warns.
+    Click(GetDlgItem(window, kMiscCancelButton));
+    window = run.Open(IDM_DURATION_DEFAULT, L"DefaultDuration");
+    Click(GetDlgItem(window, kDurationSaveButton));
+    ASSERT_TRUE(WaitUntil([&] { return run.program->CountMessages(kSaveWarning) == 2; }, 3000));
+    EXPECT_EQ(run.program->CountMessages(L"No Options File"), 0);
+    run.program->Kill();
+}
+
+// A folder too long for its value shows whole in a pop-up while the mouse
+// rests on it, and the pop-up goes when the mouse leaves.
+TEST(OptionWindows, ALongFolderShowsWholeWhenTheMouseRestsOnIt)
+{
+    OptionsRun run;
+    run.folder = MakeWorkFolderForCurrentTest();
+    std::string longFolder = "C:\\Observations\\" + std::string(60, 'x') + "\\Occultations\\";
+    ASSERT_TRUE(run.Start(Option("VideoDirectory", longFolder.c_str()), false));
+    HWND window = run.Open(IDM_FILE_OPTIONS, L"FileOptions");
+    ASSERT_NE(window, nullptr);
+    POINT inVideoFolder{200, 155};
+    ClientToScreen(window, &inVideoFolder);
+    SetCursorPos(inVideoFolder.x - 5, inVideoFolder.y);
+    Sleep(100);
+    SetCursorPos(inVideoFolder.x, inVideoFolder.y);
+    std::wstring wide(longFolder.begin(), longFolder.end());
+    HWND popup = nullptr;
+    EXPECT_TRUE(WaitUntil(
+        [&] {
+            popup = FindProcessWindow(run.program->ProcessId(), L"Static", wide.c_str());
+            return popup && IsVisible(popup);
+        },
+        3000));
+    EXPECT_TRUE(TakeScreenshot("file-options-path"));
+    POINT away{470, 100};
+    ClientToScreen(window, &away);
+    SetCursorPos(away.x, away.y);
+    EXPECT_TRUE(WaitUntil([&] { return popup && !IsVisible(popup); }, 3000));
+    run.program->Kill();
+}

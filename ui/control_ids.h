@@ -1,0 +1,74 @@
+// Identifiers of the controls in the program's windows. The test harness
+// drives the windows from outside by the same numbers.
+#pragma once
+
+// Schedule Event.
+constexpr int kScheduleAsteroidEdit = 33008;
+constexpr int kScheduleStarEdit = 33009;
+constexpr int kScheduleCommentEdit = 33010;
+constexpr int kScheduleHibernateBox = 33011;
+constexpr int kScheduleShutdownBox = 33012;
+constexpr int kScheduleButton = 33013;
+constexpr int kScheduleCancelButton = 33014;
+
+// View, Edit, Delete Events.
+constexpr int kEventListShowExpiredBox = 32968;
+constexpr int kEventListAscendingBox = 32969;
+constexpr int kEventListEditButton = 32970;
+constexpr int kEventListDeleteButton = 32971;
+constexpr int kEventListCancelButton = 32972;
+
+// Hibernate.
+constexpr int kCancelPowerActionButton = 33018;
+
+// File Options.
+constexpr int kFileVideoPrefixEdit = 33200;
+constexpr int kFileVideoPattern = 33201;
+constexpr int kFileVideoSelectFolder = 33202;
+constexpr int kFileVideoFolder = 33203;
+constexpr int kFileVideoUseDefault = 33204;
+constexpr int kFileLogPrefixEdit = 33205;
+constexpr int kFileLogPattern = 33206;
+constexpr int kFileLogSelectFolder = 33207;
+constexpr int kFileLogFolder = 33208;
+constexpr int kFileLogUseDefault = 33209;
+constexpr int kFileGlobalPrefixEdit = 33210;
+constexpr int kFileHostNameButton = 33211;
+constexpr int kFileSaveButton = 33212;
+constexpr int kFileCancelButton = 33213;
+
+// Default Recording Duration.
+constexpr int kDurationPicker = 33220;
+constexpr int kDurationSaveButton = 33221;
+constexpr int kDurationCancelButton = 33222;
+
+// Codec Selector.
+constexpr int kCodecSubtypeLabel = 33230;
+constexpr int kCodecList = 33231;
+constexpr int kCodecSaveBox = 33232;
+constexpr int kCodecOkButton = 33233;
+constexpr int kCodecCancelButton = 33234;
+
+// Event Pending Options.
+constexpr int kPendingCountdownRadio = 33240;
+constexpr int kPendingUtcRadio = 33241;
+constexpr int kPendingSaveBox = 33242;
+constexpr int kPendingOkButton = 33243;
+constexpr int kPendingCancelButton = 33244;
+
+// Performance Options.
+constexpr int kPerformanceDisplayOffBox = 33250;
+constexpr int kPerformanceFiltersOffBox = 33251;
+constexpr int kPerformanceEvrRadio = 33252;
+constexpr int kPerformanceVmr9Radio = 33253;
+constexpr int kPerformanceVmr7Radio = 33254;
+constexpr int kPerformanceSaveButton = 33255;
+constexpr int kPerformanceOkButton = 33256;
+constexpr int kPerformanceCancelButton = 33257;
+
+// Miscellaneous Options.
+constexpr int kMiscSpacingBox = 33260;
+constexpr int kMiscGpsBox = 33261;
+constexpr int kMiscFileColourBox = 33262;
+constexpr int kMiscSaveButton = 33263;
+constexpr int kMiscCancelButton = 33264;
