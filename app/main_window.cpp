@@ -31,6 +31,7 @@
 #include "ui/power_window.h"
 #include "ui/record_buttons.h"
 #include "ui/record_controls.h"
+#include "ui/tool_windows.h"
 #include "ui/unresponsive_notice.h"
 #include "ui/user_messages.h"
 #include "ui/user_messages_window.h"
@@ -223,9 +224,16 @@ bool MainWindow::CreateDialogWindows()
     // silently and without the fatal flag.
     if (!CreateCountdownWindow(instance))
         return true;
-    return CreateMiscellaneousWindow(instance) && CreateFileOptionsWindow(instance) &&
-           CreateDurationWindow(instance) && CreateEventPendingWindow(instance) && CreatePerformanceWindow(instance) &&
-           CreatePowerWindow(instance) && CreateScheduleWindow(instance) && CreateEventListWindow(instance);
+    if (!CreateMiscellaneousWindow(instance) || !CreateFileOptionsWindow(instance) ||
+        !CreateDurationWindow(instance) || !CreateEventPendingWindow(instance) || !CreatePerformanceWindow(instance) ||
+        !CreatePowerWindow(instance))
+        return false;
+    // Like the Countdown window, a Magnify window that can't be made ends
+    // the creation of the rest silently.
+    if (!CreateMagnifyWindow(instance))
+        return true;
+    return CreatePixelSaturationWindow(instance) && CreateFrameIntegrationWindow(instance) &&
+           CreateScheduleWindow(instance) && CreateEventListWindow(instance);
 }
 
 HRESULT ActivateCurrentDevice()

@@ -72,3 +72,29 @@ constexpr int kMiscGpsBox = 33261;
 constexpr int kMiscFileColourBox = 33262;
 constexpr int kMiscSaveButton = 33263;
 constexpr int kMiscCancelButton = 33264;
+
+// Brightness and Contrast.
+constexpr int kBrightnessSlider = 33300;
+constexpr int kBrightnessLabel = 33301;
+constexpr int kContrastSlider = 33302;
+constexpr int kContrastLabel = 33303;
+constexpr int kColorInFileBox = 33304;
+
+// Video Magnify: the five radios in their order on the window.
+constexpr int kMagnifyHalfRadio = 33310;
+constexpr int kMagnifyThreeQuartersRadio = 33311;
+constexpr int kMagnifyNoneRadio = 33312;
+constexpr int kMagnifyOneAndHalfRadio = 33313;
+constexpr int kMagnifyDoubleRadio = 33314;
+
+// Pixel Saturation.
+constexpr int kSaturationSlider = 33320;
+constexpr int kSaturationUseBox = 33321;
+constexpr int kSaturationRemoveBox = 33322;
+constexpr int kSaturationSaveButton = 33323;
+constexpr int kSaturationCancelButton = 33324;
+
+// Frame Integration.
+constexpr int kIntegrationCountBox = 33330;
+constexpr int kIntegrationStartButton = 33331;
+constexpr int kIntegrationCancelButton = 33332;

@@ -27,6 +27,9 @@ set(MAVU_E2E_SCENARIOS
     Video.WebcamPreviewWithVmr9SizesTheWindowToTheFormat
     Video.PreviewIsLiveInTheMainWindow
     Video.PixelSaturationTogglePaintsTheSaturatedStarAndTakesItAway
+    ToolWindows.MagnifyDoublesThePictureAndClosingRestoresIt
+    ToolWindows.PixelSaturationSliderAndItsTwoSaves
+    ToolWindows.FrameIntegrationRefusesCountsOutsideTwoToThirty
     Scheduling.AnEventScheduledInTheWindowIsWrittenArmedAndRecorded
     Scheduling.AnEventTooCloseToNowIsRefused
     Scheduling.DisallowedCharactersAreRemovedWithTheirLine

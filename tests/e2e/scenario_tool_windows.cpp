@@ -1,0 +1,178 @@
+// The Display tools' windows, driven as a user would: Magnify, Pixel
+// Saturation, Frame Integration.
+#include <gtest/gtest.h>
+
+#include <windows.h>
+#include <commctrl.h>
+
+#include "device/graph_helpers.h"
+#include "e2e/harness.h"
+#include "e2e/remote_controls.h"
+#include "e2e/screen_stamp.h"
+#include "ui/commands.h"
+#include "ui/control_ids.h"
+
+using namespace e2e;
+
+namespace {
+
+struct ToolRun {
+    devicetest::SyntheticDevices devices;
+    std::wstring folder;
+    std::unique_ptr<Program> program;
+    HWND clipping = nullptr;
+
+    bool Start(const std::string& options = "")
+    {
+        if (!devices.Add(L"Sky Cam", L"webcam"))
+            return false;
+        folder = MakeWorkFolderForCurrentTest();
+        WriteOptions(folder, Option("DefaultRenderer", "VMR9") + options);
+        program = std::make_unique<Program>(folder);
+        if (!program->Start() || !program->WaitReady())
+            return false;
+        clipping = FindChild(program->MainWindow(), L"MavuVideoRecordWindow");
+        return clipping != nullptr;
+    }
+    HWND Main() const { return program->MainWindow(); }
+    HWND Open(unsigned command, const wchar_t* className) const
+    {
+        SendCommand(Main(), command);
+        HWND window = FindProcessWindow(program->ProcessId(), className);
+        return window && IsVisible(window) ? window : nullptr;
+    }
+    std::string OptionsFile() const { return ReadBytes(folder + L"\\MAVU_options_capture.xml"); }
+};
+
+SIZE Size(HWND window)
+{
+    RECT rect = WindowRect(window);
+    return {rect.right - rect.left, rect.bottom - rect.top};
+}
+
+// Pixels of the saturation warning colour (magenta on the screen) in the
+// clipping window's picture.
+int WarningPixels(const std::string& name, HWND clipping)
+{
+    RECT picture = WindowRect(clipping);
+    std::string rgb;
+    if (!ReadScreenRgb(name, picture.left, picture.top, picture.right - picture.left, picture.bottom - picture.top,
+                       &rgb))
+        return -1;
+    int count = 0;
+    for (size_t i = 0; i + 2 < rgb.size(); i += 3)
+        count += static_cast<uint8_t>(rgb[i]) > 200 && static_cast<uint8_t>(rgb[i + 1]) < 80 &&
+                 static_cast<uint8_t>(rgb[i + 2]) > 200;
+    return count;
+}
+
+void MoveSlider(HWND slider, int position)
+{
+    SendMessageW(slider, TBM_SETPOS, TRUE, position);
+    SendMessageW(GetParent(slider), WM_HSCROLL, MAKEWPARAM(TB_PAGEDOWN, 0), reinterpret_cast<LPARAM>(slider));
+}
+
+}  // namespace
+
+// x 2.0 doubles the picture and the main window follows; closing the window
+// puts the picture back. The window opens with " None" selected.
+TEST(ToolWindows, MagnifyDoublesThePictureAndClosingRestoresIt)
+{
+    ToolRun run;
+    ASSERT_TRUE(run.Start());
+    SIZE before = Size(run.clipping);
+    ASSERT_EQ(before.cx, 640);
+    HWND window = run.Open(IDM_MAGNIFY, L"Magnify");
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(SendMessageW(GetDlgItem(window, kMagnifyNoneRadio), BM_GETCHECK, 0, 0), BST_CHECKED);
+    EXPECT_EQ(SendMessageW(GetDlgItem(window, kMagnifyHalfRadio), BM_GETCHECK, 0, 0), BST_UNCHECKED);
+    Click(GetDlgItem(window, kMagnifyDoubleRadio));
+    SIZE doubled = Size(run.clipping);
+    EXPECT_EQ(doubled.cx, 1280);
+    EXPECT_EQ(doubled.cy, 960);
+    Sleep(1000);
+    EXPECT_TRUE(TakeScreenshot("magnify"));
+    Click(GetDlgItem(window, kMagnifyHalfRadio));
+    EXPECT_EQ(Size(run.clipping).cx, 320);
+    SendMessageW(window, WM_CLOSE, 0, 0);
+    EXPECT_FALSE(IsVisible(window));
+    EXPECT_EQ(Size(run.clipping).cx, 640);
+    EXPECT_EQ(Size(run.clipping).cy, 480);
+    run.program->Kill();
+}
+
+// The slider sets the threshold of the running filter: at 200 the saturated
+// star is painted, at 255 the picture has no warning colour. Save keeps a
+// value as the option and the window open; Remove clears it and closes.
+TEST(ToolWindows, PixelSaturationSliderAndItsTwoSaves)
+{
+    ToolRun run;
+    ASSERT_TRUE(run.Start());
+    HWND window = run.Open(IDM_PIXEL_SATURATION, L"PixelSaturation");
+    ASSERT_NE(window, nullptr);
+    HWND slider = GetDlgItem(window, kSaturationSlider);
+    HWND save = GetDlgItem(window, kSaturationSaveButton);
+    EXPECT_FALSE(IsEnabled(save));
+    Sleep(2000);
+    bool pictured = Direct3DRendersWithVulkan();
+    if (pictured) {
+        EXPECT_EQ(WarningPixels("saturation-255", run.clipping), 0) << "no threshold until the slider moves";
+    }
+    MoveSlider(slider, 200);
+    Sleep(500);
+    if (pictured) {
+        EXPECT_GT(WarningPixels("saturation-200", run.clipping), 10);
+    }
+    EXPECT_TRUE(TakeScreenshot("pixel-saturation"));
+
+    HWND use = GetDlgItem(window, kSaturationUseBox);
+    HWND remove = GetDlgItem(window, kSaturationRemoveBox);
+    Click(use);
+    EXPECT_TRUE(IsEnabled(save));
+    Click(remove);
+    EXPECT_EQ(SendMessageW(use, BM_GETCHECK, 0, 0), BST_UNCHECKED) << "the boxes exclude each other";
+    Click(use);
+    EXPECT_EQ(SendMessageW(remove, BM_GETCHECK, 0, 0), BST_UNCHECKED);
+    Click(save);
+    ASSERT_TRUE(run.program->WaitForMessage(L"Pixel saturation value saved in options file\r\n", 3000));
+    EXPECT_TRUE(IsVisible(window));
+    EXPECT_FALSE(IsEnabled(save));
+    EXPECT_NE(run.OptionsFile().find("<PixelSaturationValue Value=\"200\"/>"), std::string::npos) << run.OptionsFile();
+
+    Click(remove);
+    Click(save);
+    ASSERT_TRUE(run.program->WaitForMessage(L"Pixel saturation removed from options file\r\n", 3000));
+    EXPECT_FALSE(IsVisible(window));
+    EXPECT_NE(run.OptionsFile().find("<PixelSaturationValue Value=\"-1\"/>"), std::string::npos) << run.OptionsFile();
+    if (pictured) {
+        Sleep(500);
+        EXPECT_EQ(WarningPixels("saturation-removed", run.clipping), 0);
+    }
+    run.program->Kill();
+}
+
+// Counts outside 2 to 30 are refused with the line, and the box shows "2".
+TEST(ToolWindows, FrameIntegrationRefusesCountsOutsideTwoToThirty)
+{
+    ToolRun run;
+    ASSERT_TRUE(run.Start());
+    HWND window = run.Open(IDM_FRAME_INTEGRATION, L"FrameIntegration");
+    ASSERT_NE(window, nullptr);
+    HWND box = GetDlgItem(window, kIntegrationCountBox);
+    EXPECT_EQ(WindowText(box), L"2");
+    EXPECT_TRUE(TakeScreenshot("frame-integration"));
+    int refused = 0;
+    for (const wchar_t* count : {L"31", L"1", L"", L"99"}) {
+        SendMessageW(box, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(count));
+        Click(GetDlgItem(window, kIntegrationStartButton));
+        ++refused;
+        EXPECT_EQ(WindowText(box), L"2") << Narrow(count);
+        EXPECT_EQ(run.program->CountMessages(L"Frame count must be a value from 2 to 30"), refused) << Narrow(count);
+    }
+    SendMessageW(box, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"30"));
+    Click(GetDlgItem(window, kIntegrationStartButton));
+    EXPECT_EQ(run.program->CountMessages(L"Frame count must be a value from 2 to 30"), refused);
+    EXPECT_EQ(WindowText(box), L"30");
+    EXPECT_TRUE(IsVisible(window)) << "the window stays for another count";
+    run.program->Kill();
+}
