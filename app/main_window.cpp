@@ -17,9 +17,11 @@
 #include "events/event_queue.h"
 #include "persistence/options.h"
 #include "persistence/options_file.h"
+#include "ui/commands.h"
 #include "ui/countdown_window.h"
 #include "ui/dialog_common.h"
 #include "ui/fonts.h"
+#include "ui/gps_window.h"
 #include "ui/menus.h"
 #include "ui/power_window.h"
 #include "ui/record_buttons.h"
@@ -189,6 +191,11 @@ MainWindow::MainWindow(HINSTANCE instanceHandle)
 
     CreateDefaultFolders();
 
+    // The same command the menu gives, and synchronously: a full scan
+    // blocks start-up with the notice up.
+    if (options.AutostartGPS)
+        SendMessageW(mainWindow, WM_COMMAND, IDM_USB_GPS_RECEIVER, 0);
+
     FlushQueuedUserMessages();
     startingUp = 0;
 }
@@ -215,7 +222,7 @@ bool MainWindow::CreateDialogWindows()
     // silently and without the fatal flag.
     if (!CreateCountdownWindow(instance))
         return true;
-    return CreatePowerWindow(instance) != nullptr;
+    return CreatePowerWindow(instance) != nullptr && CreateGpsWindow(instance) != nullptr;
 }
 
 HRESULT ActivateCurrentDevice()

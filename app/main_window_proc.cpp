@@ -2,6 +2,7 @@
 #include <windows.h>
 #include <commctrl.h>
 
+#include "app/gps_command.h"
 #include "app/main_window.h"
 #include "app/recording_control.h"
 #include "app/startup_state.h"
@@ -64,6 +65,8 @@ LRESULT OnCommand(HWND window, unsigned command)
             SaveWindowPositions();
             ReportUserMessage(L"Default window positions are saved in options file\r\n", true);
         }
+        if (command == IDM_USB_GPS_RECEIVER)
+            OnUsbGpsReceiverCommand();
         // Device, recording and GPS options open their dialogs.
         return 0;
     }

@@ -10,9 +10,13 @@
 #include "base/time_text.h"
 #include "events/event_rules.h"
 #include "events/event_state.h"
+#include "gps/gps_link.h"
+#include "gps/gps_reader.h"
+#include "gps/gps_refresh_timer.h"
 #include "persistence/options.h"
 #include "ui/commands.h"
 #include "ui/countdown_window.h"
+#include "ui/gps_window.h"
 #include "ui/menus.h"
 #include "ui/record_buttons.h"
 #include "ui/window_set.h"
@@ -42,6 +46,26 @@ void SwitchPixelSaturationOff(VideoPlayer& player)
     player.transformFilter->saturationValue = -1;
 }
 
+// The position for the report, read once as the recording begins; then
+// the port closes, since no recording runs with the serial port in use. The
+// link comes back after the recording only under AutostartGPS.
+void TakeGpsSnapshotAndCloseLink()
+{
+    if (!GpsLinkOpen())
+        return;
+    StopGpsRefreshTimer();
+    GpsReading reading;
+    if (ReadGpsWithRetry(reading)) {
+        lstrcpynW(gpsSnapshot.latitude, GpsReadingValue(reading.latitudeText), kGpsSnapshotTextCapacity);
+        lstrcpynW(gpsSnapshot.longitude, GpsReadingValue(reading.longitudeText), kGpsSnapshotTextCapacity);
+        lstrcpynW(gpsSnapshot.altitude, GpsReadingValue(reading.altitudeText), kGpsSnapshotTextCapacity);
+        lstrcpynW(gpsSnapshot.satellites, GpsReadingValue(reading.satellitesText), kGpsSnapshotTextCapacity);
+        gpsSnapshot.valid = 1;
+    }
+    CloseGps();
+    ShowWindow(gpsWindow, SW_HIDE);
+}
+
 }  // namespace
 
 HRESULT StopVideo()
@@ -67,9 +91,8 @@ HRESULT StartVideo()
     bool useCurrentDirectory = options.VideoDirectory[0] == 0;
     bool recording = CurrentDeviceRecording();
     if (recording) {
-        // The GPS reading for the report comes with the GPS link; without
-        // one the report carries no position.
         gpsSnapshot.valid = 0;
+        TakeGpsSnapshotAndCloseLink();
         // No recording runs with frame integration.
         frameIntegrationCount = 1;
         frameIntegrationOn = 0;
