@@ -29,6 +29,10 @@ set(MAVU_E2E_SCENARIOS
     Events.StopDuringAnEventAsksAndTheEventIsNotArmedAgain
     Events.ShutdownCountsDownFromThirtyAndCancelStopsIt
     Events.HibernateRequestIsDroppedWhereThePlatformCannotHibernate
+    Gps.ReceiverAt4800OnCom3IsFoundShownClosedAndFoundAgainWithoutTheNotice
+    Gps.ReceiverOnlyOnCom10IsNotFound
+    Gps.ManualRecordingTakesOneReadingAndWithoutAutostartTheLinkStaysClosed
+    Gps.EventRecordingCarriesThePositionOfItsStartAndTheLinkReturnsAfterIt
 )
 
 # Scenarios of minutes, run by: ctest -L long
@@ -36,4 +40,5 @@ set(MAVU_E2E_LONG_SCENARIOS
     Events.ShutdownAtTheEndOfTheCountIsWhatThePlatformGives
     Events.TwoEventsAMinuteApartAreBothRecordedInOrder
     Stress.PreviewAndRecordingCyclesAllComeBack
+    Gps.HangUpMidRunKeepsTheProgramAnsweringAndItsHandlesLevel
 )
