@@ -4,7 +4,10 @@
 // return after an event, and a receiver that is pulled out mid-run.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
+#include <functional>
+#include <memory>
 #include <thread>
 
 #include "device/graph_helpers.h"
@@ -69,50 +72,97 @@ struct GpsWindow {
     HWND Button(const wchar_t* text) const { return FindChild(window, L"Button", text); }
 };
 
-size_t Position(const std::wstring& text, const std::wstring& part)
-{
-    return text.find(part);
-}
-
 bool Responds(HWND window)
 {
     DWORD_PTR result = 0;
     return SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 5000, &result) != 0;
 }
 
+// One run of the program with the synthetic receiver (4800 baud, steady)
+// on a COM port, and the camera when a recording needs one.
+struct GpsRun {
+    devicetest::SyntheticDevices devices;
+    testsupport::SyntheticGps receiver;
+    std::wstring folder;
+    std::unique_ptr<Program> program;
+    std::unique_ptr<GpsWindow> gps;
+
+    // `prepare` writes what else the program's folder holds before it starts.
+    bool Start(int port, const std::string& options = "", bool camera = false,
+               const std::function<void(const std::wstring&)>& prepare = nullptr, DWORD readyMs = kStartTimeoutMs)
+    {
+        if (camera && !devices.Add(L"Sky Cam", L"webcam"))
+            return false;
+        if (!receiver.Start(port, 4800, "steady"))
+            return false;
+        folder = MakeWorkFolderForCurrentTest();
+        if (!options.empty())
+            WriteOptions(folder, options);
+        if (prepare)
+            prepare(folder);
+        program = std::make_unique<Program>(folder);
+        if (!program->Start() || !program->WaitReady(readyMs))
+            return false;
+        gps = std::make_unique<GpsWindow>(program->ProcessId());
+        return gps->window != nullptr;
+    }
+    HWND Main() const { return program->MainWindow(); }
+    HWND Notice() const { return FindProcessWindow(program->ProcessId(), L"AppUnresponsive", L"Stand by..."); }
+    // The menu command, and the window that its first tick brings.
+    bool Connect()
+    {
+        PostCommand(Main(), IDM_USB_GPS_RECEIVER);
+        return program->WaitForMessage(L"USB GPS connected", 60000) &&
+            WaitUntil([&] { return IsVisible(gps->window); }, 10000);
+    }
+    // The report of the one recording, once it is written.
+    std::string Report() const
+    {
+        std::wstring videos = folder + L"\\VideoFiles";
+        if (!WaitUntil([&] { return !ListFiles(videos, L"*.txt").empty(); }, 10000))
+            return "";
+        return ReadBytes(videos + L"\\" + ListFiles(videos, L"*.txt")[0]);
+    }
+};
+
+// The four lines of the synthetic receiver's fix, as the report's text
+// stream writes them.
+void ExpectPositionOfTheFix(const std::string& report)
+{
+    EXPECT_NE(report.find("Latitude: 48.070038 N\r"), std::string::npos) << report;
+    EXPECT_NE(report.find("Longitude: 11.310000 E\r"), std::string::npos);
+    EXPECT_NE(report.find("Altitude: 545.4 M\r"), std::string::npos);
+    EXPECT_NE(report.find("Number of satellites: 8\r"), std::string::npos);
+}
+
 }  // namespace
 
 TEST(Gps, ReceiverAt4800OnCom3IsFoundShownClosedAndFoundAgainWithoutTheNotice)
 {
-    testsupport::SyntheticGps receiver;
-    ASSERT_TRUE(receiver.Start(3, 4800, "steady"));
-    std::wstring folder = MakeWorkFolderForCurrentTest();
-    Program program(folder);
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
-    HWND main = program.MainWindow();
-    HWND notice = FindProcessWindow(program.ProcessId(), L"AppUnresponsive", L"Stand by...");
+    GpsRun run;
+    ASSERT_TRUE(run.Start(3));
+    Program& program = *run.program;
+    const GpsWindow& gps = *run.gps;
+    HWND notice = run.Notice();
     ASSERT_NE(notice, nullptr);
-    GpsWindow gps(program.ProcessId());
-    ASSERT_NE(gps.window, nullptr);
     EXPECT_FALSE(IsVisible(gps.window));
 
     {
         VisibilityWatch watch(notice);
-        PostCommand(main, IDM_USB_GPS_RECEIVER);
+        PostCommand(run.Main(), IDM_USB_GPS_RECEIVER);
         ASSERT_TRUE(program.WaitForMessage(L"USB GPS connected", 60000)) << Narrow(program.Messages());
         EXPECT_TRUE(watch.Seen()) << "the full scan shows the notice";
     }
     EXPECT_FALSE(IsVisible(notice));
     std::wstring text = program.Messages();
-    size_t attempting = Position(text, kAttempting);
-    size_t found = Position(text, L"COM3 at 4800 baud");
+    size_t attempting = text.find(kAttempting);
+    size_t found = text.find(L"COM3 at 4800 baud");
     ASSERT_NE(attempting, std::wstring::npos);
     ASSERT_NE(found, std::wstring::npos);
     EXPECT_LT(attempting, found);
-    EXPECT_LT(found, Position(text, L"USB GPS connected"));
+    EXPECT_LT(found, text.find(L"USB GPS connected"));
     // Three rates read garbage first.
-    EXPECT_EQ(receiver.ClosedAtRates(), (std::vector<int>{38400, 19200, 9600}));
+    EXPECT_EQ(run.receiver.ClosedAtRates(), (std::vector<int>{38400, 19200, 9600}));
 
     // The window comes with the first tick, five seconds on, filled in.
     EXPECT_FALSE(IsVisible(gps.window));
@@ -129,132 +179,106 @@ TEST(Gps, ReceiverAt4800OnCom3IsFoundShownClosedAndFoundAgainWithoutTheNotice)
     Click(gps.Button(L"Close"));
     ASSERT_TRUE(program.WaitForMessage(L"GPS connection is closed", 5000));
     EXPECT_FALSE(IsVisible(gps.window));
-    ASSERT_TRUE(WaitUntil([&] { return receiver.ClosedAtRates().size() == 4; }, 3000));
+    ASSERT_TRUE(WaitUntil([&] { return run.receiver.ClosedAtRates().size() == 4; }, 3000));
 
     // Again: the remembered port and rate answer at once, with no notice.
     {
         VisibilityWatch watch(notice);
-        PostCommand(main, IDM_USB_GPS_RECEIVER);
+        PostCommand(run.Main(), IDM_USB_GPS_RECEIVER);
         ASSERT_TRUE(WaitUntil([&] { return program.CountMessages(L"USB GPS connected") == 2; }, 30000));
         EXPECT_FALSE(watch.Seen());
     }
     EXPECT_EQ(program.CountMessages(L"COM3 at 4800 baud"), 2);
-    EXPECT_EQ(receiver.ClosedAtRates(), (std::vector<int>{38400, 19200, 9600, 4800})) << "no other rate was tried";
+    EXPECT_EQ(run.receiver.ClosedAtRates(), (std::vector<int>{38400, 19200, 9600, 4800})) << "no other rate was tried";
     ASSERT_TRUE(WaitUntil([&] { return IsVisible(gps.window); }, 10000));
 
     // The close box ends the link as Close does.
     SendMessageW(gps.window, WM_SYSCOMMAND, SC_CLOSE, 0);
     ASSERT_TRUE(WaitUntil([&] { return program.CountMessages(L"GPS connection is closed") == 2; }, 5000));
     EXPECT_FALSE(IsVisible(gps.window));
-    program.Kill();
 }
 
-TEST(Gps, ReceiverOnlyOnCom10IsNotFound)
+TEST(Gps, ReceiverOnlyOnCom10IsNotFoundAfterAScanThatWaitsOnASilentCom1)
 {
-    testsupport::SyntheticGps receiver;
-    ASSERT_TRUE(receiver.Start(10, 4800, "steady"));
-    std::wstring folder = MakeWorkFolderForCurrentTest();
-    Program program(folder);
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
-    HWND notice = FindProcessWindow(program.ProcessId(), L"AppUnresponsive", L"Stand by...");
+    GpsRun run;
+    ASSERT_TRUE(run.Start(10));
+    // A port that opens and stays silent, as the host's serial port that
+    // Wine maps to COM1 does.
+    testsupport::SyntheticGps silent;
+    ASSERT_TRUE(silent.Start(1, 4800, "silence", true));
+    Program& program = *run.program;
+    HWND notice = run.Notice();
     {
         VisibilityWatch watch(notice);
-        PostCommand(program.MainWindow(), IDM_USB_GPS_RECEIVER);
+        ULONGLONG started = GetTickCount64();
+        PostCommand(run.Main(), IDM_USB_GPS_RECEIVER);
         ASSERT_TRUE(program.WaitForMessage(L"No USB GPS receiver found", 60000)) << Narrow(program.Messages());
+        // A whole read timeout at each of the four rates on COM1.
+        EXPECT_GE(GetTickCount64() - started, 4500u);
         EXPECT_TRUE(watch.Seen());
     }
     EXPECT_FALSE(IsVisible(notice));
     EXPECT_EQ(program.Messages().find(L"USB GPS connected"), std::wstring::npos);
-    EXPECT_TRUE(receiver.PortEvents().size() == 1) << "COM10 is never opened";
+    EXPECT_EQ(silent.ClosedAtRates(), (std::vector<int>{38400, 19200, 9600, 4800}));
+    EXPECT_EQ(run.receiver.PortEvents().size(), 1u) << "COM10 is never opened";
     // No window comes up afterwards.
     Sleep(6000);
-    EXPECT_FALSE(IsVisible(GpsWindow(program.ProcessId()).window));
-    program.Kill();
+    EXPECT_FALSE(IsVisible(run.gps->window));
 }
 
 TEST(Gps, ManualRecordingTakesOneReadingAndWithoutAutostartTheLinkStaysClosed)
 {
-    devicetest::SyntheticDevices devices;
-    ASSERT_TRUE(devices.Add(L"Sky Cam", L"webcam"));
-    testsupport::SyntheticGps receiver;
-    ASSERT_TRUE(receiver.Start(3, 4800, "steady"));
-    std::wstring folder = MakeWorkFolderForCurrentTest();
-    WriteOptions(folder, Option("DefaultRenderer", "VMR9"));
-    Program program(folder);
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
-    HWND main = program.MainWindow();
-    GpsWindow gps(program.ProcessId());
-    PostCommand(main, IDM_USB_GPS_RECEIVER);
-    ASSERT_TRUE(program.WaitForMessage(L"USB GPS connected", 60000));
-    ASSERT_TRUE(WaitUntil([&] { return IsVisible(gps.window); }, 10000));
-
-    HWND start = FindChild(program.RecordControlsWindow(), L"Button", nullptr);
+    GpsRun run;
+    ASSERT_TRUE(run.Start(3, Option("DefaultRenderer", "VMR9"), true));
+    ASSERT_TRUE(run.Connect());
+    HWND start = FindChild(run.program->RecordControlsWindow(), L"Button", nullptr);
     ASSERT_NE(start, nullptr);
     HWND stop = GetWindow(start, GW_HWNDNEXT);
     Click(start);
-    ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kRecordingTitle; }, 15000));
+    ASSERT_TRUE(WaitUntil([&] { return WindowText(run.Main()) == kRecordingTitle; }, 15000));
     // The port is closed for the recording and the window hidden.
-    EXPECT_FALSE(IsVisible(gps.window));
-    ASSERT_TRUE(WaitUntil([&] { return receiver.ClosedAtRates().size() == 4; }, 3000));
+    EXPECT_FALSE(IsVisible(run.gps->window));
+    ASSERT_TRUE(WaitUntil([&] { return run.receiver.ClosedAtRates().size() == 4; }, 3000));
     Sleep(3000);
     Click(stop);
-    ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kMainTitle; }, 15000));
-    ASSERT_TRUE(WaitUntil([&] { return !ListFiles(folder + L"\\VideoFiles", L"*.txt").empty(); }, 10000));
-    std::vector<std::wstring> reports = ListFiles(folder + L"\\VideoFiles", L"*.txt");
-    std::string report = ReadBytes(folder + L"\\VideoFiles\\" + reports[0]);
-    EXPECT_NE(report.find("Latitude: 48.070038 N\r"), std::string::npos) << report;
-    EXPECT_NE(report.find("Longitude: 11.310000 E\r"), std::string::npos);
-    EXPECT_NE(report.find("Altitude: 545.4 M\r"), std::string::npos);
-    EXPECT_NE(report.find("Number of satellites: 8\r"), std::string::npos);
+    ASSERT_TRUE(WaitUntil([&] { return WindowText(run.Main()) == kMainTitle; }, 15000));
+    ExpectPositionOfTheFix(run.Report());
     // Without AutostartGPS nothing reconnects.
     Sleep(6000);
-    EXPECT_EQ(program.CountMessages(kAttempting), 1);
-    EXPECT_FALSE(IsVisible(gps.window));
-    EXPECT_EQ(receiver.ClosedAtRates().size(), 4u);
-    program.Kill();
+    EXPECT_EQ(run.program->CountMessages(kAttempting), 1);
+    EXPECT_FALSE(IsVisible(run.gps->window));
+    EXPECT_EQ(run.receiver.ClosedAtRates().size(), 4u);
 }
 
 TEST(Gps, EventRecordingCarriesThePositionOfItsStartAndTheLinkReturnsAfterIt)
 {
-    devicetest::SyntheticDevices devices;
-    ASSERT_TRUE(devices.Add(L"Sky Cam", L"webcam"));
-    testsupport::SyntheticGps receiver;
-    ASSERT_TRUE(receiver.Start(3, 4800, "steady"));
-    std::wstring folder = MakeWorkFolderForCurrentTest();
-    WriteOptions(folder, Option("DefaultRenderer", "VMR9") + Option("AutostartGPS", "TRUE"));
-    WriteEvent(folder, L"Ceres_HIP_1", UtcInSeconds(30), 6, "Ceres", "HIP 1");
-    Program program(folder);
-    ASSERT_TRUE(program.Start());
+    GpsRun run;
+    auto event = [](const std::wstring& folder) {
+        WriteEvent(folder, L"Ceres_HIP_1", UtcInSeconds(30), 6, "Ceres", "HIP 1");
+    };
     // The search runs at the end of start-up.
-    ASSERT_TRUE(program.WaitReady(40000));
+    ASSERT_TRUE(run.Start(3, Option("DefaultRenderer", "VMR9") + Option("AutostartGPS", "TRUE"), true, event, 40000));
+    Program& program = *run.program;
+    const GpsWindow& gps = *run.gps;
     ASSERT_TRUE(program.WaitForMessage(L"USB GPS connected", 5000)) << Narrow(program.Messages());
-    HWND main = program.MainWindow();
-    GpsWindow gps(program.ProcessId());
     ASSERT_TRUE(WaitUntil([&] { return IsVisible(gps.window); }, 10000));
 
-    ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kRecordingTitle; }, 40000));
+    ASSERT_TRUE(WaitUntil([&] { return WindowText(run.Main()) == kRecordingTitle; }, 40000));
     EXPECT_TRUE(WaitUntil([&] { return !IsVisible(gps.window); }, 3000));
     // What the receiver says from now on doesn't reach this recording.
-    ASSERT_TRUE(receiver.SetScript("nofix"));
+    ASSERT_TRUE(run.receiver.SetScript("nofix"));
     bool shownDuringRecording = false;
     WaitUntil(
         [&] {
             shownDuringRecording = shownDuringRecording || IsVisible(gps.window);
-            return WindowText(main) == kMainTitle;
+            return WindowText(run.Main()) == kMainTitle;
         },
         30000);
     EXPECT_FALSE(shownDuringRecording);
-    ASSERT_EQ(WindowText(main), kMainTitle);
-    ASSERT_TRUE(WaitUntil([&] { return !ListFiles(folder + L"\\VideoFiles", L"*.txt").empty(); }, 10000));
-    std::vector<std::wstring> reports = ListFiles(folder + L"\\VideoFiles", L"*.txt");
-    std::string report = ReadBytes(folder + L"\\VideoFiles\\" + reports[0]);
+    ASSERT_EQ(WindowText(run.Main()), kMainTitle);
+    std::string report = run.Report();
     EXPECT_EQ(report.rfind("Event recording: \r", 0), 0u) << report;
-    EXPECT_NE(report.find("Latitude: 48.070038 N\r"), std::string::npos) << report;
-    EXPECT_NE(report.find("Longitude: 11.310000 E\r"), std::string::npos);
-    EXPECT_NE(report.find("Altitude: 545.4 M\r"), std::string::npos);
-    EXPECT_NE(report.find("Number of satellites: 8\r"), std::string::npos);
+    ExpectPositionOfTheFix(report);
 
     // AutostartGPS: the link comes back at the end of the recording, on the
     // remembered port, and the window with the receiver's present word.
@@ -262,34 +286,27 @@ TEST(Gps, EventRecordingCarriesThePositionOfItsStartAndTheLinkReturnsAfterIt)
     EXPECT_EQ(program.CountMessages(kAttempting), 2);
     ASSERT_TRUE(WaitUntil([&] { return IsVisible(gps.window); }, 10000));
     EXPECT_TRUE(WaitUntil([&] { return gps.Latitude() == L" 0.000000 ,"; }, 6000)) << Narrow(gps.Latitude());
-    program.Kill();
 }
 
 TEST(Gps, HangUpMidRunKeepsTheProgramAnsweringAndItsHandlesLevel)
 {
-    testsupport::SyntheticGps receiver;
-    ASSERT_TRUE(receiver.Start(3, 4800, "steady"));
-    std::wstring folder = MakeWorkFolderForCurrentTest();
-    Program program(folder);
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
-    HWND main = program.MainWindow();
-    GpsWindow gps(program.ProcessId());
-    PostCommand(main, IDM_USB_GPS_RECEIVER);
-    ASSERT_TRUE(program.WaitForMessage(L"USB GPS connected", 60000));
-    ASSERT_TRUE(WaitUntil([&] { return IsVisible(gps.window); }, 10000));
+    GpsRun run;
+    ASSERT_TRUE(run.Start(3));
+    Program& program = *run.program;
+    const GpsWindow& gps = *run.gps;
+    ASSERT_TRUE(run.Connect());
     // A second tick, so that what a tick makes once is counted in.
     Sleep(5500);
     long connected = testsupport::ProcessHandleCount(program.ProcessId());
     ASSERT_GT(connected, 0);
 
-    ASSERT_TRUE(receiver.HangUp());
+    ASSERT_TRUE(run.receiver.HangUp());
     ASSERT_TRUE(program.WaitForMessage(L"Zero bytes read for GPS values refresh", 15000));
     // The ticks read on, on their own threads: the windows answer meanwhile
     // and the values shown stay.
     long most = connected;
     for (int i = 0; i < 10; ++i) {
-        EXPECT_TRUE(Responds(main));
+        EXPECT_TRUE(Responds(run.Main()));
         EXPECT_TRUE(Responds(gps.window));
         most = std::max(most, testsupport::ProcessHandleCount(program.ProcessId()));
         Sleep(2000);
@@ -316,8 +333,7 @@ TEST(Gps, HangUpMidRunKeepsTheProgramAnsweringAndItsHandlesLevel)
         30000, 5000));
     Sleep(6000);
     EXPECT_EQ(program.CountMessages(L"GPS information is not valid"), notValid) << "no tick after Close";
-    EXPECT_TRUE(Responds(main));
+    EXPECT_TRUE(Responds(run.Main()));
     long after = testsupport::ProcessHandleCount(program.ProcessId());
     EXPECT_LT(after, connected) << "the port's handle is gone (" << most << " at most while hung up)";
-    program.Kill();
 }

@@ -30,7 +30,7 @@ set(MAVU_E2E_SCENARIOS
     Events.ShutdownCountsDownFromThirtyAndCancelStopsIt
     Events.HibernateRequestIsDroppedWhereThePlatformCannotHibernate
     Gps.ReceiverAt4800OnCom3IsFoundShownClosedAndFoundAgainWithoutTheNotice
-    Gps.ReceiverOnlyOnCom10IsNotFound
+    Gps.ReceiverOnlyOnCom10IsNotFoundAfterAScanThatWaitsOnASilentCom1
     Gps.ManualRecordingTakesOneReadingAndWithoutAutostartTheLinkStaysClosed
     Gps.EventRecordingCarriesThePositionOfItsStartAndTheLinkReturnsAfterIt
 )

@@ -6,11 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "e2e/harness.h"
 #include "gps/gps_link.h"
 #include "gps/gps_probe.h"
-#include "support/report_lines.h"
-#include "support/synthetic_gps.h"
-#include "e2e/harness.h"
+#include "gps_fixture.h"
 
 namespace {
 
@@ -21,27 +20,13 @@ void RecordNotice(bool show)
     notices.push_back(show);
 }
 
-class GpsLinkTest : public testing::Test {
+class GpsLinkTest : public GpsFixture {
 protected:
     void SetUp() override
     {
-        CloseGps();
-        gpsLink.portIndex = -1;
-        gpsLink.baudIndex = -1;
+        GpsFixture::SetUp();
         notices.clear();
-        testsupport::TakeReportedLines();
     }
-    void TearDown() override { CloseGps(); }
-
-    std::vector<std::wstring> Lines()
-    {
-        std::vector<std::wstring> texts;
-        for (const testsupport::ReportedLine& line : testsupport::TakeReportedLines())
-            texts.push_back(line.text);
-        return texts;
-    }
-
-    testsupport::SyntheticGps receiver;
 };
 
 }  // namespace

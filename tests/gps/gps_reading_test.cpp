@@ -8,9 +8,8 @@
 #include "e2e/harness.h"
 #include "gps/gps_link.h"
 #include "gps/gps_reader.h"
+#include "gps_fixture.h"
 #include "support/handle_count.h"
-#include "support/report_lines.h"
-#include "support/synthetic_gps.h"
 
 namespace {
 
@@ -22,16 +21,8 @@ std::string Narrow(const wchar_t* text)
     return narrow;
 }
 
-class GpsReadingTest : public testing::Test {
+class GpsReadingTest : public GpsFixture {
 protected:
-    void SetUp() override
-    {
-        CloseGps();
-        gpsLink.portIndex = -1;
-        gpsLink.baudIndex = -1;
-    }
-    void TearDown() override { CloseGps(); }
-
     // The receiver on COM3 and the link to it.
     void Connect(int baud, const std::string& script)
     {
@@ -40,33 +31,15 @@ protected:
         testsupport::TakeReportedLines();
     }
 
-    std::vector<std::wstring> Lines()
-    {
-        std::vector<std::wstring> texts;
-        for (const testsupport::ReportedLine& line : testsupport::TakeReportedLines())
-            texts.push_back(line.text);
-        return texts;
-    }
-
     // Switches the script and lets a burst of the old one pass.
     void ChangeScript(const std::string& script)
     {
         ASSERT_TRUE(receiver.SetScript(script));
-        ASSERT_TRUE(e2e::WaitUntil(
-            [&] {
-                for (const std::string& event : receiver.PortEvents()) {
-                    if (event == "script " + script)
-                        return true;
-                }
-                return false;
-            },
-            3000));
+        ASSERT_TRUE(receiver.WaitLogged("script " + script, 3000));
         GpsReading reading;
         ReadGpsSentence(reading);
         testsupport::TakeReportedLines();
     }
-
-    testsupport::SyntheticGps receiver;
 };
 
 }  // namespace

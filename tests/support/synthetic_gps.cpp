@@ -53,18 +53,18 @@ SyntheticGps::~SyntheticGps()
     Stop();
 }
 
-bool SyntheticGps::Start(int port, int baud, const std::string& script, const std::string& moreArguments)
+bool SyntheticGps::Start(int port, int baud, const std::string& script, bool keepOtherLinks)
 {
     Stop();
     static std::atomic<int> counter{0};
     state_ = std::string(MAVU_BINARY_DIR_UNIX) + "/gps-work/receiver-" + std::to_string(GetCurrentProcessId()) + "-" +
         std::to_string(++counter);
-    if (!RemoveComLinks())
+    if (!keepOtherLinks && !RemoveComLinks())
         return false;
     std::ostringstream command;
     command << "rm -rf '" << state_ << "' && mkdir -p '" << state_ << "' && setsid python3 '" << MAVU_SOURCE_DIR_UNIX
             << "/tools/synthgps/synthgps.py' --prefix '" << kPrefix << "' --port " << port << " --baud " << baud
-            << " --script " << script << " --state '" << state_ << "' --seconds 900 " << moreArguments
+            << " --script " << script << " --state '" << state_ << "' --seconds 900"
             << " </dev/null >'" << state_ << ".out' 2>&1 &";
     e2e::RunUnix(command.str());
     running_ = e2e::WaitUntil([&] { return Exists(state_ + "/pty"); }, 15000, 20);
@@ -90,17 +90,7 @@ bool SyntheticGps::SetScript(const std::string& script)
 
 bool SyntheticGps::HangUp()
 {
-    if (!running_ || !WriteControl("hangup", "\n"))
-        return false;
-    return e2e::WaitUntil(
-        [&] {
-            for (const std::string& event : PortEvents()) {
-                if (event == "hangup")
-                    return true;
-            }
-            return false;
-        },
-        5000, 20);
+    return running_ && WriteControl("hangup", "\n") && WaitLogged("hangup", 5000);
 }
 
 bool SyntheticGps::Stop()
@@ -124,6 +114,19 @@ std::vector<std::string> SyntheticGps::PortEvents() const
             events.push_back(line.substr(blank + 1));
     }
     return events;
+}
+
+bool SyntheticGps::WaitLogged(const std::string& event, unsigned long timeoutMs) const
+{
+    return e2e::WaitUntil(
+        [&] {
+            for (const std::string& logged : PortEvents()) {
+                if (logged == event)
+                    return true;
+            }
+            return false;
+        },
+        timeoutMs, 20);
 }
 
 std::vector<int> SyntheticGps::ClosedAtRates() const

@@ -17,9 +17,10 @@ public:
     SyntheticGps& operator=(const SyntheticGps&) = delete;
 
     // Removes the prefix's COM links (Wine maps the host's silent /dev/ttyS0
-    // to the first free one at each server start), then starts a receiver on
-    // COMn at its own rate with a script; returns once its port is linked.
-    bool Start(int port, int baud, const std::string& script, const std::string& moreArguments = "");
+    // to the first free one at each server start) unless told to keep them,
+    // then starts a receiver on COMn at its own rate with a script; returns
+    // once its port is linked.
+    bool Start(int port, int baud, const std::string& script, bool keepOtherLinks = false);
     // Switches the script at its next burst.
     bool SetScript(const std::string& script);
     // Closes the pty under the program, as a receiver pulled out.
@@ -30,6 +31,8 @@ public:
     // What the program did to the port, in order, as "open 4800",
     // "rate 9600", "close 38400" (the rate in force at that moment).
     std::vector<std::string> PortEvents() const;
+    // Waits until the receiver's log holds the event.
+    bool WaitLogged(const std::string& event, unsigned long timeoutMs) const;
     // The rates in force at each close, in order.
     std::vector<int> ClosedAtRates() const;
 
