@@ -19,12 +19,14 @@
 #include "events/schedule_window.h"
 #include "persistence/options.h"
 #include "persistence/options_file.h"
+#include "ui/commands.h"
 #include "ui/countdown_window.h"
 #include "ui/dialog_common.h"
 #include "ui/duration_window.h"
 #include "ui/event_pending_window.h"
 #include "ui/file_options_window.h"
 #include "ui/fonts.h"
+#include "ui/gps_window.h"
 #include "ui/menus.h"
 #include "ui/misc_options_window.h"
 #include "ui/performance_window.h"
@@ -198,6 +200,11 @@ MainWindow::MainWindow(HINSTANCE instanceHandle)
     CreateDefaultFolders();
     FillFileOptions();
 
+    // The same command the menu gives, and synchronously: a full scan
+    // blocks start-up with the notice up.
+    if (options.AutostartGPS)
+        SendMessageW(mainWindow, WM_COMMAND, IDM_USB_GPS_RECEIVER, 0);
+
     FlushQueuedUserMessages();
     startingUp = 0;
 }
@@ -232,8 +239,8 @@ bool MainWindow::CreateDialogWindows()
     // the creation of the rest silently.
     if (!CreateMagnifyWindow(instance))
         return true;
-    return CreatePixelSaturationWindow(instance) && CreateFrameIntegrationWindow(instance) &&
-           CreateScheduleWindow(instance) && CreateEventListWindow(instance);
+    return CreateGpsWindow(instance) && CreatePixelSaturationWindow(instance) &&
+           CreateFrameIntegrationWindow(instance) && CreateScheduleWindow(instance) && CreateEventListWindow(instance);
 }
 
 HRESULT ActivateCurrentDevice()

@@ -3,6 +3,7 @@
 #include <commctrl.h>
 
 #include "app/display_commands.h"
+#include "app/gps_command.h"
 #include "app/main_window.h"
 #include "app/recording_control.h"
 #include "app/startup_state.h"
@@ -68,6 +69,9 @@ void OnOptionsCommand(unsigned command)
         break;
     case IDM_MISCELLANEOUS:
         OpenMiscellaneousWindow();
+        break;
+    case IDM_USB_GPS_RECEIVER:
+        OnUsbGpsReceiverCommand();
         break;
     case IDM_SET_WINDOW_POSITIONS:
         // Reported whether or not the save worked: a failed save has

@@ -10,10 +10,14 @@
 #include "base/time_text.h"
 #include "events/event_rules.h"
 #include "events/event_state.h"
+#include "gps/gps_link.h"
+#include "gps/gps_reader.h"
+#include "gps/gps_refresh_timer.h"
 #include "persistence/options.h"
 #include "ui/commands.h"
 #include "ui/countdown_window.h"
 #include "ui/display_tools.h"
+#include "ui/gps_window.h"
 #include "ui/menus.h"
 #include "ui/record_buttons.h"
 #include "ui/window_layout.h"
@@ -34,6 +38,26 @@ bool CurrentDeviceRecording()
 {
     VideoSourceInfo* source = CurrentSource();
     return source && (source->isManualRecording || source->isEventRecording);
+}
+
+// The position for the report, read once as the recording begins; then
+// the port closes, since no recording runs with the serial port in use. The
+// link comes back after the recording only under AutostartGPS.
+void TakeGpsSnapshotAndCloseLink()
+{
+    if (!GpsLinkOpen())
+        return;
+    StopGpsRefreshTimer();
+    GpsReading reading;
+    if (ReadGpsWithRetry(reading)) {
+        lstrcpynW(gpsSnapshot.latitude, GpsReadingValue(reading.latitudeText), kGpsSnapshotTextCapacity);
+        lstrcpynW(gpsSnapshot.longitude, GpsReadingValue(reading.longitudeText), kGpsSnapshotTextCapacity);
+        lstrcpynW(gpsSnapshot.altitude, GpsReadingValue(reading.altitudeText), kGpsSnapshotTextCapacity);
+        lstrcpynW(gpsSnapshot.satellites, GpsReadingValue(reading.satellitesText), kGpsSnapshotTextCapacity);
+        gpsSnapshot.valid = 1;
+    }
+    CloseGps();
+    ShowWindow(gpsWindow, SW_HIDE);
 }
 
 }  // namespace
@@ -61,9 +85,8 @@ HRESULT StartVideo()
     bool useCurrentDirectory = options.VideoDirectory[0] == 0;
     bool recording = CurrentDeviceRecording();
     if (recording) {
-        // The GPS reading for the report comes with the GPS link; without
-        // one the report carries no position.
         gpsSnapshot.valid = 0;
+        TakeGpsSnapshotAndCloseLink();
         // No recording runs with frame integration: the file has none.
         CloseFrameIntegration();
         if (removeFiltersWhileRecording)

@@ -98,3 +98,8 @@ constexpr int kSaturationCancelButton = 33324;
 constexpr int kIntegrationCountBox = 33330;
 constexpr int kIntegrationStartButton = 33331;
 constexpr int kIntegrationCancelButton = 33332;
+
+// USB GPS Receiver.
+constexpr int kGpsCloseButtonId = 33050;
+constexpr int kGpsCapturePositionButtonId = 33051;
+constexpr int kGpsSetTimeDifferenceButtonId = 33052;

@@ -32,3 +32,13 @@ HWND CreateUnresponsiveNotice(HINSTANCE instance)
     unresponsiveWindow = window;
     return window;
 }
+
+void ShowUnresponsiveNotice(bool show)
+{
+    if (!unresponsiveWindow)
+        return;
+    ShowWindow(unresponsiveWindow, show ? SW_SHOW : SW_HIDE);
+    if (show)
+        RedrawWindow(unresponsiveWindow, nullptr, nullptr,
+                     RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+}

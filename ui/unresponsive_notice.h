@@ -8,3 +8,7 @@ extern HWND unresponsiveWindow;
 
 // Makes the notice, hidden, and sets its handle above.
 HWND CreateUnresponsiveNotice(HINSTANCE instance);
+
+// Shows the notice, painted at once since the thread that would paint it is
+// about to be busy, or hides it.
+void ShowUnresponsiveNotice(bool show);

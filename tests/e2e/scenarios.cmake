@@ -49,6 +49,10 @@ set(MAVU_E2E_SCENARIOS
     Events.StopDuringAnEventAsksAndTheEventIsNotArmedAgain
     Events.ShutdownCountsDownFromThirtyAndCancelStopsIt
     Events.HibernateRequestIsDroppedWhereThePlatformCannotHibernate
+    Gps.ReceiverAt4800OnCom3IsFoundShownClosedAndFoundAgainWithoutTheNotice
+    Gps.ReceiverOnlyOnCom10IsNotFoundAfterAScanThatWaitsOnASilentCom1
+    Gps.ManualRecordingTakesOneReadingAndWithoutAutostartTheLinkStaysClosed
+    Gps.EventRecordingCarriesThePositionOfItsStartAndTheLinkReturnsAfterIt
 )
 
 # Scenarios of minutes, run by: ctest -L long
@@ -56,4 +60,5 @@ set(MAVU_E2E_LONG_SCENARIOS
     Events.ShutdownAtTheEndOfTheCountIsWhatThePlatformGives
     Events.TwoEventsAMinuteApartAreBothRecordedInOrder
     Stress.PreviewAndRecordingCyclesAllComeBack
+    Gps.HangUpMidRunKeepsTheProgramAnsweringAndItsHandlesLevel
 )

@@ -1,0 +1,157 @@
+// Readings of the open link against the synthetic receiver's scripts: what
+// the platform's serial reads bring, and what the reading makes of it.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "e2e/harness.h"
+#include "gps/gps_link.h"
+#include "gps/gps_reader.h"
+#include "gps_fixture.h"
+#include "support/handle_count.h"
+
+namespace {
+
+std::string Narrow(const wchar_t* text)
+{
+    std::string narrow;
+    for (; *text; ++text)
+        narrow += static_cast<char>(*text);
+    return narrow;
+}
+
+class GpsReadingTest : public GpsFixture {
+protected:
+    // The receiver on COM3 and the link to it.
+    void Connect(int baud, const std::string& script)
+    {
+        ASSERT_TRUE(receiver.Start(3, baud, script));
+        ASSERT_EQ(ConnectGps(nullptr), 1);
+        testsupport::TakeReportedLines();
+    }
+
+    // Switches the script and lets a burst of the old one pass.
+    void ChangeScript(const std::string& script)
+    {
+        ASSERT_TRUE(receiver.SetScript(script));
+        ASSERT_TRUE(receiver.WaitLogged("script " + script, 3000));
+        GpsReading reading;
+        ReadGpsSentence(reading);
+        testsupport::TakeReportedLines();
+    }
+};
+
+}  // namespace
+
+TEST_F(GpsReadingTest, SteadyBurstsGiveThePositionSentAndClearTheBufferBehindThem)
+{
+    Connect(4800, "steady");
+    GpsReading reading;
+    ASSERT_EQ(ReadGpsWithRetry(reading), 1);
+    EXPECT_EQ(Narrow(reading.latitudeText), " 48.070038 N");
+    EXPECT_EQ(Narrow(reading.longitudeText), " 11.310000 E");
+    EXPECT_EQ(Narrow(reading.altitudeText), " 545.4 M");
+    EXPECT_EQ(Narrow(reading.satellitesText), " 8");
+    // The receiver's clock is the computer's: the sentence's time is today's.
+    SYSTEMTIME now{};
+    GetSystemTime(&now);
+    EXPECT_EQ(reading.time.wYear, now.wYear);
+    EXPECT_LE(std::abs((reading.time.wHour * 60 + reading.time.wMinute) - (now.wHour * 60 + now.wMinute)), 1);
+    for (uint32_t i = 0; i < gpsReadSize + 20; ++i)
+        ASSERT_EQ(gpsBuffer[i], 0) << "byte " << i;
+    EXPECT_TRUE(Lines().empty());
+}
+
+TEST_F(GpsReadingTest, NoFixGivesZerosAndACommaForTheLetter)
+{
+    Connect(4800, "steady");
+    ChangeScript("nofix");
+    GpsReading reading;
+    ASSERT_EQ(ReadGpsWithRetry(reading), 1);
+    EXPECT_EQ(Narrow(reading.latitudeText), " 0.000000 ,");
+    EXPECT_EQ(Narrow(reading.satellitesText), " 0");
+}
+
+TEST_F(GpsReadingTest, SentenceCutAtTheEndOfEachBurstGivesWayToTheWholeOneBefore)
+{
+    Connect(4800, "cut");
+    for (int i = 0; i < 3; ++i) {
+        GpsReading reading;
+        ASSERT_EQ(ReadGpsWithRetry(reading), 1);
+        EXPECT_EQ(Narrow(reading.latitudeText), " 48.070038 N") << "the cut sentence's 51.07 S isn't taken";
+        EXPECT_EQ(Narrow(reading.altitudeText), " 545.4 M");
+    }
+}
+
+TEST_F(GpsReadingTest, ZeroByteAtTheStartOfEachBurstFailsEveryReadingSilently)
+{
+    Connect(4800, "steady");
+    ChangeScript("zerobyte");
+    // Each read starts in the silence between bursts and so takes a whole
+    // burst, whose text ends at its first byte.
+    for (int i = 0; i < 3; ++i) {
+        GpsReading reading;
+        EXPECT_EQ(ReadGpsSentence(reading), 0);
+    }
+    EXPECT_TRUE(Lines().empty()) << "a missing comma fails without a message";
+}
+
+TEST_F(GpsReadingTest, BurstFarLargerThanTheReadIsReadInPiecesOfTheReadSize)
+{
+    Connect(38400, "flood");
+    EXPECT_EQ(gpsReadSize.load(), 4800u);
+    // Each piece holds whole sentences with altitudes counting up; the last
+    // whole one of the piece is taken.
+    std::vector<std::string> altitudes;
+    for (int i = 0; i < 3; ++i) {
+        GpsReading reading;
+        ASSERT_EQ(ReadGpsWithRetry(reading), 1);
+        std::string altitude = Narrow(reading.altitudeText);
+        EXPECT_EQ(altitude.substr(altitude.size() - 4), ".0 M") << altitude;
+        altitudes.push_back(altitude);
+    }
+    EXPECT_NE(altitudes[0], altitudes[1]);
+}
+
+TEST_F(GpsReadingTest, EveryFailedAttemptOfTheRetriesReportsItsEmptyRead)
+{
+    Connect(4800, "steady");
+    ChangeScript("silence");
+    // Small reads, so that 101 empty ones pass quickly: each waits 2 ms a byte.
+    gpsReadSize = 5;
+    GpsReading reading;
+    EXPECT_EQ(ReadGpsWithRetry(reading), 0);
+    std::vector<std::wstring> lines = Lines();
+    EXPECT_EQ(lines.size(), 101u);
+    for (const std::wstring& line : lines)
+        EXPECT_EQ(line, L"Zero bytes read for GPS values refresh\r\n");
+}
+
+TEST_F(GpsReadingTest, HangUpGivesEmptyReadsAndClosingLeavesNoHandleBehind)
+{
+    ASSERT_TRUE(receiver.Start(3, 4800, "steady"));
+    long before = testsupport::ProcessHandleCount(GetCurrentProcessId());
+    ASSERT_GT(before, 0);
+    ASSERT_EQ(ConnectGps(nullptr), 1);
+    GpsReading reading;
+    ASSERT_EQ(ReadGpsWithRetry(reading), 1);
+    ASSERT_TRUE(receiver.HangUp());
+    testsupport::TakeReportedLines();
+    // The line is gone: the platform's read waits out its timeout and
+    // brings nothing, each time.
+    for (int i = 0; i < 2; ++i) {
+        ULONGLONG started = GetTickCount64();
+        EXPECT_EQ(ReadGpsSentence(reading), 0);
+        EXPECT_GE(GetTickCount64() - started, 1500u);
+    }
+    std::vector<testsupport::ReportedLine> lines = testsupport::TakeReportedLines();
+    ASSERT_EQ(lines.size(), 2u);
+    EXPECT_EQ(lines[0].text, L"Zero bytes read for GPS values refresh\r\n");
+    EXPECT_TRUE(lines[0].withTimeStamp);
+    CloseGps();
+    EXPECT_EQ(testsupport::ProcessHandleCount(GetCurrentProcessId()), before);
+    // A closed link fails without reading, and with no line.
+    EXPECT_EQ(ReadGpsWithRetry(reading), 0);
+    EXPECT_TRUE(Lines().empty());
+}

@@ -1,0 +1,12 @@
+// The number of handles a process holds, as the platform's system handle
+// table lists them (GetProcessHandleCount gives 0 under Wine).
+#pragma once
+
+#include <windows.h>
+
+namespace testsupport {
+
+// -1 when the table can't be read.
+long ProcessHandleCount(DWORD processId);
+
+}  // namespace testsupport

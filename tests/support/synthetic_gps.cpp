@@ -1,0 +1,142 @@
+#include "support/synthetic_gps.h"
+
+#include <windows.h>
+
+#include <atomic>
+#include <cstdio>
+#include <sstream>
+
+#include "e2e/harness.h"
+
+namespace testsupport {
+
+namespace {
+
+const std::string kPrefix = std::string(MAVU_BINARY_DIR_UNIX) + "/wineprefix";
+
+bool Exists(const std::string& unixPath)
+{
+    return GetFileAttributesW(UnixToWindows(unixPath).c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+// Runs a shell command and waits for the mark it leaves behind: Wine doesn't
+// wait for a Unix child.
+bool RunUnixAndWait(const std::string& command, DWORD timeoutMs)
+{
+    static std::atomic<int> counter{0};
+    std::string mark = std::string(MAVU_BINARY_DIR_UNIX) + "/gps-work/done-" + std::to_string(GetCurrentProcessId()) +
+        "-" + std::to_string(++counter);
+    e2e::RunUnix("mkdir -p '" + std::string(MAVU_BINARY_DIR_UNIX) + "/gps-work' && " + command + "; touch '" + mark +
+                 "'");
+    bool done = e2e::WaitUntil([&] { return Exists(mark); }, timeoutMs, 20);
+    DeleteFileW(UnixToWindows(mark).c_str());
+    return done;
+}
+
+}  // namespace
+
+std::wstring UnixToWindows(const std::string& unixPath)
+{
+    std::wstring path = L"Z:";
+    for (char c : unixPath)
+        path += c == '/' ? L'\\' : static_cast<wchar_t>(static_cast<unsigned char>(c));
+    return path;
+}
+
+bool RemoveComLinks()
+{
+    return RunUnixAndWait("rm -f '" + kPrefix + "'/dosdevices/com*", 10000);
+}
+
+SyntheticGps::~SyntheticGps()
+{
+    Stop();
+}
+
+bool SyntheticGps::Start(int port, int baud, const std::string& script, bool keepOtherLinks)
+{
+    Stop();
+    static std::atomic<int> counter{0};
+    state_ = std::string(MAVU_BINARY_DIR_UNIX) + "/gps-work/receiver-" + std::to_string(GetCurrentProcessId()) + "-" +
+        std::to_string(++counter);
+    if (!keepOtherLinks && !RemoveComLinks())
+        return false;
+    std::ostringstream command;
+    command << "rm -rf '" << state_ << "' && mkdir -p '" << state_ << "' && setsid python3 '" << MAVU_SOURCE_DIR_UNIX
+            << "/tools/synthgps/synthgps.py' --prefix '" << kPrefix << "' --port " << port << " --baud " << baud
+            << " --script " << script << " --state '" << state_ << "' --seconds 900"
+            << " </dev/null >'" << state_ << ".out' 2>&1 &";
+    e2e::RunUnix(command.str());
+    running_ = e2e::WaitUntil([&] { return Exists(state_ + "/pty"); }, 15000, 20);
+    return running_;
+}
+
+bool SyntheticGps::WriteControl(const std::string& name, const std::string& text) const
+{
+    std::wstring path = UnixToWindows(state_ + "/" + name);
+    HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        return false;
+    DWORD written = 0;
+    WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+    CloseHandle(file);
+    return written == text.size();
+}
+
+bool SyntheticGps::SetScript(const std::string& script)
+{
+    return running_ && WriteControl("script", script + "\n");
+}
+
+bool SyntheticGps::HangUp()
+{
+    return running_ && WriteControl("hangup", "\n") && WaitLogged("hangup", 5000);
+}
+
+bool SyntheticGps::Stop()
+{
+    if (!running_)
+        return true;
+    running_ = false;
+    WriteControl("stop", "\n");
+    return e2e::WaitUntil([&] { return Exists(state_ + "/stopped"); }, 10000, 20);
+}
+
+std::vector<std::string> SyntheticGps::PortEvents() const
+{
+    std::vector<std::string> events;
+    std::string bytes = e2e::ReadBytes(UnixToWindows(state_ + "/log"));
+    std::istringstream lines(bytes);
+    std::string line;
+    while (std::getline(lines, line)) {
+        size_t blank = line.find(' ');
+        if (blank != std::string::npos)
+            events.push_back(line.substr(blank + 1));
+    }
+    return events;
+}
+
+bool SyntheticGps::WaitLogged(const std::string& event, unsigned long timeoutMs) const
+{
+    return e2e::WaitUntil(
+        [&] {
+            for (const std::string& logged : PortEvents()) {
+                if (logged == event)
+                    return true;
+            }
+            return false;
+        },
+        timeoutMs, 20);
+}
+
+std::vector<int> SyntheticGps::ClosedAtRates() const
+{
+    std::vector<int> rates;
+    for (const std::string& event : PortEvents()) {
+        if (event.rfind("close ", 0) == 0)
+            rates.push_back(std::stoi(event.substr(6)));
+    }
+    return rates;
+}
+
+}  // namespace testsupport

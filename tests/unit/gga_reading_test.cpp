@@ -1,0 +1,220 @@
+// The position read out of a receiver's burst: each rule of the GGA reading
+// as a case over the bytes of one read.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "gps/gga_reading.h"
+#include "gps/gps_link.h"
+
+namespace {
+
+const std::string kMunich = "$GPGGA,123519,4807.038,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,*47\r\n";
+// What a receiver sends between its GGA sentences.
+const std::string kBetween = "$GPGSA,A,3,04,05,,09,12,,,24,,,,,2.5,1.3,2.1*39\r\n"
+                             "$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A\r\n";
+
+SYSTEMTIME Today()
+{
+    SYSTEMTIME day{};
+    day.wYear = 2031;
+    day.wMonth = 7;
+    day.wDay = 14;
+    day.wHour = 23;
+    return day;
+}
+
+struct Parsed {
+    GgaParse outcome;
+    GpsReading reading;
+};
+
+// The bytes at the start of a buffer of the program's size, the rest zero,
+// after a read of `bytesRead` bytes (all of them when -1).
+Parsed Parse(const std::string& bytes, long bytesRead = -1)
+{
+    std::vector<unsigned char> buffer(kGpsBufferSize, 0);
+    std::copy(bytes.begin(), bytes.end(), buffer.begin());
+    Parsed parsed{};
+    size_t read = bytesRead < 0 ? bytes.size() : static_cast<size_t>(bytesRead);
+    parsed.outcome = ParseGgaBuffer(buffer.data(), buffer.size(), read, Today(), parsed.reading);
+    return parsed;
+}
+
+std::string Narrow(const wchar_t* text)
+{
+    std::string narrow;
+    for (; *text; ++text)
+        narrow += static_cast<char>(*text);
+    return narrow;
+}
+
+// A GGA sentence with the given fields behind the name.
+std::string Gga(const std::string& fields)
+{
+    return "$GPGGA," + fields + "*00\r\n";
+}
+
+}  // namespace
+
+TEST(GgaReading, FieldsBecomeTheFourTextsAsTheRulesGiveThem)
+{
+    struct Case {
+        const char* what;
+        std::string bytes;
+        const char* latitude;
+        const char* longitude;
+        const char* altitude;
+        const char* satellites;
+        const char* time;
+    };
+    const Case cases[] = {
+        {"three decimals land in the wrong place", kMunich + kBetween, " 48.070038 N", " 11.310000 E", " 545.4 M", " 8",
+         "12:35:19.000"},
+        {"four decimals read as minutes", Gga("123519,4807.0380,N,01131.0000,E,1,08,0.9,545.4,M,46.9,M,,") + kBetween,
+         " 48.070380 N", " 11.310000 E", " 545.4 M", " 8", "12:35:19.000"},
+        {"altitude decimals print as an integer",
+         Gga("123519,4807.038,N,01131.000,E,1,08,0.9,545.04,M,,M,,") + kBetween, " 48.070038 N", " 11.310000 E",
+         " 545.4 M", " 8", "12:35:19.000"},
+        {"time decimals are milliseconds as an integer",
+         Gga("123519.5,4807.038,N,01131.000,E,1,08,0.9,545.4,M,,M,,") + kBetween, " 48.070038 N", " 11.310000 E",
+         " 545.4 M", " 8", "12:35:19.005"},
+        {"two zero decimals of time", Gga("123519.00,4807.038,N,01131.000,E,1,08,0.9,545.4,M,,M,,") + kBetween,
+         " 48.070038 N", " 11.310000 E", " 545.4 M", " 8", "12:35:19.000"},
+        {"south and west by the letter only", Gga("000001,3352.1234,S,15112.5000,W,1,11,0.8,3.0,M,,M,,") + kBetween,
+         " 33.521234 S", " 151.125000 W", " 3.0 M", " 11", "00:00:01.000"},
+        {"three-digit longitude", Gga("235959,0000.0000,N,11731.0000,E,2,12,0.7,1.5,M,,M,,") + kBetween, " 0.000000 N",
+         " 117.310000 E", " 1.5 M", " 12", "23:59:59.000"},
+        {"negative altitude", Gga("101010,5130.0000,N,00007.0000,W,1,05,1.1,-12.3,M,,M,,") + kBetween, " 51.300000 N",
+         " 0.070000 W", " -12.3 M", " 5", "10:10:10.000"},
+        // No fix: empty fields scan as zero, the letter is the next comma,
+        // and the missing letters shift what follows.
+        {"no fix", "$GPGGA,123519,,,,,0,00,,,M,,M,,*66\r\n" + kBetween, " 0.000000 ,", " 0.000000 0", " 0.0 M", " 0",
+         "12:35:19.000"},
+        // No sentence in 57 bytes or more: the fields are read from byte 6
+        // of the buffer, here from an RMC sentence.
+        {"no GGA in a long read", "$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A\r\n",
+         " 1235.190000 A", " 48.070038 N", " 84.4 M", " 0", "00:00:00.000"},
+    };
+    for (const Case& c : cases) {
+        Parsed parsed = Parse(c.bytes);
+        ASSERT_EQ(parsed.outcome, GgaParse::Read) << c.what;
+        EXPECT_EQ(Narrow(parsed.reading.latitudeText), c.latitude) << c.what;
+        EXPECT_EQ(Narrow(parsed.reading.longitudeText), c.longitude) << c.what;
+        EXPECT_EQ(Narrow(parsed.reading.altitudeText), c.altitude) << c.what;
+        EXPECT_EQ(Narrow(parsed.reading.satellitesText), c.satellites) << c.what;
+        EXPECT_EQ(Narrow(parsed.reading.timeText), c.time) << c.what;
+        EXPECT_EQ(parsed.reading.timeFieldOffset, 7u) << c.what;
+    }
+}
+
+TEST(GgaReading, TimeOfDayGoesIntoTodaysDateAndTheClockIsLeftAlone)
+{
+    Parsed parsed = Parse(Gga("031415.926,4807.038,N,01131.000,E,1,08,0.9,545.4,M,,M,,") + kBetween);
+    ASSERT_EQ(parsed.outcome, GgaParse::Read);
+    const SYSTEMTIME& time = parsed.reading.time;
+    EXPECT_EQ(time.wYear, 2031);
+    EXPECT_EQ(time.wMonth, 7);
+    EXPECT_EQ(time.wDay, 14);
+    EXPECT_EQ(time.wHour, 3);
+    EXPECT_EQ(time.wMinute, 14);
+    EXPECT_EQ(time.wSecond, 15);
+    EXPECT_EQ(time.wMilliseconds, 926);
+    // From the sentence's start to the end of the text.
+    EXPECT_EQ(parsed.reading.sentenceBytes,
+              Gga("031415.926,4807.038,N,01131.000,E,1,08,0.9,545.4,M,,M,,").size() + kBetween.size());
+}
+
+TEST(GgaReading, TheLastSentenceTooCloseToTheEndGivesWayToTheOneBefore)
+{
+    const std::string later = Gga("123520,5107.0000,S,00131.0000,W,1,09,0.9,100.0,M,,M,,");
+    ASSERT_GT(later.size(), 58u);
+    struct Case {
+        const char* what;
+        std::string bytes;
+        GgaParse outcome;
+        const char* latitude;
+    };
+    const Case cases[] = {
+        {"58 bytes behind the last: it stands", kMunich + later.substr(0, 58), GgaParse::Read, " 51.070000 S"},
+        {"57 bytes behind the last: the one before", kMunich + later.substr(0, 57), GgaParse::Read, " 48.070038 N"},
+        {"cut early: the one before", kMunich + later.substr(0, 20), GgaParse::Read, " 48.070038 N"},
+        {"cut with none before", later.substr(0, 57), GgaParse::NoSentence, ""},
+        {"cut behind other sentences with none before", kBetween.substr(0, 30) + later.substr(0, 40),
+         GgaParse::NoSentence, ""},
+    };
+    for (const Case& c : cases) {
+        Parsed parsed = Parse(c.bytes);
+        EXPECT_EQ(parsed.outcome, c.outcome) << c.what;
+        EXPECT_EQ(Narrow(parsed.reading.latitudeText), c.latitude) << c.what;
+    }
+}
+
+TEST(GgaReading, OnlyAReadOfFewerThan57BytesWithoutASentenceCannotFindOne)
+{
+    EXPECT_EQ(Parse(std::string(56, 'x')).outcome, GgaParse::NoSentence);
+    // 57 bytes: position -1, and with no comma in the text the fields are
+    // cut off, with no message.
+    EXPECT_EQ(Parse(std::string(57, 'x')).outcome, GgaParse::FieldsCutOff);
+    EXPECT_EQ(Parse("$GPRMC,1,A,2").outcome, GgaParse::NoSentence);
+    // A sentence whose name starts within the read but whose letters run
+    // past the text's end isn't one.
+    EXPECT_EQ(Parse("$GPGG").outcome, GgaParse::NoSentence);
+}
+
+TEST(GgaReading, AMissingCommaFailsWithoutAMessage)
+{
+    const std::string padding(60, ' ');
+    const std::string cuts[] = {
+        "$GPGGA,123519" + padding,
+        "$GPGGA,123519,4807.038" + padding,
+        "$GPGGA,123519,4807.038,N,01131.000" + padding,
+        "$GPGGA,123519,4807.038,N,01131.000,E" + padding,
+        "$GPGGA,123519,4807.038,N,01131.000,E,1" + padding,
+        "$GPGGA,123519,4807.038,N,01131.000,E,1,08" + padding,
+        "$GPGGA,123519,4807.038,N,01131.000,E,1,08,0.9" + padding,
+    };
+    for (const std::string& bytes : cuts)
+        EXPECT_EQ(Parse(bytes).outcome, GgaParse::FieldsCutOff) << bytes;
+    // One comma more and the altitude, empty, reads as zero.
+    Parsed parsed = Parse("$GPGGA,123519,4807.038,N,01131.000,E,1,08,0.9," + padding);
+    EXPECT_EQ(parsed.outcome, GgaParse::Read);
+    EXPECT_EQ(Narrow(parsed.reading.altitudeText), " 0.0 M");
+}
+
+TEST(GgaReading, TheTextEndsAtTheFirstZeroByte)
+{
+    // A zero byte in front of the burst: no sentence in the text, a read of
+    // more than 57 bytes, and no comma.
+    EXPECT_EQ(Parse(std::string(1, '\0') + kMunich + kBetween).outcome, GgaParse::FieldsCutOff);
+    // A zero byte inside the altitude cuts the field there.
+    std::string cut = kMunich + kBetween;
+    cut[cut.find("545.4") + 1] = '\0';
+    Parsed parsed = Parse(cut);
+    ASSERT_EQ(parsed.outcome, GgaParse::Read);
+    EXPECT_EQ(Narrow(parsed.reading.altitudeText), " 5.0 M");
+    // Inside the dilution, it takes the comma in front of the altitude.
+    cut[cut.find("0.9") + 1] = '\0';
+    EXPECT_EQ(Parse(cut).outcome, GgaParse::FieldsCutOff);
+}
+
+TEST(GgaReading, BytesLeftBehindAnEarlierReadLengthenTheText)
+{
+    // An earlier, failed reading left a burst in the buffer; the next read
+    // brought fewer bytes, without a zero, and its text runs on into the old
+    // one. The sentence is searched only among the bytes just read.
+    std::string bytes = kMunich + kBetween;
+    std::string fresh = Gga("130000,1111.1111,N,02222.2222,E,1,04,0.9,7.7,M,,M,,");
+    std::copy(fresh.begin(), fresh.end(), bytes.begin());
+    Parsed parsed = Parse(bytes, static_cast<long>(fresh.size()));
+    ASSERT_EQ(parsed.outcome, GgaParse::Read);
+    EXPECT_EQ(Narrow(parsed.reading.latitudeText), " 11.111111 N");
+    EXPECT_EQ(parsed.reading.sentenceBytes, bytes.size());
+}
+
+TEST(GgaReading, AReadingValueDropsOnlyTheLeadingBlank)
+{
+    EXPECT_STREQ(GpsReadingValue(L" 48.070038 N"), L"48.070038 N");
+    EXPECT_STREQ(GpsReadingValue(L""), L"");
+}
