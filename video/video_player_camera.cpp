@@ -74,7 +74,10 @@ HRESULT VideoPlayer::StartCamera(bool useCurrentDirectoryFlag, const wchar_t* re
 
     if (FAILED(RemoveGraphFilters()))
         return Fail(L"WARNING: cannot remove graph filters while attempting to start camera\r\n");
-    // The brightness tool's colour filters come with the picture controls.
+    // Made again at each start while the tool is on and they are missing,
+    // so a failure is told again each time.
+    if (brightnessContrastOn && !renderColorFilter)
+        CreateColorControlFilters();
     if (FAILED(GetVideoSourceBaseFilter(source)))
         return Fail(L"WARNING: cannot get source base filter while attempting to start camera\r\n");
     if (FAILED(graph->AddFilter(source->baseFilter, source->name)))
