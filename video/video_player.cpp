@@ -23,8 +23,7 @@ VideoPlayer* CurrentVideoPlayer()
 VideoPlayer::VideoPlayer()
 {
     currentPlayer = this;
-    // The brightness tool's colour filters, where the effect is installed.
-    CreateColorControlFilters();
+    GetCodecList();
     if (FAILED(transformFilter->NonDelegatingQueryInterface(IID_IBaseFilter, transformBaseFilter.PutVoid())))
         return;
     if (FAILED(magnifyFilter->NonDelegatingQueryInterface(IID_IBaseFilter, magnifyBaseFilter.PutVoid())))

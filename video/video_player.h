@@ -4,7 +4,8 @@
 // video_player_graph.cpp (building the graph), video_player_renderers.cpp
 // (renderers and the picture's size), video_player_camera.cpp (camera start
 // and stop, and the run report), video_player_color.cpp (the brightness
-// tool's colour filters).
+// tool's colour filters), video_player_codecs.cpp (the installed codecs and
+// their trial).
 #pragma once
 
 #include <windows.h>
@@ -16,6 +17,7 @@
 #include <propsys.h>
 
 #include <cstdint>
+#include <string>
 #include <utility>
 
 #include "base/com_ptr.h"
@@ -85,6 +87,12 @@ public:
     // to 100 (a negative one is left alone).
     HRESULT CreateColorControlFilters();
     void SetColorControls(int32_t brightness, int32_t contrast);
+
+    // Codecs: the compressors installed, and those of them that connect to
+    // the current device and format, tried in the second graph with the
+    // camera stopped; `startVideo` brings the camera back afterwards.
+    void GetCodecList();
+    HRESULT GetCodecsForSourceDevice(HRESULT (*startVideo)());
 
     // Renderers and the size of the picture.
     HRESULT CreateVideoRenderer(int32_t choice, const VideoFormat* format, const wchar_t* filePath);
@@ -168,3 +176,6 @@ private:
 
 // The one VideoPlayer of the process, once constructed.
 VideoPlayer* CurrentVideoPlayer();
+
+// The process's current directory, without a closing backslash.
+std::wstring CurrentDirectory();

@@ -25,14 +25,14 @@ bool IsPixelToolSubtype(VideoSubtype subtype)
     return subtype == SubtypeYUY2 || subtype == SubtypeRGB24 || subtype == SubtypeARGB32;
 }
 
+}  // namespace
+
 std::wstring CurrentDirectory()
 {
     wchar_t folder[MAX_PATH] = L"";
     GetCurrentDirectoryW(MAX_PATH, folder);
     return folder;
 }
-
-}  // namespace
 
 HRESULT VideoPlayer::StartCamera(bool useCurrentDirectoryFlag, const wchar_t* recordingFilePath)
 {
