@@ -29,6 +29,8 @@ set(MAVU_E2E_SCENARIOS
     Events.StopDuringAnEventAsksAndTheEventIsNotArmedAgain
     Events.ShutdownCountsDownFromThirtyAndCancelStopsIt
     Events.HibernateRequestIsDroppedWhereThePlatformCannotHibernate
+    Picture.ASavedPairNamingNoneLoadsQuietlyAndOneNamingAMissingCodecWarnsAndIsDropped
+    Picture.WithoutTheColorEffectStartUpSaysSoOnceAndTheCameraRuns
 )
 
 # Scenarios of minutes, run by: ctest -L long
