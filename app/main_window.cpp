@@ -240,7 +240,7 @@ bool MainWindow::CreateDialogWindows()
     if (!CreateMagnifyWindow(instance))
         return true;
     return CreateGpsWindow(instance) && CreatePixelSaturationWindow(instance) &&
-           CreateFrameIntegrationWindow(instance) && CreateScheduleWindow(instance) && CreateEventListWindow(instance);
+        CreateFrameIntegrationWindow(instance) && CreateScheduleWindow(instance) && CreateEventListWindow(instance);
 }
 
 HRESULT ActivateCurrentDevice()

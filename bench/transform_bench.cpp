@@ -3,58 +3,18 @@
 // the copy (which turns bottom-up frames over row by row).
 //
 // Targets: marking and copy at most 1.5 times memcpy, add at most 2.5 times.
+#include "bench/bench_support.h"
 #include "filters/pixel_loops.h"
 
-#include <windows.h>
-
-#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <vector>
 
-namespace {
-
-struct Case {
-    const char* name;
-    PixelLayout layout;
-    int width, height, bytesPerPixel;
-    bool topDown;
-};
-
-double Now()
-{
-    static const double frequency = [] {
-        LARGE_INTEGER f;
-        QueryPerformanceFrequency(&f);
-        return static_cast<double>(f.QuadPart);
-    }();
-    LARGE_INTEGER t;
-    QueryPerformanceCounter(&t);
-    return static_cast<double>(t.QuadPart) / frequency;
-}
-
-// A night sky: dark noisy background with a few bright spots.
-void FillSky(std::vector<uint8_t>& frame, unsigned seed)
-{
-    for (size_t i = 0; i < frame.size(); ++i) {
-        seed = seed * 1664525u + 1013904223u;
-        frame[i] = static_cast<uint8_t>(28 + (seed >> 24) % 9);
-    }
-    for (size_t i = 0; i < frame.size(); i += 9973)
-        frame[i] = 255;
-}
-
-double Median(std::vector<double> times)
-{
-    std::sort(times.begin(), times.end());
-    return times[times.size() / 2];
-}
-
-}  // namespace
+using namespace bench;
 
 int main()
 {
-    const Case cases[] = {
+    const FrameCase cases[] = {
         {"720x576 YUY2", PixelLayout::YUY2, 720, 576, 2, true},
         {"1280x720 RGB24", PixelLayout::RGB24, 1280, 720, 3, false},
         {"1920x1080 ARGB32", PixelLayout::ARGB32, 1920, 1080, 4, false},
@@ -62,8 +22,8 @@ int main()
     const int repeats = 61;
     bool allMet = true;
     std::printf("%-18s %10s %8s %8s %8s\n", "frame", "memcpy us", "mark", "add", "copy");
-    for (const Case& c : cases) {
-        int32_t stride = ((c.bytesPerPixel * 8 * c.width + 31) >> 3) & ~3;
+    for (const FrameCase& c : cases) {
+        int32_t stride = RowStride(c);
         size_t bytes = static_cast<size_t>(stride) * c.height;
         FrameGeometry geometry{stride, c.height, c.topDown};
         std::vector<uint8_t> pristine(bytes), source(bytes), target(bytes), accumulator(bytes, 0);

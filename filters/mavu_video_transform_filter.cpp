@@ -1,5 +1,7 @@
 #include "filters/mavu_video_transform_filter.h"
 
+#include "base/report.h"
+#include "filters/dark_pixels.h"
 #include "filters/pixel_loops.h"
 #include "filters/video_filter_steps.h"
 
@@ -105,6 +107,33 @@ HRESULT MavuVideoTransformFilter::SetMediaInfo()
     return hr;
 }
 
+void MavuVideoTransformFilter::AnalyzeDarkPixels(const uint8_t* frameData, size_t frameBytes)
+{
+    PixelLayout layout = PixelLayoutOf(subtype);
+    if (layout == PixelLayout::Other) {
+        ReportUserMessage(L"Frame integration not supported for this device format\r\n", true);
+        return;
+    }
+    CountDarkPixels(frameData, frameBytes, layout, rowStride, frameHeight, darkHistograms);
+    // The levels of the other kind stay from an earlier start.
+    DarkLevels levels =
+        ChooseDarkLevels(darkHistograms, layout, DarkLevels{darkValueY, darkValueB, darkValueG, darkValueR});
+    if (layout == PixelLayout::YUY2) {
+        darkValueY = levels.y;
+    } else {
+        darkValueB = levels.b;
+        darkValueG = levels.g;
+        darkValueR = levels.r;
+    }
+    // The text stays in its buffer: the measurement is shown only through
+    // the diagnostic listing.
+    lstrcpynW(darkReportText, DarkReportText(layout, levels).c_str(), kDarkReportTextCapacity);
+    if (!showDarkPixelHistogram)
+        return;
+    for (const std::wstring& line : DarkHistogramLines(layout, darkHistograms))
+        ReportUserMessage(line.c_str(), false);
+}
+
 void MavuVideoTransformFilter::AccumulateInto(uint8_t* destination, uint8_t* source, long byteCount, bool add)
 {
     FrameGeometry geometry{rowStride, frameHeight, topDown};
@@ -137,8 +166,9 @@ HRESULT MavuVideoTransformFilter::Transform(IMediaSample* in, IMediaSample* out)
         if (accumulator.size() < frameBytes)
             return S_FALSE;
         if (darkAnalysisRequested) {
-            // The dark analysis takes this frame; the dark levels stay
-            // where they are until it measures them.
+            // The frame that is measured isn't shown, nor counted in the
+            // first group.
+            AnalyzeDarkPixels(source, static_cast<size_t>(inputLength));
             darkAnalysisRequested = 0;
             return S_FALSE;
         }

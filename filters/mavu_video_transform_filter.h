@@ -41,10 +41,14 @@ public:
     HRESULT SetMediaInfo();
     bool HasAccumulator() const { return !accumulator.empty(); }
     void FreeAccumulator();
+    // Measures the dark levels of one input frame of `frameBytes` bytes in
+    // the connection's layout, for the frames integration adds after it.
+    void AnalyzeDarkPixels(const uint8_t* frameData, size_t frameBytes);
 
     // Written by the saturation dialog while the stream runs.
     std::atomic<int32_t> saturationValue{-1};
     uint32_t integrationFrames = 1;
+    // Lists the histograms of each analysis; nothing in the program sets it.
     bool showDarkPixelHistogram = false;
 
     int32_t rowStride = 0;

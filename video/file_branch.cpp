@@ -43,3 +43,32 @@ HRESULT AssembleFileBranch(IGraphBuilder* graph, const wchar_t* filePath, IBaseF
     *sink = fileSink.Detach();
     return S_OK;
 }
+
+HRESULT RenewFileBranch(IGraphBuilder* graph, const wchar_t* filePath, ComPtr<IBaseFilter>& mux,
+                        ComPtr<IFileSinkFilter>& sink, ComPtr<IPin>& muxInput)
+{
+    ComPtr<IBaseFilter> sinkFilter;
+    if (sink)
+        sink->QueryInterface(IID_IBaseFilter, sinkFilter.PutVoid());
+    muxInput.Reset();
+    if (mux)
+        graph->RemoveFilter(mux.Get());
+    if (sinkFilter)
+        graph->RemoveFilter(sinkFilter.Get());
+    HRESULT hr = AssembleFileBranch(graph, filePath, mux.Put(), sink.Put());
+    if (FAILED(hr))
+        return hr;
+    muxInput = ComPtr<IPin>(GetFilterPin(mux.Get(), PINDIR_INPUT, nullptr));
+    return muxInput ? S_OK : E_FAIL;
+}
+
+bool PinOfFilter(IPin* pin, IBaseFilter* filter)
+{
+    PIN_INFO info{};
+    if (!pin || !filter || FAILED(pin->QueryPinInfo(&info)))
+        return false;
+    bool mine = info.pFilter == filter;
+    if (info.pFilter)
+        info.pFilter->Release();
+    return mine;
+}

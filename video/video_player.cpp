@@ -23,6 +23,7 @@ VideoPlayer* CurrentVideoPlayer()
 VideoPlayer::VideoPlayer()
 {
     currentPlayer = this;
+    GetCodecList();
     if (FAILED(transformFilter->NonDelegatingQueryInterface(IID_IBaseFilter, transformBaseFilter.PutVoid())))
         return;
     if (FAILED(magnifyFilter->NonDelegatingQueryInterface(IID_IBaseFilter, magnifyBaseFilter.PutVoid())))

@@ -3,7 +3,9 @@
 // named after it: video_player.cpp (construction and the two graphs),
 // video_player_graph.cpp (building the graph), video_player_renderers.cpp
 // (renderers and the picture's size), video_player_camera.cpp (camera start
-// and stop, and the run report).
+// and stop, and the run report), video_player_color.cpp (the brightness
+// tool's colour filters), video_player_codecs.cpp (the installed codecs and
+// their trial).
 #pragma once
 
 #include <windows.h>
@@ -11,8 +13,11 @@
 #include <evr.h>
 #include <d3d9.h>
 #include <vmr9.h>
+#include <dmodshow.h>
+#include <propsys.h>
 
 #include <cstdint>
+#include <string>
 #include <utility>
 
 #include "base/com_ptr.h"
@@ -77,6 +82,18 @@ public:
     HRESULT RunGraph();
     void LogStopRecordingLine(const wchar_t* recordingFilePath);
 
+    // The brightness tool: its two colour filters, made where the "Color
+    // Control" effect is installed, and their values from two sliders of 0
+    // to 100 (a negative one is left alone).
+    HRESULT CreateColorControlFilters();
+    void SetColorControls(int32_t brightness, int32_t contrast);
+
+    // Codecs: the compressors installed, and those of them that connect to
+    // the current device and format, tried in the second graph with the
+    // camera stopped; `startVideo` brings the camera back afterwards.
+    void GetCodecList();
+    HRESULT GetCodecsForSourceDevice(HRESULT (*startVideo)());
+
     // Renderers and the size of the picture.
     HRESULT CreateVideoRenderer(int32_t choice, const VideoFormat* format, const wchar_t* filePath);
     HRESULT UpdateFrameSizeEvr(const RECT& rectangle);
@@ -85,7 +102,8 @@ public:
     void UpdateRendererFrameSize();
 
     // Members are released in the reverse order of their declaration: the
-    // frame counts and the file branch first, then the graph, the renderers,
+    // frame counts and the file branch first, then the colour filters (their
+    // store and wrapper before the filter itself), the graph, the renderers,
     // and last the program's own filters, which the graph and the renderers
     // may still have referred to.
 
@@ -120,12 +138,18 @@ public:
     ComPtr<ICaptureGraphBuilder2> codecBuilder;
     ComPtr<IBaseFilter> codecMux;
 
-    // The file branch of a recording, and the colour filters of the
-    // brightness tool.
-    ComPtr<IFileSinkFilter> fileSink;
-    ComPtr<IBaseFilter> mux;
+    // The colour filters of the brightness tool, each a DMO wrapper around
+    // the effect, and the wrapper's and the effect's interfaces on them.
     ComPtr<IBaseFilter> renderColorFilter;
     ComPtr<IBaseFilter> captureColorFilter;
+    ComPtr<IDMOWrapperFilter> renderColorWrapper;
+    ComPtr<IDMOWrapperFilter> captureColorWrapper;
+    ComPtr<IPropertyStore> renderColorStore;
+    ComPtr<IPropertyStore> captureColorStore;
+
+    // The file branch of a recording.
+    ComPtr<IFileSinkFilter> fileSink;
+    ComPtr<IBaseFilter> mux;
     // The file branch was assembled from the platform's mux and the
     // program's sink, because the platform's builder wouldn't.
     bool fileBranchAssembled = false;
@@ -152,3 +176,6 @@ private:
 
 // The one VideoPlayer of the process, once constructed.
 VideoPlayer* CurrentVideoPlayer();
+
+// The process's current directory, without a closing backslash.
+std::wstring CurrentDirectory();

@@ -25,14 +25,14 @@ bool IsPixelToolSubtype(VideoSubtype subtype)
     return subtype == SubtypeYUY2 || subtype == SubtypeRGB24 || subtype == SubtypeARGB32;
 }
 
+}  // namespace
+
 std::wstring CurrentDirectory()
 {
     wchar_t folder[MAX_PATH] = L"";
     GetCurrentDirectoryW(MAX_PATH, folder);
     return folder;
 }
-
-}  // namespace
 
 HRESULT VideoPlayer::StartCamera(bool useCurrentDirectoryFlag, const wchar_t* recordingFilePath)
 {
@@ -74,7 +74,10 @@ HRESULT VideoPlayer::StartCamera(bool useCurrentDirectoryFlag, const wchar_t* re
 
     if (FAILED(RemoveGraphFilters()))
         return Fail(L"WARNING: cannot remove graph filters while attempting to start camera\r\n");
-    // The brightness tool's colour filters come with the picture controls.
+    // Made again at each start while the tool is on and they are missing,
+    // so a failure is told again each time.
+    if (brightnessContrastOn && !renderColorFilter)
+        CreateColorControlFilters();
     if (FAILED(GetVideoSourceBaseFilter(source)))
         return Fail(L"WARNING: cannot get source base filter while attempting to start camera\r\n");
     if (FAILED(graph->AddFilter(source->baseFilter, source->name)))

@@ -256,6 +256,15 @@ HRESULT VideoPlayer::RenderVideoStream(const wchar_t* filePath, bool useColor, I
         if (!pinsFound || !capturePin || !captureDownstream) {
             Report(L"\r\nCannot get IPins for capture color control filter - no brightness/contrast in capture "
                    L"file\r\n");
+        } else if (fileBranchAssembled && PinOfFilter(captureDownstream.Get(), mux.Get())) {
+            // The mux's input can't be joined again once let go: the filter
+            // joins the input of a branch made anew for the same file.
+            for (IPin* pin : {input.Get(), output.Get(), capturePin.Get(), captureDownstream.Get()})
+                graph->Disconnect(pin);
+            ComPtr<IPin> freshInput;
+            RenewFileBranch(graph.Get(), filePath, mux, fileSink, freshInput);
+            graph->ConnectDirect(capturePin.Get(), input.Get(), nullptr);
+            graph->ConnectDirect(output.Get(), freshInput.Get(), nullptr);
         } else {
             SpliceFilterPins(graph.Get(), {input.Get(), output.Get(), capturePin.Get(), captureDownstream.Get()},
                              capturePin.Get(), input.Get(), output.Get(), captureDownstream.Get());

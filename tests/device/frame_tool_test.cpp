@@ -4,7 +4,9 @@
 // which stays below its threshold, readable.
 #include "device/graph_helpers.h"
 #include "device/test_filters.h"
+#include "filters/dark_pixels.h"
 #include "filters/mavu_video_transform_filter.h"
+#include "support/report_lines.h"
 
 #include <gtest/gtest.h>
 
@@ -12,11 +14,12 @@ using namespace devicetest;
 
 namespace {
 
-size_t RunThrough(MavuVideoTransformFilter* tool, TestSink* sink, DWORD ms)
+size_t RunThrough(MavuVideoTransformFilter* tool, TestSink* sink, DWORD ms, REFGUID subtype = MEDIASUBTYPE_YUY2)
 {
     ComPtr<IGraphBuilder> graph;
     CoCreateInstance(CLSID_FilterGraph, nullptr, CLSCTX_INPROC_SERVER, IID_IGraphBuilder, graph.PutVoid());
     ComPtr<IBaseFilter> device = BindDevice(L"Cam");
+    EXPECT_EQ(SelectFormat(device.Get(), subtype, 640, 480), S_OK);
     graph->AddFilter(device.Get(), L"Camera");
     graph->AddFilter(tool, L"Tool");
     graph->AddFilter(sink, L"Sink");
@@ -37,21 +40,39 @@ size_t RunThrough(MavuVideoTransformFilter* tool, TestSink* sink, DWORD ms)
 
 }  // namespace
 
-TEST(FrameTool, IntegrationOfTwoHalvesTheRateAndSaturationKeepsFramesFlowing)
-{
-    SyntheticDevices devices;
-    ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
-    auto* tool = new MavuVideoTransformFilter;
-    auto* sink = new TestSink;
-    tool->NonDelegatingAddRef();
-    sink->NonDelegatingAddRef();
+// The tool and a sink behind it, each held by the test alone at the end.
+class FrameTool : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        tool->NonDelegatingAddRef();
+        sink->NonDelegatingAddRef();
+        ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
+    }
+    void TearDown() override
+    {
+        EXPECT_EQ(tool->NonDelegatingRelease(), 0u);
+        EXPECT_EQ(sink->NonDelegatingRelease(), 0u);
+    }
+    // Integration of that many frames, as a camera start asks for it.
+    void ConfigureIntegration(uint32_t frames)
+    {
+        TransformToolSettings integration;
+        integration.frameIntegrationOn = true;
+        integration.frameIntegrationCount = frames;
+        tool->ConfigureTransformFilter(640 * 480 * 4, integration);
+        frameIntegrationCounter = 0;
+        darkAnalysisRequested = 1;
+    }
 
-    TransformToolSettings integration;
-    integration.frameIntegrationOn = true;
-    integration.frameIntegrationCount = 2;
-    tool->ConfigureTransformFilter(640 * 480 * 4, integration);
-    frameIntegrationCounter = 0;
-    darkAnalysisRequested = 1;
+    SyntheticDevices devices;
+    MavuVideoTransformFilter* tool = new MavuVideoTransformFilter;
+    TestSink* sink = new TestSink;
+};
+
+TEST_F(FrameTool, IntegrationOfTwoHalvesTheRateAndSaturationKeepsFramesFlowing)
+{
+    ConfigureIntegration(2);
     RunThrough(tool, sink, 2000);
     std::vector<ReceivedFrame> frames = sink->Frames();
     ASSERT_GE(frames.size(), 20u);
@@ -82,7 +103,52 @@ TEST(FrameTool, IntegrationOfTwoHalvesTheRateAndSaturationKeepsFramesFlowing)
     ASSERT_FALSE(sink->Frames().empty());
     for (const ReceivedFrame& frame : sink->Frames())
         EXPECT_EQ(frame.warningPairs, 0u);
+}
 
+TEST_F(FrameTool, DarkAnalysisMeasuresEachRgbChannelAndLeavesTheLumaLevel)
+{
+    ConfigureIntegration(3);
+    // The diagnostic listing, which nothing in the program asks for.
+    tool->showDarkPixelHistogram = true;
+    testsupport::TakeReportedLines();
+    darkValueY = 7;
+    darkValueB = darkValueG = darkValueR = 99;
+    RunThrough(tool, sink, 1500, MEDIASUBTYPE_RGB24);
+    EXPECT_EQ(darkAnalysisRequested.load(), 0);
+    // The grey sky has the same background in each channel.
+    for (uint32_t level : {darkValueB.load(), darkValueG.load(), darkValueR.load()}) {
+        EXPECT_GE(level, static_cast<uint32_t>(synthcam::kBackgroundLevel - 2));
+        EXPECT_LE(level, static_cast<uint32_t>(synthcam::kBackgroundLevel + 2));
+    }
+    EXPECT_EQ(darkValueY.load(), 7u) << "an RGB measurement leaves the luma level as it was";
+    std::vector<testsupport::ReportedLine> lines = testsupport::TakeReportedLines();
+    ASSERT_EQ(lines.size(), 257u);
+    EXPECT_EQ(lines[0].text, L"Dark pixel value histogram, RGB format");
+    for (const testsupport::ReportedLine& line : lines)
+        EXPECT_FALSE(line.withTimeStamp);
+    EXPECT_EQ(std::wstring(darkReportText).rfind(L"Dark pixel values for RGB frame --  R: ", 0), 0u);
+    // The added frames have the level taken off: about one background, not
+    // two, in the rows without stars.
+    std::vector<ReceivedFrame> frames = sink->Frames();
+    ASSERT_GE(frames.size(), 8u);
+    for (const ReceivedFrame& frame : frames)
+        EXPECT_NEAR(frame.background, synthcam::kBackgroundLevel + 1.0, 3.0) << "frame " << frame.stamp.counter;
+    tool->FreeAccumulator();
+}
+
+TEST(FrameToolAnalysis, AFormatOutsideTheThreeIsReportedAndMeasuresNothing)
+{
+    auto* tool = new MavuVideoTransformFilter;
+    tool->NonDelegatingAddRef();
+    testsupport::TakeReportedLines();
+    darkValueY = 5;
+    // Not connected: the filter knows no format.
+    uint8_t frame[64] = {};
+    tool->AnalyzeDarkPixels(frame, sizeof frame);
+    std::vector<testsupport::ReportedLine> lines = testsupport::TakeReportedLines();
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_EQ(lines[0].text, L"Frame integration not supported for this device format\r\n");
+    EXPECT_TRUE(lines[0].withTimeStamp);
+    EXPECT_EQ(darkValueY.load(), 5u);
     EXPECT_EQ(tool->NonDelegatingRelease(), 0u);
-    EXPECT_EQ(sink->NonDelegatingRelease(), 0u);
 }

@@ -12,6 +12,20 @@ const CLSID CLSID_TestTransform = {0x8a1b7c3e, 0x2f4d, 0x4e6a, {0x9b, 0x1c, 0x5d
 // {8A1B7C3E-2F4D-4E6A-9B1C-5D7E3F2A1B91}
 const CLSID CLSID_TestSink = {0x8a1b7c3e, 0x2f4d, 0x4e6a, {0x9b, 0x1c, 0x5d, 0x7e, 0x3f, 0x2a, 0x1b, 0x91}};
 
+// A band clear of the stars (which stand between a fifth and three
+// quarters of the height) and of the stamp, whichever way up the picture
+// arrives: the transform turns bottom-up frames over.
+double BackgroundLevel(const BYTE* data, synthcam::Subtype subtype, int width, int height)
+{
+    int rows = std::abs(height);
+    int first = rows * 5 / 6, last = rows - synthcam::kStampRows - 2;
+    double sum = 0;
+    for (int y = first; y < last; ++y)
+        for (int x = 0; x < width; ++x)
+            sum += synthcam::LumaAt(data, subtype, width, height, x, y);
+    return last > first && width > 0 ? sum / (static_cast<double>(last - first) * width) : 0;
+}
+
 }  // namespace
 
 bool PictureOf(const AM_MEDIA_TYPE& type, synthcam::Subtype* subtype, int* width, int* height)
@@ -138,6 +152,7 @@ HRESULT STDMETHODCALLTYPE TestSinkPin::Receive(IMediaSample* sample)
     ReceivedFrame frame;
     synthcam::ReadFrameStamp(data, subtype, width, height, &frame.stamp);
     frame.probe = synthcam::LumaAt(data, subtype, width, height, 1, std::abs(height) - 2);
+    frame.background = BackgroundLevel(data, subtype, width, height);
     if (subtype == synthcam::Subtype::YUY2) {
         static const BYTE kWarning[4] = {0x6A, 0xCA, 0x6A, 0xDE};
         for (long i = 0; i + 4 <= sample->GetActualDataLength(); i += 4)

@@ -13,6 +13,7 @@ namespace devicetest {
 struct ReceivedFrame {
     synthcam::FrameStamp stamp;
     uint8_t probe = 0;  // brightness of a background point below the stamp
+    double background = 0;  // mean brightness of a band of rows where no star passes
     // YUY2 pixel pairs painted in the saturation warning colour (6A CA 6A DE).
     size_t warningPairs = 0;
     bool discontinuity = false;

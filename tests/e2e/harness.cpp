@@ -260,6 +260,12 @@ int RunUnix(const std::string& command, DWORD timeoutMs)
     PROCESS_INFORMATION process{};
     if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process))
         return -1;
+    // This platform starts a Unix program with no process handle and leaves
+    // garbage in the thread handle: closing that would close some other
+    // handle of this process (its registry root, as seen). Only a real
+    // process's handles are waited on and closed.
+    if (!process.hProcess)
+        return 0;
     WaitForSingleObject(process.hProcess, timeoutMs);
     DWORD code = 0;
     GetExitCodeProcess(process.hProcess, &code);

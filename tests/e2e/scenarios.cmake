@@ -53,6 +53,8 @@ set(MAVU_E2E_SCENARIOS
     Gps.ReceiverOnlyOnCom10IsNotFoundAfterAScanThatWaitsOnASilentCom1
     Gps.ManualRecordingTakesOneReadingAndWithoutAutostartTheLinkStaysClosed
     Gps.EventRecordingCarriesThePositionOfItsStartAndTheLinkReturnsAfterIt
+    Picture.ASavedPairNamingNoneLoadsQuietlyAndOneNamingAMissingCodecWarnsAndIsDropped
+    Picture.WithoutTheColorEffectStartUpSaysSoOnceAndTheCameraRuns
 )
 
 # Scenarios of minutes, run by: ctest -L long

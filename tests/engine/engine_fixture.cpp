@@ -3,11 +3,17 @@
 #include "base/com_ptr.h"
 #include "persistence/options.h"
 #include "support/report_lines.h"
+#include "tools/standins/registration.h"
 #include "video/capture_settings.h"
+#include "video/codecs.h"
 #include "video/device_list.h"
+#include "video/graph_pins.h"
 #include "video/video_format.h"
 
+#include "e2e/harness.h"
+
 #include <algorithm>
+#include <regex>
 
 namespace enginetest {
 namespace {
@@ -51,7 +57,14 @@ void EngineTest::SetUp()
 {
     SetOptionDefaults(options, RECT{0, 0, 1920, 1080});
     ClearRuntimeSwitches();
+    colorInCaptureFile = 0;
+    displayOffWhileRecording = 0;
+    removeFiltersWhileRecording = 0;
     rendererChoice = 1;  // VMR9: this platform's EVR takes no YUY2
+    // The platform as it is: a stand-in left behind by an earlier run that
+    // ended early is taken away.
+    standins::UnregisterColorControl();
+    standins::UnregisterTestCompressor();
     testsupport::TakeReportedLines();
     WNDCLASSW windowClass{};
     windowClass.lpfnWndProc = DefWindowProcW;
@@ -69,6 +82,8 @@ void EngineTest::TearDown()
     if (player && player->mediaControl)
         player->mediaControl->Stop();
     player.reset();
+    // Each player's construction lists the codecs anew.
+    FreeCodecLists();
     for (VideoSourceInfo* source : videoSources)
         DestroyVideoSource(source);
     videoSources.clear();
@@ -120,6 +135,66 @@ std::vector<std::string> EngineTest::Connections()
     }
     std::sort(connections.begin(), connections.end());
     return connections;
+}
+
+bool EngineTest::SelectFormat(VideoSourceInfo* source, VideoSubtype subtype, int width, int height)
+{
+    for (uint32_t group = 0; group < source->frameRates.size(); ++group) {
+        const std::vector<VideoFormat*>& formats = source->frameRates[group]->formats;
+        for (uint32_t index = 0; index < formats.size(); ++index) {
+            const VideoFormat* format = formats[index];
+            if (format->subtype == subtype && format->width == width && std::abs(format->height) == height) {
+                source->currentFrameRateIndex = group;
+                source->frameRates[group]->currentFormatIndex = index;
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+std::string EngineTest::RecordFor(const std::wstring& path, DWORD ms, std::wstring* startMessages,
+                                  const std::function<void()>& whileRecording)
+{
+    std::string narrowPath(path.begin(), path.end());
+    std::string report = narrowPath.substr(0, narrowPath.rfind('.')) + ".txt";
+    DeleteFileA(narrowPath.c_str());
+    DeleteFileA(report.c_str());
+    TakeMessages();
+    HRESULT started = player->StartCamera(false, path.c_str());
+    std::wstring messages = TakeMessages();
+    if (startMessages)
+        *startMessages = messages;
+    EXPECT_EQ(started, S_OK) << testing::PrintToString(messages);
+    if (FAILED(started))
+        return {};
+    if (whileRecording)
+        whileRecording();
+    Sleep(ms);
+    CurrentSource()->isManualRecording = 1;
+    EXPECT_EQ(player->StopCamera(true, path.c_str(), RecordingNotes{}), S_OK);
+    CurrentSource()->isManualRecording = 0;
+    EXPECT_NE(TakeMessages().find(L"Video file:  " + path + L"\r\n"), std::wstring::npos);
+    // Emptying the graph lets the file go.
+    player->RemoveGraphFilters();
+    // CR LF lines through a text-mode stream come out as CR CR LF.
+    std::string text = e2e::ReadBytes(std::wstring(report.begin(), report.end()));
+    return std::regex_replace(text, std::regex("\r\r\n"), "\n");
+}
+
+void EngineTest::PreviewInto(devicetest::TestSink* sink)
+{
+    player->mediaControl->Stop();
+    ComPtr<IPin> rendererInput(GetFilterPin(player->currentRenderer, PINDIR_INPUT, nullptr));
+    ComPtr<IPin> feeding;
+    ASSERT_TRUE(rendererInput);
+    ASSERT_EQ(rendererInput->ConnectedTo(feeding.Put()), S_OK);
+    player->graph->Disconnect(feeding.Get());
+    player->graph->Disconnect(rendererInput.Get());
+    ASSERT_EQ(player->graph->AddFilter(sink, L"Test sink"), S_OK);
+    ASSERT_EQ(player->graph->ConnectDirect(feeding.Get(), devicetest::FindPin(sink, L"In").Get(), nullptr), S_OK);
+    // The sink goes with the graph's filters at the next start.
+    ASSERT_EQ(player->mediaControl->Run(), S_OK);
 }
 
 }  // namespace enginetest

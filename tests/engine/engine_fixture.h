@@ -3,10 +3,12 @@
 #pragma once
 
 #include "device/graph_helpers.h"
+#include "device/test_filters.h"
 #include "video/video_player.h"
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -26,6 +28,20 @@ protected:
     std::wstring TakeMessages();
     // "filter.pin -> filter.pin" for every connection of the graph, sorted.
     std::vector<std::string> Connections();
+    // Selects the first format of the device with that subtype and size;
+    // false when it has none.
+    bool SelectFormat(VideoSourceInfo* source, VideoSubtype subtype, int width, int height);
+    // Records for that long into the file as a manual recording, stops,
+    // empties the graph so that the file is let go, and gives the run
+    // report's text with "\n" line ends. What the start reported goes to
+    // `startMessages` when asked for.
+    // `whileRecording` runs once the recording has started.
+    std::string RecordFor(const std::wstring& path, DWORD ms, std::wstring* startMessages = nullptr,
+                          const std::function<void()>& whileRecording = nullptr);
+    // Stops the running graph, puts the sink where the renderer was (fed by
+    // what fed the renderer) and runs the graph again: the sink gets the
+    // frames the preview branch would have shown.
+    void PreviewInto(devicetest::TestSink* sink);
 
     devicetest::SyntheticDevices devices;
     std::unique_ptr<VideoPlayer> player;

@@ -45,27 +45,10 @@ protected:
         currentSourceIndex = 0;
         std::string folder = devicetest::WorkFolder(folderName);
         recorded.avi = folder + "/recording.avi";
-        std::string report = folder + "/recording.txt";
-        DeleteFileA(recorded.avi.c_str());
-        DeleteFileA(report.c_str());
         std::wstring path(recorded.avi.begin(), recorded.avi.end());
         lstrcpyW(player->startRecordingLine, L"Start recording at 12:00:00 (UTC)");
-        TakeMessages();
-
-        ASSERT_EQ(player->StartCamera(false, path.c_str()), S_OK);
-        recorded.messages = TakeMessages();
+        recorded.reportLines = RecordFor(path, 3000, &recorded.messages);
         recorded.hadFrameCounts = player->droppedFrames != nullptr;
-        Sleep(3000);
-        videoSources[0]->isManualRecording = 1;
-        ASSERT_EQ(player->StopCamera(true, path.c_str(), RecordingNotes{}), S_OK);
-        videoSources[0]->isManualRecording = 0;
-        EXPECT_NE(TakeMessages().find(L"Video file:  " + path + L"\r\n"), std::wstring::npos);
-        // Emptying the graph lets the file go.
-        player->RemoveGraphFilters();
-
-        // CR LF lines through a text-mode stream come out as CR CR LF.
-        std::string text = e2e::ReadBytes(std::wstring(report.begin(), report.end()));
-        recorded.reportLines = std::regex_replace(text, std::regex("\r\r\n"), "\n");
     }
 
     // Each line of the report against its pattern; the clock times and the

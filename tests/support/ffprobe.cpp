@@ -55,6 +55,26 @@ ProbedVideo ProbeVideo(const std::string& windowsPath)
     return video;
 }
 
+namespace {
+
+// Every frame of the video cut to a region (an ffmpeg crop "w:h:x:y") as
+// raw bytes of a pixel format, frame after frame.
+std::string DecodeFrames(const std::string& windowsPath, const std::string& crop, const char* pixelFormat,
+                         const char* suffix)
+{
+    std::string output = windowsPath + suffix;
+    DeleteFileA(output.c_str());
+    std::string unixOutput = UnixPath(output);
+    e2e::RunUnix("ffmpeg -v error -y -i '" + UnixPath(windowsPath) + "' -vf crop=" + crop +
+                 " -fps_mode passthrough -f rawvideo -pix_fmt " + pixelFormat + " '" + unixOutput + ".part' ; mv '" +
+                 unixOutput + ".part' '" + unixOutput + "'");
+    if (!e2e::WaitUntil([&] { return GetFileAttributesA(output.c_str()) != INVALID_FILE_ATTRIBUTES; }, 120000, 100))
+        return {};
+    return e2e::ReadBytes(std::wstring(output.begin(), output.end()));
+}
+
+}  // namespace
+
 std::vector<synthcam::FrameStamp> ReadRecordedStamps(const std::string& windowsPath, int frameWidth)
 {
     std::vector<synthcam::FrameStamp> stamps;
@@ -62,23 +82,38 @@ std::vector<synthcam::FrameStamp> ReadRecordedStamps(const std::string& windowsP
     if (cell < 1)
         return stamps;
     int width = cell * synthcam::kStampCells;
-    std::string output = windowsPath + ".stamps.gray";
-    DeleteFileA(output.c_str());
-    std::string unixOutput = UnixPath(output);
-    e2e::RunUnix("ffmpeg -v error -y -i '" + UnixPath(windowsPath) + "' -vf crop=" + std::to_string(width) + ":" +
-                 std::to_string(synthcam::kStampRows) + ":0:0 -fps_mode passthrough -f rawvideo -pix_fmt gray '" + unixOutput +
-                 ".part' ; mv '" + unixOutput + ".part' '" + unixOutput + "'");
-    if (!e2e::WaitUntil([&] { return GetFileAttributesA(output.c_str()) != INVALID_FILE_ATTRIBUTES; }, 120000, 100))
-        return stamps;
-    std::string bytes = e2e::ReadBytes(std::wstring(output.begin(), output.end()));
+    std::string bytes =
+        DecodeFrames(windowsPath, std::to_string(width) + ":" + std::to_string(synthcam::kStampRows) + ":0:0", "gray",
+                     ".stamps.gray");
     size_t frameBytes = static_cast<size_t>(width) * synthcam::kStampRows;
     for (size_t offset = 0; offset + frameBytes <= bytes.size(); offset += frameBytes) {
         synthcam::FrameStamp stamp;
-        synthcam::ReadStampFromLuma(reinterpret_cast<const uint8_t*>(bytes.data() + offset), width, frameWidth,
-                                    &stamp);
+        synthcam::ReadStampFromLuma(reinterpret_cast<const uint8_t*>(bytes.data() + offset), width, frameWidth, &stamp);
         stamps.push_back(stamp);
     }
     return stamps;
+}
+
+std::vector<double> ReadRecordedBackgrounds(const std::string& windowsPath, int frameWidth, int frameHeight)
+{
+    std::vector<double> levels;
+    int rows = frameHeight / 8;
+    if (frameWidth <= 0 || rows <= 0)
+        return levels;
+    // Planar and still in video levels (16 to 235), the brightness plane
+    // first: a conversion to grey would stretch the levels to the full range.
+    std::string bytes = DecodeFrames(windowsPath,
+                                     std::to_string(frameWidth) + ":" + std::to_string(rows) +
+                                         ":0:" + std::to_string(frameHeight - rows),
+                                     "yuv422p", ".background.yuv");
+    size_t plane = static_cast<size_t>(frameWidth) * rows;
+    for (size_t offset = 0; offset + 2 * plane <= bytes.size(); offset += 2 * plane) {
+        double sum = 0;
+        for (size_t i = 0; i < plane; ++i)
+            sum += static_cast<uint8_t>(bytes[offset + i]);
+        levels.push_back(sum / static_cast<double>(plane));
+    }
+    return levels;
 }
 
 }  // namespace testsupport

@@ -23,6 +23,11 @@ struct ProbedVideo {
 // in file order, read through ffmpeg's decoder.
 std::vector<synthcam::FrameStamp> ReadRecordedStamps(const std::string& windowsPath, int frameWidth);
 
+// The mean brightness of the bottom eighth of each frame of a YUY2
+// recording, where the synthetic sky has no star: its background level, in
+// file order.
+std::vector<double> ReadRecordedBackgrounds(const std::string& windowsPath, int frameWidth, int frameHeight);
+
 // path: a Windows path of a file in the Unix file system (Z:...).
 ProbedVideo ProbeVideo(const std::string& windowsPath);
 // A Windows path "Z:/..." as the Unix path it names.

@@ -5,6 +5,8 @@
 
 #include <dshow.h>
 
+#include <cwchar>
+
 namespace synthcam {
 namespace {
 
@@ -54,19 +56,20 @@ HRESULT WriteBagString(IPropertyBag* bag, const wchar_t* name, const std::wstrin
 
 }  // namespace
 
-HRESULT RegisterCameraClass(const std::wstring& dllPath)
+HRESULT RegisterInprocClass(REFCLSID clsid, const wchar_t* title, const std::wstring& dllPath)
 {
-    std::wstring path = L"CLSID\\" + GuidText(CLSID_SynthCam);
+    std::wstring path = L"CLSID\\" + GuidText(clsid);
     HKEY key;
-    if (RegCreateKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr) !=
-        ERROR_SUCCESS)
-        return E_ACCESSDENIED;
-    const wchar_t title[] = L"MAVU synthetic camera";
-    RegSetValueExW(key, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(title), sizeof(title));
+    LSTATUS status = RegCreateKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr);
+    if (status != ERROR_SUCCESS)
+        return HRESULT_FROM_WIN32(status);
+    RegSetValueExW(key, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(title),
+                   static_cast<DWORD>((wcslen(title) + 1) * sizeof(wchar_t)));
     RegCloseKey(key);
-    if (RegCreateKeyExW(HKEY_CLASSES_ROOT, (path + L"\\InprocServer32").c_str(), 0, nullptr, 0, KEY_WRITE, nullptr,
-                        &key, nullptr) != ERROR_SUCCESS)
-        return E_ACCESSDENIED;
+    status = RegCreateKeyExW(HKEY_CLASSES_ROOT, (path + L"\\InprocServer32").c_str(), 0, nullptr, 0, KEY_WRITE, nullptr,
+                             &key, nullptr);
+    if (status != ERROR_SUCCESS)
+        return HRESULT_FROM_WIN32(status);
     RegSetValueExW(key, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(dllPath.c_str()),
                    static_cast<DWORD>((dllPath.size() + 1) * sizeof(wchar_t)));
     const wchar_t model[] = L"Both";
@@ -75,14 +78,29 @@ HRESULT RegisterCameraClass(const std::wstring& dllPath)
     return S_OK;
 }
 
-std::wstring DllBesideProgram()
+void UnregisterInprocClass(REFCLSID clsid)
+{
+    RegDeleteTreeW(HKEY_CLASSES_ROOT, (L"CLSID\\" + GuidText(clsid)).c_str());
+}
+
+HRESULT RegisterCameraClass(const std::wstring& dllPath)
+{
+    return RegisterInprocClass(CLSID_SynthCam, L"MAVU synthetic camera", dllPath);
+}
+
+std::wstring FileBesideProgram(const wchar_t* fileName)
 {
     wchar_t path[MAX_PATH] = {};
     GetModuleFileNameW(nullptr, path, MAX_PATH);
     std::wstring folder = path;
     size_t slash = folder.find_last_of(L"\\/");
     folder = slash == std::wstring::npos ? L"" : folder.substr(0, slash + 1);
-    return folder + L"synthcam.dll";
+    return folder + fileName;
+}
+
+std::wstring DllBesideProgram()
+{
+    return FileBesideProgram(L"synthcam.dll");
 }
 
 HRESULT AddDevice(const std::wstring& name, const std::wstring& profile, const std::wstring& signal,

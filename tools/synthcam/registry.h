@@ -18,9 +18,16 @@ struct DeviceEntry {
     std::wstring instanceKey;
 };
 
-// Registers the class with the DLL at that path (done by AddDevice too).
+// Registers an in-process COM class served by the DLL at that path, and
+// takes it away again.
+HRESULT RegisterInprocClass(REFCLSID clsid, const wchar_t* title, const std::wstring& dllPath);
+void UnregisterInprocClass(REFCLSID clsid);
+// Registers the camera's class with the DLL at that path (done by AddDevice
+// too).
 HRESULT RegisterCameraClass(const std::wstring& dllPath);
-// The DLL beside the running program.
+// A file in the running program's folder.
+std::wstring FileBesideProgram(const wchar_t* fileName);
+// The camera's DLL beside the running program.
 std::wstring DllBesideProgram();
 // Adds a device; signal is "pal" or "ntsc" (only grabbers look at it).
 HRESULT AddDevice(const std::wstring& name, const std::wstring& profile, const std::wstring& signal,

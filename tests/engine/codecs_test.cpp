@@ -1,0 +1,199 @@
+// The installed codecs, the trial against the current device and format,
+// and a recording through the codec paired with the format's subtype.
+#include "engine/engine_fixture.h"
+
+#include "support/ffprobe.h"
+#include "support/stand_ins.h"
+#include "tools/standins/test_compressor.h"
+#include "video/codec_choice.h"
+#include "video/codecs.h"
+
+#include <algorithm>
+
+using namespace enginetest;
+
+namespace {
+
+// The compressors' names as the system device enumerator lists them.
+std::vector<std::wstring> CompressorNames()
+{
+    std::vector<std::wstring> names;
+    ComPtr<ICreateDevEnum> devices;
+    CoCreateInstance(CLSID_SystemDeviceEnum, nullptr, CLSCTX_INPROC_SERVER, IID_ICreateDevEnum, devices.PutVoid());
+    ComPtr<IEnumMoniker> monikers;
+    if (!devices || devices->CreateClassEnumerator(CLSID_VideoCompressorCategory, monikers.Put(), 0) != S_OK)
+        return names;
+    ComPtr<IMoniker> moniker;
+    while (monikers->Next(1, moniker.Put(), nullptr) == S_OK) {
+        ComPtr<IPropertyBag> bag;
+        moniker->BindToStorage(nullptr, nullptr, IID_IPropertyBag, bag.PutVoid());
+        VARIANT name;
+        VariantInit(&name);
+        if (bag && SUCCEEDED(bag->Read(L"FriendlyName", &name, nullptr)) && name.vt == VT_BSTR)
+            names.push_back(name.bstrVal);
+        VariantClear(&name);
+    }
+    return names;
+}
+
+std::vector<std::wstring> Names(const std::vector<CodecRecord*>& codecs)
+{
+    std::vector<std::wstring> names;
+    for (const CodecRecord* codec : codecs)
+        names.push_back(codec->name);
+    return names;
+}
+
+HRESULT RestartPreview()
+{
+    return CurrentVideoPlayer()->StartCamera(false, L"");
+}
+
+}  // namespace
+
+class CodecTest : public EngineTest {
+protected:
+    // A player made now lists the codecs registered now.
+    void RemakePlayer()
+    {
+        player.reset();
+        FreeCodecLists();
+        player = std::make_unique<VideoPlayer>();
+        player->clippingWindow = clippingWindow;
+    }
+
+    // The trial for the webcam's format of that subtype at 640x480.
+    std::vector<std::wstring> Trial(VideoSubtype subtype)
+    {
+        EXPECT_TRUE(SelectFormat(videoSources[0], subtype, 640, 480));
+        EXPECT_EQ(player->StartCamera(false, L""), S_OK);
+        TakeMessages();
+        EXPECT_EQ(player->GetCodecsForSourceDevice(RestartPreview), S_OK) << testing::PrintToString(TakeMessages());
+        EXPECT_EQ(usableCodecs.size(), usableCodecIndexes.size());
+        for (size_t i = 0; i < usableCodecs.size(); ++i)
+            EXPECT_EQ(installedCodecs[usableCodecIndexes[i]], usableCodecs[i]);
+        // The camera is back.
+        EXPECT_EQ(player->graphState, GraphRunning);
+        return Names(usableCodecs);
+    }
+};
+
+// The test compressor registered, a player made after it, and the webcam as
+// the current device.
+class CompressorTest : public CodecTest {
+protected:
+    void SetUp() override
+    {
+        CodecTest::SetUp();
+        compressor = std::make_unique<testsupport::RegisteredTestCompressor>();
+        RemakePlayer();
+        ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
+        ScanDevices();
+        currentSourceIndex = 0;
+    }
+    void TearDown() override
+    {
+        CodecTest::TearDown();
+        compressor.reset();
+    }
+
+    std::unique_ptr<testsupport::RegisteredTestCompressor> compressor;
+};
+
+TEST_F(CodecTest, TheListIsNoneThenTheCompressorCategoryInEnumeratorOrderDuplicatesKept)
+{
+    // As the prefix is: Wine's own compressors.
+    std::vector<std::wstring> expected = {L"NONE"};
+    for (const std::wstring& name : CompressorNames())
+        expected.push_back(name);
+    EXPECT_EQ(Names(installedCodecs), expected);
+    EXPECT_EQ(installedCodecs[0]->filter, nullptr);
+    for (size_t i = 1; i < installedCodecs.size(); ++i)
+        EXPECT_NE(installedCodecs[i]->filter, nullptr);
+
+    // A compressor registered twice under one name is two records.
+    testsupport::RegisteredTestCompressor compressor;
+    RemakePlayer();
+    expected = {L"NONE"};
+    for (const std::wstring& name : CompressorNames())
+        expected.push_back(name);
+    EXPECT_EQ(Names(installedCodecs), expected);
+    EXPECT_EQ(std::count(expected.begin(), expected.end(), std::wstring(standins::kTestCompressorName)), 2);
+}
+
+TEST_F(CompressorTest, TheTrialListsAYuy2OnlyCompressorForYuy2AndNotForRgb24)
+{
+    // Its input pin has a name of its own: pins go by direction.
+    EXPECT_EQ(Trial(SubtypeYUY2),
+              (std::vector<std::wstring>{L"NONE", standins::kTestCompressorName, standins::kTestCompressorName}));
+    EXPECT_EQ(Trial(SubtypeRGB24), std::vector<std::wstring>{L"NONE"});
+    // A second trial after the first finds the same.
+    EXPECT_EQ(Trial(SubtypeYUY2).size(), 3u);
+    // No scratch file is written: the trial graph never runs.
+    EXPECT_EQ(GetFileAttributesW(L"bogus.avi"), INVALID_FILE_ATTRIBUTES);
+    EXPECT_EQ(player->StopCamera(false, L"", RecordingNotes{}), S_OK);
+}
+
+// What this platform gives: Cinepak and Video 1 have no compression, and
+// MS-RLE takes neither YUY2 nor RGB24, so none of Wine's own compressors
+// connects to any format of the synthetic cameras.
+TEST_F(CodecTest, WinesOwnCompressorsConnectToNoneOfTheSyntheticFormats)
+{
+    ASSERT_GT(installedCodecs.size(), 1u) << "the prefix lists Wine's compressors";
+    ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
+    ScanDevices();
+    currentSourceIndex = 0;
+    const struct {
+        VideoSubtype subtype;
+        int width, height;
+    } formats[] = {
+        {SubtypeYUY2, 640, 480}, {SubtypeRGB24, 640, 480}, {SubtypeYUY2, 1280, 720}, {SubtypeRGB24, 1280, 720}};
+    for (const auto& format : formats) {
+        SCOPED_TRACE(testing::PrintToString(std::wstring(SubtypeName(format.subtype))) + " " +
+                     std::to_string(format.width));
+        ASSERT_TRUE(SelectFormat(videoSources[0], format.subtype, format.width, format.height));
+        ASSERT_EQ(player->StartCamera(false, L""), S_OK) << testing::PrintToString(TakeMessages());
+        ASSERT_EQ(player->GetCodecsForSourceDevice(RestartPreview), S_OK);
+        EXPECT_EQ(Names(usableCodecs), std::vector<std::wstring>{L"NONE"});
+    }
+    EXPECT_EQ(player->StopCamera(false, L"", RecordingNotes{}), S_OK);
+}
+
+TEST_F(CompressorTest, ARecordingThroughThePairedCompressorIsWrittenInItsCodecAndTheReportNamesIt)
+{
+    ASSERT_EQ(Trial(SubtypeYUY2).size(), 3u);
+    EXPECT_EQ(SelectUsableCodec(1, CurrentSubtype(), false), S_OK);
+    EXPECT_EQ(player->StopCamera(false, L"", RecordingNotes{}), S_OK);
+
+    std::string avi = devicetest::WorkFolder("engine-codec") + "/compressed.avi";
+    std::string report = RecordFor(std::wstring(avi.begin(), avi.end()), 3000);
+    EXPECT_NE(report.find("\nFormat subtype: YUY2\nCodec: MAVU Test Compressor\n"), std::string::npos) << report;
+    testsupport::ProbedVideo video = testsupport::ProbeVideo(avi);
+    ASSERT_TRUE(video.ok) << video.raw;
+    EXPECT_EQ(video.codecTag, "Y800");
+    EXPECT_EQ(video.pixelFormat, "gray");
+    EXPECT_EQ(video.width, 640);
+    EXPECT_EQ(video.height, 480);
+    EXPECT_NEAR(video.frames, 90, 10);
+    // The picture went through: the camera's stamps count up frame by frame.
+    std::vector<synthcam::FrameStamp> stamps = testsupport::ReadRecordedStamps(avi, 640);
+    ASSERT_GT(stamps.size(), 60u);
+    for (size_t i = 1; i < stamps.size(); ++i)
+        EXPECT_EQ(stamps[i].counter, stamps[i - 1].counter + 1) << "frame " << i;
+}
+
+TEST_F(CompressorTest, ACompressorPairedWithASubtypeItRefusesStopsTheRecordingStart)
+{
+    ASSERT_TRUE(SelectFormat(videoSources[0], SubtypeRGB24, 640, 480));
+    PairCodec(subtypeCodecPairs, SubtypeRGB24, installedCodecs[1]);
+    std::string folder = devicetest::WorkFolder("engine-codec-refused");
+    std::wstring path(folder.begin(), folder.end());
+    path += L"/refused.avi";
+    EXPECT_EQ(player->StartCamera(false, path.c_str()), E_FAIL);
+    EXPECT_NE(TakeMessages().find(L"\r\nSelected codec does not work for this camera.\r\n"), std::wstring::npos);
+    // A pair naming "NONE" records without any codec.
+    PairCodec(subtypeCodecPairs, SubtypeRGB24, installedCodecs[0]);
+    EXPECT_EQ(player->StartCamera(false, path.c_str()), S_OK) << testing::PrintToString(TakeMessages());
+    EXPECT_EQ(player->StopCamera(false, L"", RecordingNotes{}), S_OK);
+    player->RemoveGraphFilters();
+}
