@@ -129,6 +129,12 @@ HRESULT AddVideoSource(const wchar_t* name, IMoniker* moniker)
         videoSources.push_back(source);
         return result;
     }
+    RecordUnusableDevice(source);
+    return result;
+}
+
+void RecordUnusableDevice(VideoSourceInfo* source)
+{
     std::wstring unusable = source->name;
     if (unusable.size() > 127)
         unusable.resize(127);
@@ -138,7 +144,6 @@ HRESULT AddVideoSource(const wchar_t* name, IMoniker* moniker)
     line += L"\" cannot be used for video capture\r\n";
     ReportUserMessage(line.c_str(), false);
     DestroyVideoSource(source);
-    return result;
 }
 
 HRESULT ValidateVideoCaptureDevice(VideoSourceInfo* source, IMoniker* moniker)
