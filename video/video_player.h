@@ -3,7 +3,8 @@
 // named after it: video_player.cpp (construction and the two graphs),
 // video_player_graph.cpp (building the graph), video_player_renderers.cpp
 // (renderers and the picture's size), video_player_camera.cpp (camera start
-// and stop, and the run report).
+// and stop, and the run report), video_player_analog.cpp (the analog
+// standard).
 #pragma once
 
 #include <windows.h>
@@ -76,6 +77,13 @@ public:
     HRESULT StopCamera(bool wasRecording, const wchar_t* recordingFilePath, const RecordingNotes& notes);
     HRESULT RunGraph();
     void LogStopRecordingLine(const wchar_t* recordingFilePath);
+
+    // The analog standard of a grabber, found by a trial in the main graph,
+    // which the trial takes over: the camera must be stopped. The standard
+    // set by hand is that of the current device.
+    HRESULT TestAnalogDeviceFormat(VideoSourceInfo* source, int32_t* outChanged);
+    void AutoSetAnalogDeviceFormat(VideoSourceInfo* source);
+    HRESULT SetAnalogDeviceFormat(int32_t standard);
 
     // Renderers and the size of the picture.
     HRESULT CreateVideoRenderer(int32_t choice, const VideoFormat* format, const wchar_t* filePath);
