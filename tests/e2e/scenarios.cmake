@@ -38,6 +38,8 @@ set(MAVU_E2E_SCENARIOS
     Events.StopDuringAnEventAsksAndTheEventIsNotArmedAgain
     Events.ShutdownCountsDownFromThirtyAndCancelStopsIt
     Events.HibernateRequestIsDroppedWhereThePlatformCannotHibernate
+    HotPlug.PullAndReplugTwiceDuringAnEventGoesOnInNumberedFilesAndEndsOnTime
+    Analog.APalSignalAtStartUpIsFoundAndRecordedAsPal
 )
 
 # Scenarios of minutes, run by: ctest -L long
@@ -45,4 +47,11 @@ set(MAVU_E2E_LONG_SCENARIOS
     Events.ShutdownAtTheEndOfTheCountIsWhatThePlatformGives
     Events.TwoEventsAMinuteApartAreBothRecordedInOrder
     Stress.PreviewAndRecordingCyclesAllComeBack
+    HotPlug.PullAndReplugDuringAManualRecordingGoesOnUnderTheManualName
+    HotPlug.TheNextDeviceTakesOverFromAPulledOneAndTheDefaultTakesOverWhenItComes
+    HotPlug.UnusableIgnoredAndDoubleRemovalsEachGiveTheirLines
+    HotPlug.ANotificationDuringACameraStartIsDroppedAndTheNextOneFindsTheChange
+    Analog.AnNtscSignalStaysNtscWithoutALine
+    Analog.SixFramesDrawnCountAsPalAndFiveAsNtsc
+    Analog.AGrabberWithoutPalFormatsSaysSoAndStaysNtsc
 )
