@@ -118,41 +118,42 @@ void OnDeviceConnected(VideoSourceInfo& source, int32_t index, bool isNew)
 
 void ActOnConnectResult(ConnectResult result, int32_t index)
 {
-    VideoSourceInfo* source = nullptr;
-    switch (result) {
-    case RecordingDeviceRemoved:
-        if ((source = DeviceOfResult(index, kRemovedOutOfRange)))
-            OnRecordingDeviceRemoved(*source);
+    if (result == NothingToDo)
         return;
-    case ActiveDeviceRemoved:
-        if ((source = DeviceOfResult(index, kRemovedOutOfRange)))
-            OnActiveDeviceRemoved(*source);
-        return;
-    case InactiveDeviceRemoved:
-        if ((source = DeviceOfResult(index, kRemovedOutOfRange)))
-            Report(DeviceLine(L"Inactive video capture device \"", *source, L"\" disconnected\r\n"));
-        return;
-    case IgnoredDeviceRemoved:
-        if ((source = DeviceOfResult(index, kRemovedOutOfRange)))
-            Report(DeviceLine(L"Ignored video capture device \"", *source, L"\" disconnected\r\n"));
-        return;
-    case RecordingDeviceReturned:
-        if ((source = DeviceOfResult(index, kConnectedOutOfRange)))
-            OnRecordingDeviceReturned(*source);
-        return;
-    case KnownDeviceReturned:
-    case NewDeviceAppended:
-        if ((source = DeviceOfResult(index, kConnectedOutOfRange)))
-            OnDeviceConnected(*source, index, result == NewDeviceAppended);
-        return;
-    case IgnoredDeviceReturned:
-        if ((source = DeviceOfResult(index, kConnectedOutOfRange)))
-            Report(DeviceLine(L"Ignored video capture device \"", *source, L"\" connected\r\n"));
-        return;
-    case NothingToDo:
+    if (result < RecordingDeviceRemoved || result > NothingToDo) {
+        ReportUserMessage(L"Logic error: default reached for connect / disconnect\r\n", false);
         return;
     }
-    ReportUserMessage(L"Logic error: default reached for connect / disconnect\r\n", false);
+    bool removal = result <= IgnoredDeviceRemoved;
+    VideoSourceInfo* source = DeviceOfResult(index, removal ? kRemovedOutOfRange : kConnectedOutOfRange);
+    if (!source)
+        return;
+    switch (result) {
+    case RecordingDeviceRemoved:
+        OnRecordingDeviceRemoved(*source);
+        break;
+    case ActiveDeviceRemoved:
+        OnActiveDeviceRemoved(*source);
+        break;
+    case InactiveDeviceRemoved:
+        Report(DeviceLine(L"Inactive video capture device \"", *source, L"\" disconnected\r\n"));
+        break;
+    case IgnoredDeviceRemoved:
+        Report(DeviceLine(L"Ignored video capture device \"", *source, L"\" disconnected\r\n"));
+        break;
+    case RecordingDeviceReturned:
+        OnRecordingDeviceReturned(*source);
+        break;
+    case KnownDeviceReturned:
+    case NewDeviceAppended:
+        OnDeviceConnected(*source, index, result == NewDeviceAppended);
+        break;
+    case IgnoredDeviceReturned:
+        Report(DeviceLine(L"Ignored video capture device \"", *source, L"\" connected\r\n"));
+        break;
+    case NothingToDo:
+        break;
+    }
 }
 
 }  // namespace
