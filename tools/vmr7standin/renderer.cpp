@@ -3,22 +3,8 @@
 #include <uuids.h>
 
 #include <cstdlib>
-#include <type_traits>
 
 namespace vmr7standin {
-namespace {
-
-template <class Value>
-HRESULT Give(Value* out, std::type_identity_t<Value> value)
-{
-    if (!out)
-        return E_POINTER;
-    *out = value;
-    return S_OK;
-}
-
-}  // namespace
-
 // ------------------------------------------------------------- StandInPin
 
 StandInPin::StandInPin(StandInRenderer* renderer, CCritSec* lock)
@@ -68,42 +54,12 @@ HRESULT STDMETHODCALLTYPE StandInRenderer::NonDelegatingQueryInterface(REFIID ii
     return CBaseFilter::NonDelegatingQueryInterface(iid, object);
 }
 
-HRESULT STDMETHODCALLTYPE StandInRenderer::SetImageCompositor(IVMRImageCompositor*)
-{
-    return E_NOTIMPL;
-}
-
-HRESULT STDMETHODCALLTYPE StandInRenderer::SetNumberOfStreams(DWORD)
-{
-    return E_NOTIMPL;
-}
-
-HRESULT STDMETHODCALLTYPE StandInRenderer::GetNumberOfStreams(DWORD* streams)
-{
-    return Give(streams, 1);
-}
-
-HRESULT STDMETHODCALLTYPE StandInRenderer::SetRenderingPrefs(DWORD)
-{
-    return S_OK;
-}
-
-HRESULT STDMETHODCALLTYPE StandInRenderer::GetRenderingPrefs(DWORD* flags)
-{
-    return Give(flags, 0);
-}
-
 HRESULT STDMETHODCALLTYPE StandInRenderer::SetRenderingMode(DWORD mode)
 {
     if (mode != VMRMode_Windowed && mode != VMRMode_Windowless)
         return E_INVALIDARG;
     renderingMode_ = mode;
     return S_OK;
-}
-
-HRESULT STDMETHODCALLTYPE StandInRenderer::GetRenderingMode(DWORD* mode)
-{
-    return Give(mode, renderingMode_);
 }
 
 HRESULT STDMETHODCALLTYPE StandInRenderer::GetNativeVideoSize(LONG* width, LONG* height, LONG* aspectWidth,
@@ -124,16 +80,6 @@ HRESULT STDMETHODCALLTYPE StandInRenderer::GetNativeVideoSize(LONG* width, LONG*
     return S_OK;
 }
 
-HRESULT STDMETHODCALLTYPE StandInRenderer::GetMinIdealVideoSize(LONG* width, LONG* height)
-{
-    return GetNativeVideoSize(width, height, nullptr, nullptr);
-}
-
-HRESULT STDMETHODCALLTYPE StandInRenderer::GetMaxIdealVideoSize(LONG* width, LONG* height)
-{
-    return GetNativeVideoSize(width, height, nullptr, nullptr);
-}
-
 HRESULT STDMETHODCALLTYPE StandInRenderer::SetVideoPosition(const LPRECT source, const LPRECT destination)
 {
     if (source)
@@ -152,11 +98,6 @@ HRESULT STDMETHODCALLTYPE StandInRenderer::GetVideoPosition(LPRECT source, LPREC
     return S_OK;
 }
 
-HRESULT STDMETHODCALLTYPE StandInRenderer::GetAspectRatioMode(DWORD* mode)
-{
-    return Give(mode, aspectRatioMode_);
-}
-
 HRESULT STDMETHODCALLTYPE StandInRenderer::SetAspectRatioMode(DWORD mode)
 {
     aspectRatioMode_ = mode;
@@ -169,71 +110,6 @@ HRESULT STDMETHODCALLTYPE StandInRenderer::SetVideoClippingWindow(HWND window)
         return E_INVALIDARG;
     clippingWindow_ = window;
     return S_OK;
-}
-
-HRESULT STDMETHODCALLTYPE StandInRenderer::RepaintVideo(HWND, HDC)
-{
-    return S_OK;
-}
-
-HRESULT STDMETHODCALLTYPE StandInRenderer::DisplayModeChanged()
-{
-    return S_OK;
-}
-
-HRESULT STDMETHODCALLTYPE StandInRenderer::GetCurrentImage(BYTE**)
-{
-    return E_NOTIMPL;
-}
-
-HRESULT STDMETHODCALLTYPE StandInRenderer::SetBorderColor(COLORREF)
-{
-    return S_OK;
-}
-
-HRESULT STDMETHODCALLTYPE StandInRenderer::GetBorderColor(COLORREF* color)
-{
-    return Give(color, 0);
-}
-
-HRESULT STDMETHODCALLTYPE StandInRenderer::SetColorKey(COLORREF)
-{
-    return S_OK;
-}
-
-HRESULT STDMETHODCALLTYPE StandInRenderer::GetColorKey(COLORREF* color)
-{
-    return Give(color, 0);
-}
-
-HRESULT STDMETHODCALLTYPE StandInRenderer::get_FramesDroppedInRenderer(int* frames)
-{
-    return Give(frames, 0);
-}
-
-HRESULT STDMETHODCALLTYPE StandInRenderer::get_FramesDrawn(int* frames)
-{
-    return Give(frames, framesReceived_);
-}
-
-HRESULT STDMETHODCALLTYPE StandInRenderer::get_AvgFrameRate(int* rate)
-{
-    return Give(rate, 0);
-}
-
-HRESULT STDMETHODCALLTYPE StandInRenderer::get_Jitter(int* jitter)
-{
-    return Give(jitter, 0);
-}
-
-HRESULT STDMETHODCALLTYPE StandInRenderer::get_AvgSyncOffset(int* offset)
-{
-    return Give(offset, 0);
-}
-
-HRESULT STDMETHODCALLTYPE StandInRenderer::get_DevSyncOffset(int* offset)
-{
-    return Give(offset, 0);
 }
 
 }  // namespace vmr7standin

@@ -8,8 +8,19 @@
 #include "filters/base_classes.h"
 
 #include <atomic>
+#include <type_traits>
 
 namespace vmr7standin {
+
+// A value through an out pointer, as the interfaces' getters give it.
+template <class Value>
+HRESULT Give(Value* out, std::type_identity_t<Value> value)
+{
+    if (!out)
+        return E_POINTER;
+    *out = value;
+    return S_OK;
+}
 
 class StandInRenderer;
 
@@ -36,37 +47,43 @@ public:
     CBasePin* GetPin(int n) override { return n == 0 ? &pin_ : nullptr; }
 
     // IVMRFilterConfig
-    HRESULT STDMETHODCALLTYPE SetImageCompositor(IVMRImageCompositor* compositor) override;
-    HRESULT STDMETHODCALLTYPE SetNumberOfStreams(DWORD streams) override;
-    HRESULT STDMETHODCALLTYPE GetNumberOfStreams(DWORD* streams) override;
-    HRESULT STDMETHODCALLTYPE SetRenderingPrefs(DWORD flags) override;
-    HRESULT STDMETHODCALLTYPE GetRenderingPrefs(DWORD* flags) override;
+    HRESULT STDMETHODCALLTYPE SetImageCompositor(IVMRImageCompositor* compositor) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE SetNumberOfStreams(DWORD streams) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetNumberOfStreams(DWORD* streams) override { return Give(streams, 1); }
+    HRESULT STDMETHODCALLTYPE SetRenderingPrefs(DWORD flags) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE GetRenderingPrefs(DWORD* flags) override { return Give(flags, 0); }
     HRESULT STDMETHODCALLTYPE SetRenderingMode(DWORD mode) override;
-    HRESULT STDMETHODCALLTYPE GetRenderingMode(DWORD* mode) override;
+    HRESULT STDMETHODCALLTYPE GetRenderingMode(DWORD* mode) override { return Give(mode, renderingMode_); }
     // IVMRWindowlessControl
     HRESULT STDMETHODCALLTYPE GetNativeVideoSize(LONG* width, LONG* height, LONG* aspectWidth,
                                                  LONG* aspectHeight) override;
-    HRESULT STDMETHODCALLTYPE GetMinIdealVideoSize(LONG* width, LONG* height) override;
-    HRESULT STDMETHODCALLTYPE GetMaxIdealVideoSize(LONG* width, LONG* height) override;
+    HRESULT STDMETHODCALLTYPE GetMinIdealVideoSize(LONG* width, LONG* height) override
+    {
+        return GetNativeVideoSize(width, height, nullptr, nullptr);
+    }
+    HRESULT STDMETHODCALLTYPE GetMaxIdealVideoSize(LONG* width, LONG* height) override
+    {
+        return GetNativeVideoSize(width, height, nullptr, nullptr);
+    }
     HRESULT STDMETHODCALLTYPE SetVideoPosition(const LPRECT source, const LPRECT destination) override;
     HRESULT STDMETHODCALLTYPE GetVideoPosition(LPRECT source, LPRECT destination) override;
-    HRESULT STDMETHODCALLTYPE GetAspectRatioMode(DWORD* mode) override;
+    HRESULT STDMETHODCALLTYPE GetAspectRatioMode(DWORD* mode) override { return Give(mode, aspectRatioMode_); }
     HRESULT STDMETHODCALLTYPE SetAspectRatioMode(DWORD mode) override;
     HRESULT STDMETHODCALLTYPE SetVideoClippingWindow(HWND window) override;
-    HRESULT STDMETHODCALLTYPE RepaintVideo(HWND window, HDC dc) override;
-    HRESULT STDMETHODCALLTYPE DisplayModeChanged() override;
-    HRESULT STDMETHODCALLTYPE GetCurrentImage(BYTE** image) override;
-    HRESULT STDMETHODCALLTYPE SetBorderColor(COLORREF color) override;
-    HRESULT STDMETHODCALLTYPE GetBorderColor(COLORREF* color) override;
-    HRESULT STDMETHODCALLTYPE SetColorKey(COLORREF color) override;
-    HRESULT STDMETHODCALLTYPE GetColorKey(COLORREF* color) override;
+    HRESULT STDMETHODCALLTYPE RepaintVideo(HWND window, HDC dc) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE DisplayModeChanged() override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE GetCurrentImage(BYTE** image) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE SetBorderColor(COLORREF color) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE GetBorderColor(COLORREF* color) override { return Give(color, 0); }
+    HRESULT STDMETHODCALLTYPE SetColorKey(COLORREF color) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE GetColorKey(COLORREF* color) override { return Give(color, 0); }
     // IQualProp
-    HRESULT STDMETHODCALLTYPE get_FramesDroppedInRenderer(int* frames) override;
-    HRESULT STDMETHODCALLTYPE get_FramesDrawn(int* frames) override;
-    HRESULT STDMETHODCALLTYPE get_AvgFrameRate(int* rate) override;
-    HRESULT STDMETHODCALLTYPE get_Jitter(int* jitter) override;
-    HRESULT STDMETHODCALLTYPE get_AvgSyncOffset(int* offset) override;
-    HRESULT STDMETHODCALLTYPE get_DevSyncOffset(int* offset) override;
+    HRESULT STDMETHODCALLTYPE get_FramesDroppedInRenderer(int* frames) override { return Give(frames, 0); }
+    HRESULT STDMETHODCALLTYPE get_FramesDrawn(int* frames) override { return Give(frames, framesReceived_); }
+    HRESULT STDMETHODCALLTYPE get_AvgFrameRate(int* rate) override { return Give(rate, 0); }
+    HRESULT STDMETHODCALLTYPE get_Jitter(int* jitter) override { return Give(jitter, 0); }
+    HRESULT STDMETHODCALLTYPE get_AvgSyncOffset(int* offset) override { return Give(offset, 0); }
+    HRESULT STDMETHODCALLTYPE get_DevSyncOffset(int* offset) override { return Give(offset, 0); }
 
 private:
     friend class StandInPin;
