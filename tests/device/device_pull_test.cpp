@@ -124,9 +124,7 @@ TEST(DevicePull, PluggedBackUnderTheSameNameTheDeviceStreamsAgain)
 TEST(DevicePull, AFrameLimitedDeviceDeliversExactlyItsCountEachRun)
 {
     SyntheticDevices devices;
-    synthcam::DevicePacing pacing;
-    pacing.frameLimit = 6;
-    ASSERT_TRUE(devices.Add(L"Six Frames", L"webcam", L"ntsc", pacing));
+    ASSERT_TRUE(devices.Add(L"Six Frames", L"webcam", L"ntsc", {.frameLimit = 6}));
     SinkGraph run;
     ASSERT_TRUE(run.Run(L"Six Frames"));
     Sleep(1500);
@@ -141,9 +139,7 @@ TEST(DevicePull, AFrameLimitedDeviceDeliversExactlyItsCountEachRun)
 TEST(DevicePull, ASlowDeviceHoldsTheGraphsStartForItsDelay)
 {
     SyntheticDevices devices;
-    synthcam::DevicePacing pacing;
-    pacing.startDelayMs = 1500;
-    ASSERT_TRUE(devices.Add(L"Slow Cam", L"webcam", L"ntsc", pacing));
+    ASSERT_TRUE(devices.Add(L"Slow Cam", L"webcam", L"ntsc", {.startDelayMs = 1500}));
     SinkGraph run;
     DWORD before = GetTickCount();
     ASSERT_TRUE(run.Run(L"Slow Cam"));

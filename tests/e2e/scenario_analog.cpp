@@ -92,11 +92,8 @@ TEST(Analog, AnNtscSignalStaysNtscWithoutALine)
 TEST(Analog, SixFramesDrawnCountAsPalAndFiveAsNtsc)
 {
     GrabberRun run;
-    synthcam::DevicePacing six, five;
-    six.frameLimit = 6;
-    five.frameLimit = 5;
-    ASSERT_TRUE(run.devices.Add(L"USB 2820 Device", L"usb2820", L"pal", six));
-    ASSERT_TRUE(run.devices.Add(L"USB 2861 Device", L"usb2861", L"pal", five));
+    ASSERT_TRUE(run.devices.Add(L"USB 2820 Device", L"usb2820", L"pal", {.frameLimit = 6}));
+    ASSERT_TRUE(run.devices.Add(L"USB 2861 Device", L"usb2861", L"pal", {.frameLimit = 5}));
     ASSERT_TRUE(run.Start());
     std::wstring text = run.program->Messages();
     EXPECT_EQ(run.program->CountMessages(kPalFound), 1) << Narrow(text);

@@ -56,6 +56,21 @@ struct PlugRun {
     }
 };
 
+// A pull or a plug that the program took, and said once what it made of.
+void ExpectHandled(LRESULT answer, const PlugRun& run, const std::wstring& line)
+{
+    EXPECT_EQ(answer, 1);
+    EXPECT_EQ(run.Count(line), 1) << Narrow(run.program->Messages());
+}
+
+// The picture and the record buttons are up exactly while a device is in
+// use.
+void ExpectDeviceInUse(const PlugRun& run, HWND clipping, bool inUse)
+{
+    EXPECT_EQ(IsVisible(clipping), inUse);
+    EXPECT_EQ(IsVisible(run.program->RecordControlsWindow()), inUse);
+}
+
 // One file of a recording: its frames' stamps and its report.
 struct Piece {
     std::wstring name;
@@ -201,16 +216,15 @@ TEST(HotPlug, PullAndReplugDuringAManualRecordingGoesOnUnderTheManualName)
     ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 10000));
     Sleep(3000);
     uint64_t pulledAt = NowMs();
-    ASSERT_EQ(run.Pull(L"Sky Cam"), 1);
-    EXPECT_EQ(run.Count(L"Active video capture device \"Sky Cam\" disconnected while recording\r\n"), 1);
+    ExpectHandled(run.Pull(L"Sky Cam"), run,
+                  L"Active video capture device \"Sky Cam\" disconnected while recording\r\n");
     // The user can still stop: Stop stays enabled, Start grey.
     EXPECT_TRUE(IsEnabled(stop));
     EXPECT_FALSE(IsEnabled(start));
     EXPECT_TRUE(IsVisible(run.program->RecordControlsWindow()));
     Sleep(1500);
     uint64_t pluggedAt = NowMs();
-    ASSERT_EQ(run.Plug(L"Sky Cam"), 1);
-    EXPECT_EQ(run.Count(L"Active video capture device \"Sky Cam\" reconnected for recording\r\n"), 1);
+    ExpectHandled(run.Plug(L"Sky Cam"), run, L"Active video capture device \"Sky Cam\" reconnected for recording\r\n");
     Sleep(3000);
     Click(stop);
     ASSERT_TRUE(run.WaitTitle(kMainTitle, 10000));
@@ -240,32 +254,23 @@ TEST(HotPlug, TheNextDeviceTakesOverFromAPulledOneAndTheDefaultTakesOverWhenItCo
     ASSERT_TRUE(run.Start(Option("DefaultVideoSource", "Main Cam")));
     HWND clipping = FindChild(run.Main(), L"MavuVideoRecordWindow");
     ASSERT_NE(clipping, nullptr);
-    EXPECT_TRUE(IsVisible(clipping));
+    ExpectDeviceInUse(run, clipping, true);
 
-    ASSERT_EQ(run.Pull(L"Sky Cam"), 1);
-    EXPECT_EQ(run.Count(L"Active video capture device \"Sky Cam\" disconnected\r\n"), 1);
-    EXPECT_TRUE(IsVisible(clipping));
-    EXPECT_TRUE(IsVisible(run.program->RecordControlsWindow()));
-
-    ASSERT_EQ(run.Pull(L"Spare Cam"), 1);
-    EXPECT_EQ(run.Count(L"Active video capture device \"Spare Cam\" disconnected\r\n"), 1);
+    ExpectHandled(run.Pull(L"Sky Cam"), run, L"Active video capture device \"Sky Cam\" disconnected\r\n");
+    ExpectDeviceInUse(run, clipping, true);
+    ExpectHandled(run.Pull(L"Spare Cam"), run, L"Active video capture device \"Spare Cam\" disconnected\r\n");
     EXPECT_EQ(run.Count(L"There is no video capture device connected to the computer\r\n"), 1);
-    EXPECT_FALSE(IsVisible(clipping));
-    EXPECT_FALSE(IsVisible(run.program->RecordControlsWindow()));
+    ExpectDeviceInUse(run, clipping, false);
 
     // Plugged back, the device is taken up again and the preview returns.
-    ASSERT_EQ(run.Plug(L"Sky Cam"), 1);
-    EXPECT_EQ(run.Count(L"Video capture device \"Sky Cam\" connected\r\n"), 1);
-    EXPECT_TRUE(IsVisible(clipping));
-    EXPECT_TRUE(IsVisible(run.program->RecordControlsWindow()));
+    ExpectHandled(run.Plug(L"Sky Cam"), run, L"Video capture device \"Sky Cam\" connected\r\n");
+    ExpectDeviceInUse(run, clipping, true);
     // Another known device coming back doesn't take over.
-    ASSERT_EQ(run.Plug(L"Spare Cam"), 1);
-    EXPECT_EQ(run.Count(L"Video capture device \"Spare Cam\" connected\r\n"), 1);
+    ExpectHandled(run.Plug(L"Spare Cam"), run, L"Video capture device \"Spare Cam\" connected\r\n");
 
     // The device named as the default takes over as soon as it comes, new
     // to the program as it is.
-    ASSERT_EQ(run.Plug(L"Main Cam"), 1);
-    EXPECT_EQ(run.Count(L"Video capture device \"Main Cam\" connected as the default\r\n"), 1);
+    ExpectHandled(run.Plug(L"Main Cam"), run, L"Video capture device \"Main Cam\" connected as the default\r\n");
     HWND start = FindChild(run.program->RecordControlsWindow(), L"Button");
     HWND stop = GetWindow(start, GW_HWNDNEXT);
     Click(start);
@@ -298,10 +303,8 @@ TEST(HotPlug, UnusableIgnoredAndDoubleRemovalsEachGiveTheirLines)
     EXPECT_EQ(run.Count(refused), 1);
     EXPECT_EQ(run.Count(L"Tiny Cam"), 1) << Narrow(run.program->Messages());
 
-    ASSERT_EQ(run.Pull(L"Hidden Cam"), 1);
-    EXPECT_EQ(run.Count(L"Ignored video capture device \"Hidden Cam\" disconnected\r\n"), 1);
-    ASSERT_EQ(run.Plug(L"Hidden Cam"), 1);
-    EXPECT_EQ(run.Count(L"Ignored video capture device \"Hidden Cam\" connected\r\n"), 1);
+    ExpectHandled(run.Pull(L"Hidden Cam"), run, L"Ignored video capture device \"Hidden Cam\" disconnected\r\n");
+    ExpectHandled(run.Plug(L"Hidden Cam"), run, L"Ignored video capture device \"Hidden Cam\" connected\r\n");
 
     // Two pulled before one notification: it handles the first; the second
     // waits for the next one.
@@ -324,9 +327,7 @@ TEST(HotPlug, ANotificationDuringACameraStartIsDroppedAndTheNextOneFindsTheChang
     PlugRun run;
     // A camera that takes three seconds to start: the event's recording
     // starts it on the countdown's thread, and the window stays free.
-    synthcam::DevicePacing slow;
-    slow.startDelayMs = 3000;
-    ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam", L"ntsc", slow));
+    ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam", L"ntsc", {.startDelayMs = 3000}));
     ASSERT_TRUE(run.devices.Add(L"Spare Cam", L"webcam"));
     WriteEvent(run.folder, L"Slow", UtcInSeconds(16), 10, "Slow");
     ASSERT_TRUE(run.Start());

@@ -37,15 +37,22 @@ std::wstring SelectedFormatName(VideoSourceInfo* source)
 
 class AnalogTrialTest : public EngineTest {
 protected:
+    // One grabber, listed and validated with the stand-in in place; null
+    // when it wasn't accepted.
+    VideoSourceInfo* ValidateOne(const wchar_t* name, const wchar_t* profile, const wchar_t* signal)
+    {
+        if (!standIn.Installed() || !devices.Add(name, profile, signal))
+            return nullptr;
+        ScanDevices();
+        return Source(name);
+    }
+
     vmr7standin::StandInRegistration standIn;
 };
 
 TEST_F(AnalogTrialTest, APalSignalIsFoundAtValidationAndTheGroupOf25With720By576Chosen)
 {
-    ASSERT_TRUE(standIn.Installed());
-    ASSERT_TRUE(devices.Add(L"USB 2820 Device", L"usb2820", L"pal"));
-    ScanDevices();
-    VideoSourceInfo* grabber = Source(L"USB 2820 Device");
+    VideoSourceInfo* grabber = ValidateOne(L"USB 2820 Device", L"usb2820", L"pal");
     ASSERT_NE(grabber, nullptr);
     EXPECT_EQ(TakeMessages(), L"Auto Detect: device \"USB 2820 Device\" format changed from NTSC to PAL\r\n");
     EXPECT_EQ(grabber->deviceStandard, StandardPAL);
@@ -59,10 +66,7 @@ TEST_F(AnalogTrialTest, APalSignalIsFoundAtValidationAndTheGroupOf25With720By576
 
 TEST_F(AnalogTrialTest, AnNtscSignalStaysNtscWithoutALineAndTheDecoderComesBackToNtsc)
 {
-    ASSERT_TRUE(standIn.Installed());
-    ASSERT_TRUE(devices.Add(L"USB 2861 Device", L"usb2861", L"ntsc"));
-    ScanDevices();
-    VideoSourceInfo* grabber = Source(L"USB 2861 Device");
+    VideoSourceInfo* grabber = ValidateOne(L"USB 2861 Device", L"usb2861", L"ntsc");
     ASSERT_NE(grabber, nullptr);
     EXPECT_EQ(TakeMessages(), L"");
     EXPECT_EQ(grabber->deviceStandard, StandardNTSC);
@@ -84,11 +88,8 @@ TEST_F(AnalogTrialTest, AnNtscSignalStaysNtscWithoutALineAndTheDecoderComesBackT
 TEST_F(AnalogTrialTest, SixFramesDrawnCountAsPalAndFiveAsNtsc)
 {
     ASSERT_TRUE(standIn.Installed());
-    synthcam::DevicePacing six, five;
-    six.frameLimit = 6;
-    five.frameLimit = 5;
-    ASSERT_TRUE(devices.Add(L"USB 2820 Device", L"usb2820", L"pal", six));
-    ASSERT_TRUE(devices.Add(L"USB 2861 Device", L"usb2861", L"pal", five));
+    ASSERT_TRUE(devices.Add(L"USB 2820 Device", L"usb2820", L"pal", {.frameLimit = 6}));
+    ASSERT_TRUE(devices.Add(L"USB 2861 Device", L"usb2861", L"pal", {.frameLimit = 5}));
     ScanDevices();
     ASSERT_NE(Source(L"USB 2820 Device"), nullptr);
     ASSERT_NE(Source(L"USB 2861 Device"), nullptr);
@@ -100,10 +101,7 @@ TEST_F(AnalogTrialTest, SixFramesDrawnCountAsPalAndFiveAsNtsc)
 
 TEST_F(AnalogTrialTest, AGrabberWithout720By576At25GivesItsWarningAndLeavesAutoDetectOff)
 {
-    ASSERT_TRUE(standIn.Installed());
-    ASSERT_TRUE(devices.Add(L"USB 2820 Device", L"grabber480", L"pal"));
-    ScanDevices();
-    VideoSourceInfo* grabber = Source(L"USB 2820 Device");
+    VideoSourceInfo* grabber = ValidateOne(L"USB 2820 Device", L"grabber480", L"pal");
     ASSERT_NE(grabber, nullptr);
     EXPECT_EQ(TakeMessages(), L"WARNING: PAL analog formats cannot be found during call to TestAnalogDeviceFormat\r\n");
     EXPECT_EQ(grabber->autoDetect, 0);
@@ -116,10 +114,7 @@ TEST_F(AnalogTrialTest, AGrabberWithout720By576At25GivesItsWarningAndLeavesAutoD
 
 TEST_F(AnalogTrialTest, OnlyTheTwoNamedGrabbersAreTried)
 {
-    ASSERT_TRUE(standIn.Installed());
-    ASSERT_TRUE(devices.Add(L"Other Grabber", L"usb2820", L"pal"));
-    ScanDevices();
-    VideoSourceInfo* grabber = Source(L"Other Grabber");
+    VideoSourceInfo* grabber = ValidateOne(L"Other Grabber", L"usb2820", L"pal");
     ASSERT_NE(grabber, nullptr);
     EXPECT_EQ(TakeMessages(), L"");
     EXPECT_EQ(grabber->autoDetectCapable, 0);
