@@ -41,6 +41,7 @@
 #include "ui/window_layout.h"
 #include "ui/window_set.h"
 #include "video/device_list.h"
+#include "video/device_scan_rules.h"
 #include "video/frame_size.h"
 #include "video/video_configuration.h"
 #include "video/video_player.h"
@@ -50,23 +51,6 @@ MainWindow* mainWindowObject = nullptr;
 Flag deviceChangeBusy{0};
 
 namespace {
-
-// The source the program starts with: the default device if one qualifies,
-// else the first that is neither ignored nor disconnected.
-uint32_t ChooseCurrentDevice()
-{
-    uint32_t first = kNoSource;
-    for (uint32_t i = 0; i < videoSources.size(); ++i) {
-        const VideoSourceInfo& source = *videoSources[i];
-        if (source.isIgnored || source.isDisconnected)
-            continue;
-        if (source.isDefault)
-            return i;
-        if (first == kNoSource)
-            first = i;
-    }
-    return first;
-}
 
 void MarkDefaultSource()
 {
@@ -154,7 +138,7 @@ MainWindow::MainWindow(HINSTANCE instanceHandle)
     // The saved configurations, then the choice of device.
     ApplySavedConfigurations();
     MarkDefaultSource();
-    currentSourceIndex = ChooseCurrentDevice();
+    ChooseCurrentDevice();
     if (FAILED(ActivateCurrentDevice())) {
         fatalStartupError = 1;
         return;

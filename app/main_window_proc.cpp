@@ -2,6 +2,7 @@
 #include <windows.h>
 #include <commctrl.h>
 
+#include "app/device_change.h"
 #include "app/display_commands.h"
 #include "app/gps_command.h"
 #include "app/main_window.h"
@@ -155,9 +156,7 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
     case WM_TIMER:
         return 0;
     case WM_DEVICECHANGE:
-        // Device reconciliation runs only when no start-up, camera start or
-        // earlier change is under way.
-        return 0;
+        return OnDeviceChange(wParam);
     }
     return DefWindowProcW(window, message, wParam, lParam);
 }

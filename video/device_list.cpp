@@ -6,6 +6,7 @@
 #include "base/com_ptr.h"
 #include "persistence/options.h"
 #include "base/report.h"
+#include "video/analog_standard.h"
 #include "video/device_formats.h"
 #include "video/device_names.h"
 #include "video/video_configuration.h"
@@ -129,6 +130,12 @@ HRESULT AddVideoSource(const wchar_t* name, IMoniker* moniker)
         videoSources.push_back(source);
         return result;
     }
+    RecordUnusableDevice(source);
+    return result;
+}
+
+void RecordUnusableDevice(VideoSourceInfo* source)
+{
     std::wstring unusable = source->name;
     if (unusable.size() > 127)
         unusable.resize(127);
@@ -138,7 +145,6 @@ HRESULT AddVideoSource(const wchar_t* name, IMoniker* moniker)
     line += L"\" cannot be used for video capture\r\n";
     ReportUserMessage(line.c_str(), false);
     DestroyVideoSource(source);
-    return result;
 }
 
 HRESULT ValidateVideoCaptureDevice(VideoSourceInfo* source, IMoniker* moniker)
@@ -243,9 +249,14 @@ HRESULT ValidateVideoCaptureDevice(VideoSourceInfo* source, IMoniker* moniker)
         return E_FAIL;
     }
     source->savedSubtype = first->formats[0]->subtype;
+    // The results don't count: a device whose standard can't be found keeps
+    // the one its decoder reported. The trial needs the main graph; without
+    // a player (a test of the device list alone) it isn't run.
     if (analog) {
-        // The analog standard is set by trial or by the device's rate here,
-        // when the analog standard handling is in place.
+        if (!source->autoDetect)
+            SetAnalogDeviceFrameRate(source);
+        else if (VideoPlayer* player = CurrentVideoPlayer())
+            player->AutoSetAnalogDeviceFormat(source);
     }
     return S_OK;
 }

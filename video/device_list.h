@@ -23,6 +23,10 @@ HRESULT AddVideoSource(const wchar_t* name, IMoniker* moniker);
 
 HRESULT ValidateVideoCaptureDevice(VideoSourceInfo* source, IMoniker* moniker);
 
+// A device that failed validation: its name is remembered as unusable, the
+// refusal is reported, and the record goes with its filter.
+void RecordUnusableDevice(VideoSourceInfo* source);
+
 // Binds the device's capture filter if it isn't bound (after a reconnection).
 HRESULT GetVideoSourceBaseFilter(VideoSourceInfo* source);
 

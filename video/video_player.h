@@ -5,7 +5,8 @@
 // (renderers and the picture's size), video_player_camera.cpp (camera start
 // and stop, and the run report), video_player_color.cpp (the brightness
 // tool's colour filters), video_player_codecs.cpp (the installed codecs and
-// their trial).
+// their trial), video_player_analog.cpp (the analog
+// standard).
 #pragma once
 
 #include <windows.h>
@@ -93,6 +94,13 @@ public:
     // camera stopped; `startVideo` brings the camera back afterwards.
     void GetCodecList();
     HRESULT GetCodecsForSourceDevice(HRESULT (*startVideo)());
+
+    // The analog standard of a grabber, found by a trial in the main graph,
+    // which the trial takes over: the camera must be stopped. The standard
+    // set by hand is that of the current device.
+    HRESULT TestAnalogDeviceFormat(VideoSourceInfo* source, int32_t* outChanged);
+    void AutoSetAnalogDeviceFormat(VideoSourceInfo* source);
+    HRESULT SetAnalogDeviceFormat(int32_t standard);
 
     // Renderers and the size of the picture.
     HRESULT CreateVideoRenderer(int32_t choice, const VideoFormat* format, const wchar_t* filePath);

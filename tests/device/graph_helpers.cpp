@@ -134,14 +134,20 @@ SyntheticDevices::~SyntheticDevices()
     synthcam::RemoveAllDevices();
 }
 
-bool SyntheticDevices::Add(const std::wstring& name, const std::wstring& profile, const std::wstring& signal)
+bool SyntheticDevices::Add(const std::wstring& name, const std::wstring& profile, const std::wstring& signal,
+                           const synthcam::DevicePacing& pacing)
 {
-    return SUCCEEDED(synthcam::AddDevice(name, profile, signal, synthcam::DllBesideProgram()));
+    return SUCCEEDED(synthcam::AddDevice(name, profile, signal, synthcam::DllBesideProgram(), pacing));
 }
 
 bool SyntheticDevices::Remove(const std::wstring& name)
 {
     return synthcam::RemoveDevice(name) == S_OK;
+}
+
+bool SyntheticDevices::Pull(const std::wstring& name)
+{
+    return synthcam::PullDevice(name) == S_OK;
 }
 
 }  // namespace devicetest

@@ -5,6 +5,7 @@
 
 #include "base/com_ptr.h"
 #include "base/platform_guids.h"
+#include "tools/synthcam/registry.h"
 
 #include <dshow.h>
 
@@ -33,8 +34,12 @@ class SyntheticDevices {
 public:
     SyntheticDevices();
     ~SyntheticDevices();
-    bool Add(const std::wstring& name, const std::wstring& profile, const std::wstring& signal = L"ntsc");
+    bool Add(const std::wstring& name, const std::wstring& profile, const std::wstring& signal = L"ntsc",
+             const synthcam::DevicePacing& pacing = {});
     bool Remove(const std::wstring& name);
+    // As a cable pulled: the device's filters stop and it leaves the list.
+    // Add it again to plug it back.
+    bool Pull(const std::wstring& name);
 };
 
 }  // namespace devicetest

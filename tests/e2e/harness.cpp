@@ -246,6 +246,15 @@ bool WriteBytes(const std::wstring& path, const std::string& bytes)
     return WriteFileBytes(path, bytes);
 }
 
+LRESULT SendDeviceChange(HWND mainWindow, DWORD timeoutMs)
+{
+    constexpr WPARAM kDevNodesChanged = 7;
+    DWORD_PTR answer = 0;
+    if (!SendMessageTimeoutW(mainWindow, WM_DEVICECHANGE, kDevNodesChanged, 0, SMTO_NORMAL, timeoutMs, &answer))
+        return -1;
+    return static_cast<LRESULT>(answer);
+}
+
 int RunUnix(const std::string& command, DWORD timeoutMs)
 {
     std::wstring line = L"Z:\\bin\\sh -c \"";

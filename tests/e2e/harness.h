@@ -43,6 +43,12 @@ void Click(HWND button);
 void SendCommand(HWND window, unsigned id);
 void PostCommand(HWND window, unsigned id);
 
+// Tells the program that device nodes came or went, as the system would
+// (WM_DEVICECHANGE with DBT_DEVNODES_CHANGED): this platform has no device
+// node to tell it. Returns the program's answer, 1 for a change handled and
+// 0 for one dropped; -1 when no answer came in time.
+LRESULT SendDeviceChange(HWND mainWindow, DWORD timeoutMs = 60000);
+
 // Files in a folder matching a pattern ("*.txt"), names only.
 std::vector<std::wstring> ListFiles(const std::wstring& folder, const wchar_t* pattern);
 // Whole file as bytes.

@@ -219,6 +219,9 @@ TEST(Gps, ReceiverOnlyOnCom10IsNotFoundAfterAScanThatWaitsOnASilentCom1)
     }
     EXPECT_FALSE(IsVisible(notice));
     EXPECT_EQ(program.Messages().find(L"USB GPS connected"), std::wstring::npos);
+    // The receiver's side sees the last close a moment after the program
+    // has reported.
+    WaitUntil([&] { return silent.ClosedAtRates().size() >= 4; }, 3000);
     EXPECT_EQ(silent.ClosedAtRates(), (std::vector<int>{38400, 19200, 9600, 4800}));
     EXPECT_EQ(run.receiver.PortEvents().size(), 1u) << "COM10 is never opened";
     // No window comes up afterwards.

@@ -55,6 +55,8 @@ set(MAVU_E2E_SCENARIOS
     Gps.EventRecordingCarriesThePositionOfItsStartAndTheLinkReturnsAfterIt
     Picture.ASavedPairNamingNoneLoadsQuietlyAndOneNamingAMissingCodecWarnsAndIsDropped
     Picture.WithoutTheColorEffectStartUpSaysSoOnceAndTheCameraRuns
+    HotPlug.PullAndReplugTwiceDuringAnEventGoesOnInNumberedFilesAndEndsOnTime
+    Analog.APalSignalAtStartUpIsFoundAndRecordedAsPal
 )
 
 # Scenarios of minutes, run by: ctest -L long
@@ -63,4 +65,11 @@ set(MAVU_E2E_LONG_SCENARIOS
     Events.TwoEventsAMinuteApartAreBothRecordedInOrder
     Stress.PreviewAndRecordingCyclesAllComeBack
     Gps.HangUpMidRunKeepsTheProgramAnsweringAndItsHandlesLevel
+    HotPlug.PullAndReplugDuringAManualRecordingGoesOnUnderTheManualName
+    HotPlug.TheNextDeviceTakesOverFromAPulledOneAndTheDefaultTakesOverWhenItComes
+    HotPlug.UnusableIgnoredAndDoubleRemovalsEachGiveTheirLines
+    HotPlug.ANotificationDuringACameraStartIsDroppedAndTheNextOneFindsTheChange
+    Analog.AnNtscSignalStaysNtscWithoutALine
+    Analog.SixFramesDrawnCountAsPalAndFiveAsNtsc
+    Analog.AGrabberWithoutPalFormatsSaysSoAndStaysNtsc
 )

@@ -7,6 +7,7 @@
 #include "support/ffprobe.h"
 #include "support/stand_ins.h"
 #include "video/capture_settings.h"
+#include "video/codecs.h"
 
 #include <algorithm>
 #include <numeric>
@@ -86,7 +87,11 @@ protected:
 
 TEST_F(ColorControlTest, WithoutTheEffectTheToolSaysSoAtEachStartAndTheCameraRuns)
 {
-    // The player's construction looked once.
+    // A player's construction looks once.
+    player.reset();
+    FreeCodecLists();
+    player = std::make_unique<VideoPlayer>();
+    player->clippingWindow = clippingWindow;
     EXPECT_EQ(Count(TakeMessages(), kNotInstalled), 1);
     EXPECT_FALSE(player->renderColorFilter);
     EXPECT_FALSE(player->captureColorFilter);

@@ -75,6 +75,8 @@ void EngineTest::SetUp()
                                    windowClass.hInstance, nullptr);
     player = std::make_unique<VideoPlayer>();
     player->clippingWindow = clippingWindow;
+    // Each test starts from what it reports itself.
+    testsupport::TakeReportedLines();
 }
 
 void EngineTest::TearDown()

@@ -2,12 +2,12 @@
 // the test compressor.
 #include "tools/standins/color_effect.h"
 #include "tools/standins/test_compressor.h"
-#include "tools/synthcam/class_factory.h"
+#include "tools/com_class_factory.h"
 
 namespace {
 
-synthcam::StaticClassFactory effectFactory(standins::ColorEffect::Create);
-synthcam::StaticClassFactory compressorFactory(synthcam::CreateFilterObject<standins::TestCompressor>);
+testdll::StaticClassFactory effectFactory(standins::ColorEffect::Create);
+testdll::StaticClassFactory compressorFactory(testdll::CreateFilterObject<standins::TestCompressor>);
 
 }  // namespace
 
@@ -25,6 +25,5 @@ extern "C" __declspec(dllexport) HRESULT STDAPICALLTYPE DllGetClassObject(REFCLS
 
 extern "C" __declspec(dllexport) HRESULT STDAPICALLTYPE DllCanUnloadNow()
 {
-    return synthcam::serverLocks == 0 && standins::liveEffects == 0 && CBaseObject::ObjectsActive() == 0 ? S_OK
-                                                                                                         : S_FALSE;
+    return standins::liveEffects == 0 ? testdll::CanUnloadNow() : S_FALSE;
 }

@@ -1,5 +1,6 @@
 #include "tools/standins/registration.h"
 
+#include "tools/beside_program.h"
 #include "tools/standins/color_effect.h"
 #include "tools/standins/test_compressor.h"
 #include "tools/synthcam/registry.h"
@@ -30,7 +31,7 @@ HRESULT WithMapper(HRESULT (*action)(IFilterMapper2*))
 
 std::wstring StandInsDll()
 {
-    return synthcam::FileBesideProgram(L"standins.dll");
+    return testdll::FileBesideProgram(L"standins.dll");
 }
 
 HRESULT RegisterColorControl(const std::wstring& dllPath)

@@ -67,6 +67,11 @@ std::vector<Profile> MakeProfiles()
         profiles.push_back(grabber);
         grabber.name = L"usb2861";
         profiles.push_back(grabber);
+        // A grabber whose formats at 25 frames hold no 720x576.
+        grabber.name = L"grabber480";
+        grabber.formats = {
+            {Subtype::YUY2, 720, 480, k2997}, {Subtype::YUY2, 640, 480, k2997}, {Subtype::YUY2, 640, 480, k25}};
+        profiles.push_back(grabber);
     }
     {
         Profile bare{L"bare", {{Subtype::YUY2, 640, 480, k30}, {Subtype::YUY2, 320, 240, k30}}, {}};

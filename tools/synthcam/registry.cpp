@@ -1,5 +1,6 @@
 #include "tools/synthcam/registry.h"
 
+#include "tools/beside_program.h"
 #include "tools/synthcam/profiles.h"
 #include "tools/synthcam/source_filter.h"
 
@@ -41,6 +42,13 @@ bool InstanceExists(const std::wstring& key)
         return false;
     RegCloseKey(handle);
     return true;
+}
+
+std::wstring NewPlugToken()
+{
+    GUID token{};
+    CoCreateGuid(&token);
+    return GuidText(token);
 }
 
 HRESULT WriteBagString(IPropertyBag* bag, const wchar_t* name, const std::wstring& text)
@@ -88,23 +96,13 @@ HRESULT RegisterCameraClass(const std::wstring& dllPath)
     return RegisterInprocClass(CLSID_SynthCam, L"MAVU synthetic camera", dllPath);
 }
 
-std::wstring FileBesideProgram(const wchar_t* fileName)
-{
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    std::wstring folder = path;
-    size_t slash = folder.find_last_of(L"\\/");
-    folder = slash == std::wstring::npos ? L"" : folder.substr(0, slash + 1);
-    return folder + fileName;
-}
-
 std::wstring DllBesideProgram()
 {
-    return FileBesideProgram(L"synthcam.dll");
+    return testdll::FileBesideProgram(L"synthcam.dll");
 }
 
 HRESULT AddDevice(const std::wstring& name, const std::wstring& profile, const std::wstring& signal,
-                  const std::wstring& dllPath)
+                  const std::wstring& dllPath, const DevicePacing& pacing)
 {
     if (!FindProfile(profile))
         return E_INVALIDARG;
@@ -144,6 +142,12 @@ HRESULT AddDevice(const std::wstring& name, const std::wstring& profile, const s
     hr = WriteBagString(bag, L"Profile", profile);
     if (SUCCEEDED(hr))
         hr = WriteBagString(bag, L"Signal", signal.empty() ? std::wstring(L"ntsc") : signal);
+    if (SUCCEEDED(hr))
+        hr = WriteBagString(bag, L"Plug", NewPlugToken());
+    if (SUCCEEDED(hr) && pacing.frameLimit > 0)
+        hr = WriteBagString(bag, L"FrameLimit", std::to_wstring(pacing.frameLimit));
+    if (SUCCEEDED(hr) && pacing.startDelayMs > 0)
+        hr = WriteBagString(bag, L"StartDelay", std::to_wstring(pacing.startDelayMs));
     bag->Release();
     return hr;
 }
@@ -165,22 +169,52 @@ std::vector<DeviceEntry> ListDevices()
             continue;
         if (_wcsicmp(ReadValue(instance, L"CLSID").c_str(), ours.c_str()) == 0)
             devices.push_back({ReadValue(instance, L"FriendlyName"), ReadValue(instance, L"Profile"),
-                               ReadValue(instance, L"Signal"), keyName});
+                               ReadValue(instance, L"Signal"), keyName, ReadValue(instance, L"Plug")});
         RegCloseKey(instance);
     }
     RegCloseKey(root);
     return devices;
 }
 
-HRESULT RemoveDevice(const std::wstring& name)
+std::wstring PulledEventName(const std::wstring& plug)
+{
+    return L"MAVU synthetic camera pulled " + plug;
+}
+
+namespace {
+
+// Takes the first device of that name off the list; a pull first tells the
+// filters made from it.
+HRESULT TakeAwayDevice(const std::wstring& name, bool pull)
 {
     for (const DeviceEntry& device : ListDevices()) {
         if (device.name != name)
             continue;
+        // The stream stops as the cable goes; the device node goes after.
+        // Only filters made from this plugging in hold the event: none, if
+        // the device was never bound.
+        if (pull && !device.plug.empty()) {
+            if (HANDLE pulled = OpenEventW(EVENT_MODIFY_STATE, FALSE, PulledEventName(device.plug).c_str())) {
+                SetEvent(pulled);
+                CloseHandle(pulled);
+            }
+        }
         LSTATUS status = RegDeleteTreeW(HKEY_CLASSES_ROOT, (InstanceRoot() + L"\\" + device.instanceKey).c_str());
         return status == ERROR_SUCCESS ? S_OK : HRESULT_FROM_WIN32(status);
     }
     return S_FALSE;
+}
+
+}  // namespace
+
+HRESULT RemoveDevice(const std::wstring& name)
+{
+    return TakeAwayDevice(name, false);
+}
+
+HRESULT PullDevice(const std::wstring& name)
+{
+    return TakeAwayDevice(name, true);
 }
 
 void RemoveAllDevices()

@@ -16,6 +16,17 @@ struct DeviceEntry {
     std::wstring profile;
     std::wstring signal;
     std::wstring instanceKey;
+    // Unique to one plugging in: the filters made from it hear of its pull
+    // by this token.
+    std::wstring plug;
+};
+
+// How a device streams, beyond its profile: a run that delivers only so
+// many frames (a count a test can rely on), and a start that takes its time
+// as some USB cameras' do.
+struct DevicePacing {
+    long frameLimit = 0;  // frames each run delivers; 0 for no limit
+    long startDelayMs = 0;  // added to the start of each run
 };
 
 // Registers an in-process COM class served by the DLL at that path, and
@@ -25,15 +36,22 @@ void UnregisterInprocClass(REFCLSID clsid);
 // Registers the camera's class with the DLL at that path (done by AddDevice
 // too).
 HRESULT RegisterCameraClass(const std::wstring& dllPath);
-// A file in the running program's folder.
-std::wstring FileBesideProgram(const wchar_t* fileName);
 // The camera's DLL beside the running program.
 std::wstring DllBesideProgram();
 // Adds a device; signal is "pal" or "ntsc" (only grabbers look at it).
 HRESULT AddDevice(const std::wstring& name, const std::wstring& profile, const std::wstring& signal,
-                  const std::wstring& dllPath);
-// Removes the first device of that name; S_FALSE when none has it.
+                  const std::wstring& dllPath, const DevicePacing& pacing = {});
+// Removes the first device of that name from the list; S_FALSE when none
+// has it. A filter made from it goes on streaming.
 HRESULT RemoveDevice(const std::wstring& name);
+// Pulls the first device of that name as a cable would: every filter made
+// from it, in any process, stops delivering and tells its graph that the
+// device is lost, and the device leaves the list. Adding it again is
+// plugging it back. S_FALSE when no device has the name.
+HRESULT PullDevice(const std::wstring& name);
+// The name of the event that tells the filters of one plugging in that the
+// device was pulled.
+std::wstring PulledEventName(const std::wstring& plug);
 void RemoveAllDevices();
 std::vector<DeviceEntry> ListDevices();
 

@@ -1,5 +1,7 @@
 #include "tools/synthcam/source_filter.h"
 
+#include "tools/synthcam/registry.h"
+
 #include <uuids.h>
 
 #include <algorithm>
@@ -177,6 +179,9 @@ HRESULT SynthCamPin::Active()
         return hr;
     const auto* info = reinterpret_cast<const VIDEOINFOHEADER*>(mediaType_.pbFormat);
     painter_.Configure(CurrentFormat().subtype, info->bmiHeader.biWidth, info->bmiHeader.biHeight);
+    // A slow camera keeps the graph's start waiting, as its driver does.
+    if (category_ == PIN_CATEGORY_CAPTURE && camera_->StartDelayMs() > 0)
+        Sleep(static_cast<DWORD>(camera_->StartDelayMs()));
     ResetEvent(stopEvent_);
     thread_ = std::thread([this] { StreamLoop(); });
     return S_OK;
@@ -194,12 +199,15 @@ HRESULT SynthCamPin::Inactive()
 
 bool SynthCamPin::WaitUntil(LONGLONG due100ns)
 {
+    HANDLE events[2] = {stopEvent_, camera_->PulledEvent()};
+    DWORD count = events[1] ? 2 : 1;
     for (;;) {
         LONGLONG left = due100ns - Now100ns();
         if (left <= 0)
             return true;
         DWORD ms = static_cast<DWORD>(left / 10000);
-        if (WaitForSingleObject(stopEvent_, ms > 0 ? ms : 0) == WAIT_OBJECT_0)
+        DWORD woken = WaitForMultipleObjects(count, events, FALSE, ms > 0 ? ms : 0);
+        if (woken == WAIT_OBJECT_0 || woken == WAIT_OBJECT_0 + 1)
             return false;
         if (ms == 0)
             Sleep(0);
@@ -212,12 +220,20 @@ void SynthCamPin::StreamLoop()
     const LONGLONG frameTime = info->AvgTimePerFrame > 0 ? info->AvgTimePerFrame : kDefaultFrameTime;
     const long frameSize = static_cast<long>(info->bmiHeader.biSizeImage);
     uint32_t counter = 0;
+    long delivered = 0;
     bool running = false;
     LONGLONG origin = 0;  // the local time of slot 0 of this run
     LONGLONG slot = 0;
     bool discontinuity = true;
 
     while (WaitForSingleObject(stopEvent_, 0) != WAIT_OBJECT_0) {
+        if (camera_->IsPulled()) {
+            // Gone from the bus: no frame comes any more, whatever the graph
+            // does, and the graph hears of it once.
+            camera_->ReportDeviceLost();
+            WaitForSingleObject(stopEvent_, INFINITE);
+            break;
+        }
         if (camera_->State() != State_Running) {
             running = false;
             WaitForSingleObject(stopEvent_, 5);
@@ -234,9 +250,10 @@ void SynthCamPin::StreamLoop()
             discontinuity = true;
         }
         if (!WaitUntil(origin + slot * frameTime))
-            break;
-        if (!camera_->HasPicture()) {
-            // A grabber on the wrong standard: no sync, no frames.
+            continue;
+        if (!camera_->HasPicture() || (camera_->FrameLimit() > 0 && delivered >= camera_->FrameLimit())) {
+            // A grabber on the wrong standard: no sync, no frames. A device
+            // with a frame limit is silent after its count.
             ++slot;
             continue;
         }
@@ -282,6 +299,7 @@ void SynthCamPin::StreamLoop()
                 ++notDropped_;
             else
                 ++dropped_;
+            ++delivered;
         }
         sample->Release();
         ++counter;
@@ -449,6 +467,8 @@ SynthCamFilter::SynthCamFilter(IUnknown* owner)
 SynthCamFilter::~SynthCamFilter()
 {
     DestroyPins();
+    if (pulled_)
+        CloseHandle(pulled_);
 }
 
 void SynthCamFilter::MakePins()
@@ -527,6 +547,13 @@ HRESULT STDMETHODCALLTYPE SynthCamFilter::Load(IPropertyBag* bag, IErrorLog* log
         profile_ = profile;
     std::wstring signal = ReadBagString(bag, L"Signal");
     signal_ = (signal == L"pal" || signal == L"PAL") ? 'P' : 'N';
+    frameLimit_ = wcstol(ReadBagString(bag, L"FrameLimit").c_str(), nullptr, 10);
+    startDelayMs_ = wcstol(ReadBagString(bag, L"StartDelay").c_str(), nullptr, 10);
+    // The event outlives the device's entry: a pull signals it and takes
+    // the entry away, and this filter keeps hearing of it.
+    std::wstring plug = ReadBagString(bag, L"Plug");
+    if (!plug.empty() && !pulled_)
+        pulled_ = CreateEventW(nullptr, TRUE, FALSE, PulledEventName(plug).c_str());
     MakePins();
     return S_OK;
 }
@@ -596,6 +623,20 @@ PictureAdjust SynthCamFilter::Adjust() const
     if (FindProperty(VideoProcAmp_Gain))
         adjust.gain *= 1.0 + values_[VideoProcAmp_Gain] / 50.0;
     return adjust;
+}
+
+bool SynthCamFilter::IsPulled() const
+{
+    return pulled_ && WaitForSingleObject(pulled_, 0) == WAIT_OBJECT_0;
+}
+
+void SynthCamFilter::ReportDeviceLost()
+{
+    if (lossReported_.exchange(true))
+        return;
+    // As a capture driver reports it: the device's identity IUnknown, and 0
+    // for a removal.
+    NotifyEvent(EC_DEVICE_LOST, reinterpret_cast<LONG_PTR>(GetOwner()), 0);
 }
 
 bool SynthCamFilter::HasPicture() const

@@ -114,6 +114,17 @@ public:
     bool HasPicture() const;
     PictureAdjust Adjust() const;
 
+    // The device's cable was pulled (synthcam's pull, from any process).
+    bool IsPulled() const;
+    HANDLE PulledEvent() const { return pulled_; }
+    // Tells the graph, once, that the device is gone, as a capture driver
+    // does when its device leaves the bus.
+    void ReportDeviceLost();
+    // Frames each run delivers (0: no limit), and the time a run takes to
+    // start.
+    long FrameLimit() const { return frameLimit_; }
+    long StartDelayMs() const { return startDelayMs_; }
+
 private:
     void MakePins();
     void DestroyPins();
@@ -129,6 +140,10 @@ private:
     long outputEnable_ = 1;
     SynthCamPin* capture_ = nullptr;
     SynthCamPin* preview_ = nullptr;
+    HANDLE pulled_ = nullptr;
+    std::atomic<bool> lossReported_{false};
+    long frameLimit_ = 0;
+    long startDelayMs_ = 0;
 };
 
 }  // namespace synthcam

@@ -1,7 +1,8 @@
 // synthcam: adds, removes and lists synthetic capture devices.
 //
-//   synthcam add NAME PROFILE [pal|ntsc]
+//   synthcam add NAME PROFILE [pal|ntsc] [frames=N] [start-delay=MS]
 //   synthcam remove NAME
+//   synthcam pull NAME
 //   synthcam remove-all
 //   synthcam list
 //   synthcam profiles
@@ -17,8 +18,23 @@ namespace {
 
 int Usage()
 {
-    std::fwprintf(stderr, L"usage: synthcam add NAME PROFILE [pal|ntsc] | remove NAME | remove-all | list | profiles\n");
+    std::fwprintf(stderr,
+                  L"usage: synthcam add NAME PROFILE [pal|ntsc] [frames=N] [start-delay=MS] | remove NAME | "
+                  L"pull NAME | remove-all | list | profiles\n");
     return 2;
+}
+
+// "frames=N" and "start-delay=MS" after the signal; false for anything else.
+bool ReadPacing(const std::wstring& argument, synthcam::DevicePacing& pacing)
+{
+    auto value = [&](const wchar_t* key, long& into) {
+        std::wstring prefix = key;
+        if (argument.rfind(prefix, 0) != 0)
+            return false;
+        into = wcstol(argument.c_str() + prefix.size(), nullptr, 10);
+        return into > 0;
+    };
+    return value(L"frames=", pacing.frameLimit) || value(L"start-delay=", pacing.startDelayMs);
 }
 
 void PrintUtf8(const std::wstring& text)
@@ -38,15 +54,29 @@ int wmain(int argc, wchar_t** argv)
     std::wstring command = argv[1];
     CoInitializeEx(nullptr, COINIT_MULTITHREADED);
     int result = 0;
-    if (command == L"add" && (argc == 4 || argc == 5)) {
-        HRESULT hr = synthcam::AddDevice(argv[2], argv[3], argc == 5 ? argv[4] : L"ntsc",
-                                         synthcam::DllBesideProgram());
+    if (command == L"add" && argc >= 4 && argc <= 7) {
+        synthcam::DevicePacing pacing;
+        bool understood = true;
+        for (int i = 5; i < argc; ++i)
+            understood = understood && ReadPacing(argv[i], pacing);
+        if (!understood) {
+            CoUninitialize();
+            return Usage();
+        }
+        HRESULT hr =
+            synthcam::AddDevice(argv[2], argv[3], argc >= 5 ? argv[4] : L"ntsc", synthcam::DllBesideProgram(), pacing);
         if (FAILED(hr)) {
             std::fprintf(stderr, "synthcam: cannot add the device (0x%08lX)\n", static_cast<unsigned long>(hr));
             result = 1;
         }
     } else if (command == L"remove" && argc == 3) {
         HRESULT hr = synthcam::RemoveDevice(argv[2]);
+        if (hr != S_OK) {
+            std::fprintf(stderr, "synthcam: no such device\n");
+            result = 1;
+        }
+    } else if (command == L"pull" && argc == 3) {
+        HRESULT hr = synthcam::PullDevice(argv[2]);
         if (hr != S_OK) {
             std::fprintf(stderr, "synthcam: no such device\n");
             result = 1;

@@ -1,15 +1,18 @@
-// The class factory of a test DLL: one static object per class, handing
-// out objects made by a create function, and the count of server locks
-// that the DLL's unloading looks at.
+// The class factory of an in-process COM server for the test DLLs: one
+// static object per class, handing out objects made by a create function,
+// and the count of server locks that the DLL's unloading looks at.
 #pragma once
+
+#include "filters/base_object.h"
 
 #include <windows.h>
 #include <unknwn.h>
 
 #include <new>
 
-namespace synthcam {
+namespace testdll {
 
+// Counts LockServer calls; DllCanUnloadNow asks it and the live objects.
 inline volatile LONG serverLocks = 0;
 
 class StaticClassFactory : public IClassFactory {
@@ -68,4 +71,22 @@ HRESULT CreateFilterObject(IUnknown* outer, REFIID iid, void** object)
     return hr;
 }
 
-}  // namespace synthcam
+// DllGetClassObject for a server of one filter class.
+template <class Filter>
+HRESULT GetClassObject(REFCLSID wanted, REFCLSID served, REFIID iid, void** object)
+{
+    static StaticClassFactory factory(CreateFilterObject<Filter>);
+    if (!object)
+        return E_POINTER;
+    *object = nullptr;
+    if (wanted != served)
+        return CLASS_E_CLASSNOTAVAILABLE;
+    return factory.QueryInterface(iid, object);
+}
+
+inline HRESULT CanUnloadNow()
+{
+    return serverLocks == 0 && CBaseObject::ObjectsActive() == 0 ? S_OK : S_FALSE;
+}
+
+}  // namespace testdll

@@ -1,0 +1,149 @@
+// A synthetic device pulled as a cable would be: its running filter stops
+// delivering and tells its graph that the device is lost, the device leaves
+// the list, and plugged back under the same name it streams again.
+#include "device/graph_helpers.h"
+#include "device/test_filters.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+using namespace devicetest;
+
+namespace {
+
+bool Listed(const std::wstring& name)
+{
+    std::vector<std::wstring> names = DeviceNames();
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+// The device's capture pin straight into a test sink, running.
+struct SinkGraph {
+    ComPtr<IGraphBuilder> graph;
+    ComPtr<IMediaControl> control;
+    ComPtr<IMediaEvent> events;
+    ComPtr<IBaseFilter> device;
+    TestSink* sink = new TestSink;
+
+    SinkGraph() { sink->NonDelegatingAddRef(); }
+    ~SinkGraph()
+    {
+        if (control)
+            control->Stop();
+        if (graph) {
+            if (device)
+                graph->RemoveFilter(device.Get());
+            graph->RemoveFilter(sink);
+        }
+        events.Reset();
+        control.Reset();
+        graph.Reset();
+        device.Reset();
+        sink->NonDelegatingRelease();
+    }
+    bool Run(const std::wstring& name)
+    {
+        device = BindDevice(name);
+        if (!device ||
+            FAILED(
+                CoCreateInstance(CLSID_FilterGraph, nullptr, CLSCTX_INPROC_SERVER, IID_IGraphBuilder, graph.PutVoid())))
+            return false;
+        graph->AddFilter(device.Get(), L"Camera");
+        graph->AddFilter(sink, L"Sink");
+        if (graph->ConnectDirect(FindPin(device.Get(), L"Capture").Get(), FindPin(sink, L"In").Get(), nullptr) != S_OK)
+            return false;
+        graph->QueryInterface(IID_IMediaControl, control.PutVoid());
+        graph->QueryInterface(IID_IMediaEvent, events.PutVoid());
+        return control && events && SUCCEEDED(control->Run());
+    }
+};
+
+}  // namespace
+
+TEST(DevicePull, APulledDeviceStopsDeliveringReportsTheLossAndLeavesTheList)
+{
+    SyntheticDevices devices;
+    ASSERT_TRUE(devices.Add(L"Pull Cam", L"webcam"));
+    SinkGraph run;
+    ASSERT_TRUE(run.Run(L"Pull Cam"));
+    Sleep(1500);
+    ASSERT_GT(run.sink->Frames().size(), 20u);
+
+    ASSERT_TRUE(devices.Pull(L"Pull Cam"));
+    // A frame already on its way may still land.
+    Sleep(200);
+    size_t atPull = run.sink->Frames().size();
+    Sleep(1000);
+    EXPECT_EQ(run.sink->Frames().size(), atPull);
+    EXPECT_FALSE(Listed(L"Pull Cam"));
+
+    // The graph hears of it as of a capture driver's lost device: the
+    // device's own IUnknown, and 0 for a removal.
+    long code = 0;
+    LONG_PTR first = 0, second = 0;
+    bool lost = false;
+    while (run.events->GetEvent(&code, &first, &second, 500) == S_OK) {
+        if (code == EC_DEVICE_LOST) {
+            lost = true;
+            ComPtr<IUnknown> identity;
+            run.device->QueryInterface(IID_IUnknown, identity.PutVoid());
+            EXPECT_EQ(reinterpret_cast<IUnknown*>(first), identity.Get());
+            EXPECT_EQ(second, 0);
+        }
+        run.events->FreeEventParams(code, first, second);
+    }
+    EXPECT_TRUE(lost);
+}
+
+TEST(DevicePull, PluggedBackUnderTheSameNameTheDeviceStreamsAgain)
+{
+    SyntheticDevices devices;
+    ASSERT_TRUE(devices.Add(L"Pull Cam", L"webcam"));
+    ASSERT_TRUE(devices.Add(L"Other Cam", L"webcam"));
+    ComPtr<IBaseFilter> old = BindDevice(L"Pull Cam");
+    ASSERT_TRUE(old);
+    ASSERT_TRUE(devices.Pull(L"Pull Cam"));
+    // Pulling one device leaves its neighbour alone.
+    EXPECT_TRUE(Listed(L"Other Cam"));
+    EXPECT_FALSE(devices.Pull(L"Pull Cam"));
+
+    ASSERT_TRUE(devices.Add(L"Pull Cam", L"webcam"));
+    EXPECT_TRUE(Listed(L"Pull Cam"));
+    SinkGraph run;
+    ASSERT_TRUE(run.Run(L"Pull Cam"));
+    EXPECT_NE(run.device.Get(), old.Get());
+    Sleep(1500);
+    std::vector<ReceivedFrame> frames = run.sink->Frames();
+    ASSERT_GT(frames.size(), 20u);
+    // A new plugging in counts its frames from the start, with no gap.
+    for (size_t i = 1; i < frames.size(); ++i)
+        EXPECT_EQ(frames[i].stamp.counter, frames[i - 1].stamp.counter + 1);
+}
+
+TEST(DevicePull, AFrameLimitedDeviceDeliversExactlyItsCountEachRun)
+{
+    SyntheticDevices devices;
+    ASSERT_TRUE(devices.Add(L"Six Frames", L"webcam", L"ntsc", {.frameLimit = 6}));
+    SinkGraph run;
+    ASSERT_TRUE(run.Run(L"Six Frames"));
+    Sleep(1500);
+    EXPECT_EQ(run.sink->Frames().size(), 6u);
+    run.control->Stop();
+    run.sink->Clear();
+    ASSERT_TRUE(SUCCEEDED(run.control->Run()));
+    Sleep(1500);
+    EXPECT_EQ(run.sink->Frames().size(), 6u);
+}
+
+TEST(DevicePull, ASlowDeviceHoldsTheGraphsStartForItsDelay)
+{
+    SyntheticDevices devices;
+    ASSERT_TRUE(devices.Add(L"Slow Cam", L"webcam", L"ntsc", {.startDelayMs = 1500}));
+    SinkGraph run;
+    DWORD before = GetTickCount();
+    ASSERT_TRUE(run.Run(L"Slow Cam"));
+    DWORD took = GetTickCount() - before;
+    EXPECT_GE(took, 1400u);
+    EXPECT_LT(took, 5000u);
+}

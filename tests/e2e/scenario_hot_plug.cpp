@@ -1,0 +1,348 @@
+// A USB device pulled and plugged back while the program runs: a recording
+// goes on in numbered files, the preview moves to another device and back,
+// and every change says what happened. The synthetic camera is pulled as a
+// cable would be and the test then sends the notification the system would.
+#include <gtest/gtest.h>
+
+#include "device/graph_helpers.h"
+#include "e2e/harness.h"
+#include "support/ffprobe.h"
+#include "tools/synthcam/sky.h"
+
+#include <memory>
+#include <regex>
+
+using namespace e2e;
+
+namespace {
+
+constexpr wchar_t kMainTitle[] = L"MAVU Video Capture Version 2.1";
+constexpr wchar_t kPendingTitle[] = L"MAVU Video Capture -- Event pending";
+constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
+
+uint64_t NowMs()
+{
+    return synthcam::UtcMsSince2020Now();
+}
+
+// The program with its devices, shown through VMR9.
+struct PlugRun {
+    devicetest::SyntheticDevices devices;
+    std::wstring folder = MakeWorkFolderForCurrentTest();
+    std::unique_ptr<Program> program;
+
+    bool Start(const std::string& options = "")
+    {
+        WriteOptions(folder, Option("DefaultRenderer", "VMR9") + options);
+        program = std::make_unique<Program>(folder);
+        return program->Start() && program->WaitReady();
+    }
+    HWND Main() const { return program->MainWindow(); }
+    bool WaitTitle(const wchar_t* title, DWORD timeoutMs) const
+    {
+        return WaitUntil([&] { return WindowText(Main()) == title; }, timeoutMs, 20);
+    }
+    // A cable pulled, then the system's word that something changed.
+    LRESULT Pull(const std::wstring& name) { return devices.Pull(name) ? SendDeviceChange(Main()) : -2; }
+    LRESULT Plug(const std::wstring& name, const std::wstring& profile = L"webcam")
+    {
+        return devices.Add(name, profile) ? SendDeviceChange(Main()) : -2;
+    }
+    std::wstring Videos() const { return folder + L"\\VideoFiles"; }
+    int Count(const std::wstring& text) const { return program->CountMessages(text); }
+    bool WaitCount(const std::wstring& text, int count, DWORD timeoutMs) const
+    {
+        return WaitUntil([&] { return Count(text) >= count; }, timeoutMs, 50);
+    }
+};
+
+// A pull or a plug that the program took, and said once what it made of.
+void ExpectHandled(LRESULT answer, const PlugRun& run, const std::wstring& line)
+{
+    EXPECT_EQ(answer, 1);
+    EXPECT_EQ(run.Count(line), 1) << Narrow(run.program->Messages());
+}
+
+// The picture and the record buttons are up exactly while a device is in
+// use.
+void ExpectDeviceInUse(const PlugRun& run, HWND clipping, bool inUse)
+{
+    EXPECT_EQ(IsVisible(clipping), inUse);
+    EXPECT_EQ(IsVisible(run.program->RecordControlsWindow()), inUse);
+}
+
+// One file of a recording: its frames' stamps and its report.
+struct Piece {
+    std::wstring name;
+    std::vector<synthcam::FrameStamp> stamps;
+    std::string report;
+};
+
+Piece ReadPiece(const PlugRun& run, const std::wstring& name)
+{
+    Piece piece;
+    piece.name = name;
+    std::wstring avi = run.Videos() + L"\\" + name;
+    piece.stamps = testsupport::ReadRecordedStamps(Narrow(avi), 640);
+    piece.report = ReadBytes(avi.substr(0, avi.size() - 4) + L".txt");
+    return piece;
+}
+
+// Every frame the device delivered in the piece's run is there, in order.
+// The stamps number every frame the device made, delivered or dropped (a
+// frame whose moment came while every buffer was held downstream), so the
+// numbers missing from the file are the device's drops. The report counts
+// from a baseline read just after the start, so up to a few frames before
+// it are in the file and not in its counts.
+void ExpectNothingLost(const Piece& piece, const char* heading)
+{
+    SCOPED_TRACE(Narrow(piece.name));
+    ASSERT_GT(piece.stamps.size(), 30u);
+    long missing = static_cast<long>(piece.stamps.front().counter);
+    for (size_t i = 1; i < piece.stamps.size(); ++i) {
+        EXPECT_GT(piece.stamps[i].counter, piece.stamps[i - 1].counter) << "frame " << i;
+        missing += static_cast<long>(piece.stamps[i].counter) - static_cast<long>(piece.stamps[i - 1].counter) - 1;
+    }
+    EXPECT_EQ(piece.report.rfind(heading, 0), 0u) << piece.report;
+    std::smatch counts;
+    ASSERT_TRUE(std::regex_search(piece.report, counts,
+                                  std::regex("Number of recorded frames:  (\\d+)\r\r\nNumber of dropped frames:  "
+                                             "(\\d+)")))
+        << piece.report;
+    long recorded = std::stol(counts[1]);
+    long dropped = std::stol(counts[2]);
+    long inFile = static_cast<long>(piece.stamps.size());
+    EXPECT_GE(inFile, recorded);
+    EXPECT_LE(inFile, recorded + 3);
+    EXPECT_GE(missing, dropped);
+    EXPECT_LE(missing, dropped + 3);
+    EXPECT_NE(piece.report.find("Video source device: Sky Cam\r\r\n"), std::string::npos);
+}
+
+// The gap between two pieces holds the time the device was away, and not
+// much more: the end of one is the pull, the start of the next is the
+// camera's start after the plug.
+void ExpectGapOnlyWhileAway(const Piece& before, const Piece& after, uint64_t pulledAt, uint64_t pluggedAt)
+{
+    SCOPED_TRACE(Narrow(before.name) + " to " + Narrow(after.name));
+    ASSERT_FALSE(before.stamps.empty());
+    ASSERT_FALSE(after.stamps.empty());
+    EXPECT_LE(before.stamps.back().utcMs, pulledAt + 50);
+    EXPECT_GE(before.stamps.back().utcMs + 300, pulledAt);
+    EXPECT_GE(after.stamps.front().utcMs, pluggedAt);
+    EXPECT_LE(after.stamps.front().utcMs, pluggedAt + 3000);
+}
+
+// The pieces of a recording, x.avi, x_1.avi, x_2.avi, by the first name.
+std::vector<std::wstring> PieceNames(const std::wstring& first, int continuations)
+{
+    std::vector<std::wstring> names{first};
+    std::wstring stem = first.substr(0, first.size() - 4);
+    for (int i = 1; i <= continuations; ++i)
+        names.push_back(stem + L"_" + std::to_wstring(i) + L".avi");
+    return names;
+}
+
+}  // namespace
+
+TEST(HotPlug, PullAndReplugTwiceDuringAnEventGoesOnInNumberedFilesAndEndsOnTime)
+{
+    PlugRun run;
+    ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
+    // Centred 22 s ahead with 20 s: the recording runs from about 12 s to
+    // 32 s from now. The next event waits to be armed after it.
+    SYSTEMTIME moment = UtcInSeconds(22);
+    WriteEvent(run.folder, L"Vesta", moment, 20, "Vesta");
+    WriteEvent(run.folder, L"Later", UtcInSeconds(300), 4, "Later");
+    ASSERT_TRUE(run.Start());
+    ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 30000));
+    uint64_t recordingFrom = NowMs();
+    Sleep(4000);
+
+    std::vector<uint64_t> pulled, plugged;
+    for (int round = 1; round <= 2; ++round) {
+        pulled.push_back(NowMs());
+        ASSERT_EQ(run.Pull(L"Sky Cam"), 1);
+        EXPECT_EQ(run.Count(L"Active video capture device \"Sky Cam\" disconnected while recording\r\n"), round);
+        // The piece stops with its report; the recording stays on.
+        EXPECT_EQ(ListFiles(run.Videos(), L"*.txt").size(), static_cast<size_t>(round));
+        EXPECT_EQ(WindowText(run.Main()), kRecordingTitle);
+        Sleep(2000);
+        plugged.push_back(NowMs());
+        ASSERT_EQ(run.Plug(L"Sky Cam"), 1);
+        EXPECT_EQ(run.Count(L"Active video capture device \"Sky Cam\" reconnected for recording\r\n"), round);
+        EXPECT_EQ(run.Count(L"Start recording at "), round + 1);
+        Sleep(3000);
+    }
+
+    // The end timer ends the event on time, 20.45 s after the deadline.
+    ASSERT_TRUE(WaitUntil([&] { return WindowText(run.Main()) != kRecordingTitle; }, 30000, 20));
+    uint64_t endedAt = NowMs();
+    EXPECT_NEAR(static_cast<double>(endedAt - recordingFrom) / 1000, 20.5, 1.5);
+    // And the next event is armed as usual.
+    EXPECT_TRUE(run.WaitTitle(kPendingTitle, 10000));
+    ASSERT_TRUE(WaitUntil([&] { return ListFiles(run.Videos(), L"*.txt").size() == 3; }, 10000));
+    EXPECT_EQ(run.Count(L"Current Event Information:"), 2);
+
+    std::vector<std::wstring> videos = ListFiles(run.Videos(), L"*.avi");
+    std::sort(videos.begin(), videos.end());
+    ASSERT_EQ(videos.size(), 3u);
+    std::vector<std::wstring> names = PieceNames(videos[0], 2);
+    EXPECT_EQ(videos, names);
+    EXPECT_EQ(videos[0].rfind(L"Vesta_", 0), 0u);
+    std::vector<Piece> pieces;
+    for (const std::wstring& name : names) {
+        testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(run.Videos() + L"\\" + name));
+        ASSERT_TRUE(video.ok) << video.raw;
+        pieces.push_back(ReadPiece(run, name));
+        EXPECT_EQ(video.frames, static_cast<int>(pieces.back().stamps.size()));
+        ExpectNothingLost(pieces.back(), "Event recording: \r\r\n");
+    }
+    for (int i = 0; i < 2; ++i)
+        ExpectGapOnlyWhileAway(pieces[i], pieces[i + 1], pulled[i], plugged[i]);
+    EXPECT_LE(pieces[2].stamps.back().utcMs, endedAt);
+    EXPECT_GE(pieces[2].stamps.back().utcMs + 1000, endedAt);
+    run.program->Kill();
+}
+
+TEST(HotPlug, PullAndReplugDuringAManualRecordingGoesOnUnderTheManualName)
+{
+    PlugRun run;
+    ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
+    ASSERT_TRUE(run.Start());
+    HWND start = FindChild(run.program->RecordControlsWindow(), L"Button");
+    HWND stop = GetWindow(start, GW_HWNDNEXT);
+    Click(start);
+    ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 10000));
+    Sleep(3000);
+    uint64_t pulledAt = NowMs();
+    ExpectHandled(run.Pull(L"Sky Cam"), run,
+                  L"Active video capture device \"Sky Cam\" disconnected while recording\r\n");
+    // The user can still stop: Stop stays enabled, Start grey.
+    EXPECT_TRUE(IsEnabled(stop));
+    EXPECT_FALSE(IsEnabled(start));
+    EXPECT_TRUE(IsVisible(run.program->RecordControlsWindow()));
+    Sleep(1500);
+    uint64_t pluggedAt = NowMs();
+    ExpectHandled(run.Plug(L"Sky Cam"), run, L"Active video capture device \"Sky Cam\" reconnected for recording\r\n");
+    Sleep(3000);
+    Click(stop);
+    ASSERT_TRUE(run.WaitTitle(kMainTitle, 10000));
+    ASSERT_TRUE(WaitUntil([&] { return ListFiles(run.Videos(), L"*.txt").size() == 2; }, 10000));
+
+    std::vector<std::wstring> videos = ListFiles(run.Videos(), L"*.avi");
+    std::sort(videos.begin(), videos.end());
+    ASSERT_EQ(videos.size(), 2u);
+    EXPECT_TRUE(std::regex_match(Narrow(videos[0]), std::regex(R"(\d\d_\d\d_\d{4}_\d\d_\d\d_\d\d\.avi)")))
+        << Narrow(videos[0]);
+    EXPECT_EQ(videos, PieceNames(videos[0], 1));
+    Piece first = ReadPiece(run, videos[0]);
+    Piece second = ReadPiece(run, videos[1]);
+    ExpectNothingLost(first, "Manual recording\r\r\n");
+    ExpectNothingLost(second, "Manual recording\r\r\n");
+    ExpectGapOnlyWhileAway(first, second, pulledAt, pluggedAt);
+    // After the stop a new recording starts from a fresh name again.
+    EXPECT_TRUE(WaitUntil([&] { return IsEnabled(start) && !IsEnabled(stop); }, 5000));
+    run.program->Kill();
+}
+
+TEST(HotPlug, TheNextDeviceTakesOverFromAPulledOneAndTheDefaultTakesOverWhenItComes)
+{
+    PlugRun run;
+    ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
+    ASSERT_TRUE(run.devices.Add(L"Spare Cam", L"webcam"));
+    ASSERT_TRUE(run.Start(Option("DefaultVideoSource", "Main Cam")));
+    HWND clipping = FindChild(run.Main(), L"MavuVideoRecordWindow");
+    ASSERT_NE(clipping, nullptr);
+    ExpectDeviceInUse(run, clipping, true);
+
+    ExpectHandled(run.Pull(L"Sky Cam"), run, L"Active video capture device \"Sky Cam\" disconnected\r\n");
+    ExpectDeviceInUse(run, clipping, true);
+    ExpectHandled(run.Pull(L"Spare Cam"), run, L"Active video capture device \"Spare Cam\" disconnected\r\n");
+    EXPECT_EQ(run.Count(L"There is no video capture device connected to the computer\r\n"), 1);
+    ExpectDeviceInUse(run, clipping, false);
+
+    // Plugged back, the device is taken up again and the preview returns.
+    ExpectHandled(run.Plug(L"Sky Cam"), run, L"Video capture device \"Sky Cam\" connected\r\n");
+    ExpectDeviceInUse(run, clipping, true);
+    // Another known device coming back doesn't take over.
+    ExpectHandled(run.Plug(L"Spare Cam"), run, L"Video capture device \"Spare Cam\" connected\r\n");
+
+    // The device named as the default takes over as soon as it comes, new
+    // to the program as it is.
+    ExpectHandled(run.Plug(L"Main Cam"), run, L"Video capture device \"Main Cam\" connected as the default\r\n");
+    HWND start = FindChild(run.program->RecordControlsWindow(), L"Button");
+    HWND stop = GetWindow(start, GW_HWNDNEXT);
+    Click(start);
+    ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 10000));
+    Sleep(1500);
+    Click(stop);
+    ASSERT_TRUE(WaitUntil([&] { return ListFiles(run.Videos(), L"*.txt").size() == 1; }, 10000));
+    std::vector<std::wstring> reports = ListFiles(run.Videos(), L"*.txt");
+    std::string report = ReadBytes(run.Videos() + L"\\" + reports[0]);
+    EXPECT_NE(report.find("Video source device: Main Cam\r\r\n"), std::string::npos) << report;
+    run.program->Kill();
+}
+
+TEST(HotPlug, UnusableIgnoredAndDoubleRemovalsEachGiveTheirLines)
+{
+    PlugRun run;
+    ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
+    ASSERT_TRUE(run.devices.Add(L"Hidden Cam", L"webcam"));
+    ASSERT_TRUE(run.devices.Add(L"Spare One", L"webcam"));
+    ASSERT_TRUE(run.devices.Add(L"Spare Two", L"webcam"));
+    ASSERT_TRUE(run.Start(Option("ExcludedVideoSource", "Hidden Cam")));
+
+    // An unusable device is refused the first time it comes, and from then
+    // on doesn't count as attached.
+    const std::wstring refused = L"Device \"Tiny Cam\" cannot be used for video capture\r\n";
+    ASSERT_EQ(run.Plug(L"Tiny Cam", L"small"), 1);
+    EXPECT_EQ(run.Count(refused), 1);
+    ASSERT_EQ(run.Pull(L"Tiny Cam"), 1);
+    ASSERT_EQ(run.Plug(L"Tiny Cam", L"small"), 1);
+    EXPECT_EQ(run.Count(refused), 1);
+    EXPECT_EQ(run.Count(L"Tiny Cam"), 1) << Narrow(run.program->Messages());
+
+    ExpectHandled(run.Pull(L"Hidden Cam"), run, L"Ignored video capture device \"Hidden Cam\" disconnected\r\n");
+    ExpectHandled(run.Plug(L"Hidden Cam"), run, L"Ignored video capture device \"Hidden Cam\" connected\r\n");
+
+    // Two pulled before one notification: it handles the first; the second
+    // waits for the next one.
+    ASSERT_TRUE(run.devices.Pull(L"Spare Two"));
+    ASSERT_TRUE(run.devices.Pull(L"Spare One"));
+    ASSERT_EQ(SendDeviceChange(run.Main()), 1);
+    EXPECT_EQ(run.Count(L"Inactive video capture device \"Spare One\" disconnected\r\n"), 1);
+    EXPECT_EQ(run.Count(L"Spare Two"), 0);
+    ASSERT_EQ(SendDeviceChange(run.Main()), 1);
+    EXPECT_EQ(run.Count(L"Inactive video capture device \"Spare Two\" disconnected\r\n"), 1);
+    // Nothing left to find.
+    std::wstring before = run.program->Messages();
+    ASSERT_EQ(SendDeviceChange(run.Main()), 1);
+    EXPECT_EQ(run.program->Messages(), before);
+    run.program->Kill();
+}
+
+TEST(HotPlug, ANotificationDuringACameraStartIsDroppedAndTheNextOneFindsTheChange)
+{
+    PlugRun run;
+    // A camera that takes three seconds to start: the event's recording
+    // starts it on the countdown's thread, and the window stays free.
+    ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam", L"ntsc", {.startDelayMs = 3000}));
+    ASSERT_TRUE(run.devices.Add(L"Spare Cam", L"webcam"));
+    WriteEvent(run.folder, L"Slow", UtcInSeconds(16), 10, "Slow");
+    ASSERT_TRUE(run.Start());
+    ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 30000));
+    Sleep(500);
+    ASSERT_EQ(run.Count(L"Start recording at "), 0) << "the camera is still starting";
+    ASSERT_TRUE(run.devices.Pull(L"Spare Cam"));
+    std::wstring before = run.program->Messages();
+    EXPECT_EQ(SendDeviceChange(run.Main()), 0);
+    EXPECT_EQ(run.program->Messages(), before);
+    ASSERT_TRUE(run.WaitCount(L"Start recording at ", 1, 10000));
+    EXPECT_EQ(run.Count(L"Spare Cam"), 0);
+    // The change waited for the next notification.
+    EXPECT_EQ(SendDeviceChange(run.Main()), 1);
+    EXPECT_EQ(run.Count(L"Inactive video capture device \"Spare Cam\" disconnected\r\n"), 1);
+    EXPECT_EQ(WindowText(run.Main()), kRecordingTitle);
+    run.program->Kill();
+}

@@ -1,0 +1,163 @@
+// The scan of a device change against synthetic devices pulled and plugged
+// back: what it finds, what it marks, what it validates, and what a
+// recording keeps of a device that went away.
+#include "engine/engine_fixture.h"
+
+#include "e2e/harness.h"
+#include "support/ffprobe.h"
+#include "tools/synthcam/sky.h"
+#include "video/device_hot_plug.h"
+#include "video/device_list.h"
+
+using namespace enginetest;
+
+namespace {
+
+struct ScanResult {
+    ConnectResult result;
+    int32_t index;
+};
+
+ScanResult Scan()
+{
+    ScanResult scan{NothingToDo, -2};
+    scan.result = UpdateSourceVideoInfoList(&scan.index);
+    return scan;
+}
+
+}  // namespace
+
+TEST_F(EngineTest, ScansFindEachPullAndReturnByNameAndBindTheReturnedDeviceAfresh)
+{
+    ASSERT_TRUE(devices.Add(L"Cam A", L"webcam"));
+    ASSERT_TRUE(devices.Add(L"Cam B", L"webcam"));
+    ScanDevices();
+    ASSERT_EQ(videoSources.size(), 2u);
+    currentSourceIndex = 0;
+    videoSources[0]->isActive = 1;
+    TakeMessages();
+
+    ScanResult scan = Scan();
+    EXPECT_EQ(scan.result, NothingToDo);
+    EXPECT_EQ(scan.index, -1);
+
+    IBaseFilter* pulledFilter = videoSources[0]->baseFilter;
+    ASSERT_TRUE(devices.Pull(L"Cam A"));
+    scan = Scan();
+    EXPECT_EQ(scan.result, ActiveDeviceRemoved);
+    EXPECT_EQ(scan.index, 0);
+    EXPECT_EQ(videoSources[0]->isDisconnected, 1);
+    EXPECT_EQ(Scan().result, NothingToDo);
+
+    ASSERT_TRUE(devices.Add(L"Cam A", L"webcam"));
+    videoSources[0]->isActive = 0;
+    scan = Scan();
+    EXPECT_EQ(scan.result, KnownDeviceReturned);
+    EXPECT_EQ(scan.index, 0);
+    EXPECT_EQ(videoSources[0]->isDisconnected, 0);
+    // The old filter is let go unreleased; the next use binds the device
+    // that is attached now.
+    EXPECT_EQ(videoSources[0]->baseFilter, nullptr);
+    ASSERT_EQ(GetVideoSourceBaseFilter(videoSources[0]), S_OK);
+    EXPECT_NE(videoSources[0]->baseFilter, pulledFilter);
+    EXPECT_EQ(videoSources.size(), 2u);
+    EXPECT_EQ(TakeMessages(), L"");
+}
+
+TEST_F(EngineTest, ANewDeviceIsValidatedAndAppendedAndAnUnusableOneIsReportedOnce)
+{
+    ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
+    ScanDevices();
+    TakeMessages();
+
+    ASSERT_TRUE(devices.Add(L"Second Cam", L"bare"));
+    ScanResult scan = Scan();
+    EXPECT_EQ(scan.result, NewDeviceAppended);
+    EXPECT_EQ(scan.index, 1);
+    ASSERT_EQ(videoSources.size(), 2u);
+    EXPECT_STREQ(videoSources[1]->name, L"Second Cam");
+    EXPECT_EQ(videoSources[1]->seenAttached, 1);
+    EXPECT_EQ(videoSources[1]->deviceStandard, StandardDigital);
+    EXPECT_FALSE(videoSources[1]->frameRates.empty());
+
+    ASSERT_TRUE(devices.Add(L"Tiny", L"small"));
+    scan = Scan();
+    EXPECT_EQ(scan.result, NothingToDo);
+    EXPECT_EQ(scan.index, -1);
+    EXPECT_EQ(TakeMessages(),
+              L"Video device source information has no frame rate entriesDevice \"Tiny\" cannot be "
+              L"used for video capture\r\n");
+    ASSERT_TRUE(devices.Pull(L"Tiny"));
+    EXPECT_EQ(Scan().result, NothingToDo);
+    ASSERT_TRUE(devices.Add(L"Tiny", L"small"));
+    EXPECT_EQ(Scan().result, NothingToDo);
+    EXPECT_EQ(TakeMessages(), L"");
+    EXPECT_EQ(videoSources.size(), 2u);
+    EXPECT_EQ(unusableDeviceNames, (std::vector<std::wstring>{L"Tiny"}));
+}
+
+TEST_F(EngineTest, TwoPullsBeforeOneScanAreFoundOneScanAtATime)
+{
+    ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
+    ASSERT_TRUE(devices.Add(L"Spare One", L"webcam"));
+    ASSERT_TRUE(devices.Add(L"Spare Two", L"webcam"));
+    ScanDevices();
+    ASSERT_EQ(videoSources.size(), 3u);
+    videoSources[0]->isActive = 1;
+    videoSources[2]->isIgnored = 1;
+    ASSERT_TRUE(devices.Pull(L"Spare Two"));
+    ASSERT_TRUE(devices.Pull(L"Spare One"));
+    ScanResult scan = Scan();
+    EXPECT_EQ(scan.result, InactiveDeviceRemoved);
+    EXPECT_EQ(scan.index, 1);
+    EXPECT_EQ(videoSources[2]->isDisconnected, 0);
+    scan = Scan();
+    EXPECT_EQ(scan.result, IgnoredDeviceRemoved);
+    EXPECT_EQ(scan.index, 2);
+
+    ASSERT_TRUE(devices.Add(L"Spare Two", L"webcam"));
+    scan = Scan();
+    EXPECT_EQ(scan.result, IgnoredDeviceReturned);
+    EXPECT_EQ(scan.index, 2);
+}
+
+TEST_F(EngineTest, AScanWithoutAPlaceForItsIndexSaysSoAndDoesNothing)
+{
+    EXPECT_EQ(UpdateSourceVideoInfoList(nullptr), NothingToDo);
+    EXPECT_EQ(TakeMessages(), L"Logic error: attempt to get base filter from a NULL pointer to VideoSourceInfo\r\n");
+    // With no device at all and none attached, nothing changed.
+    int32_t index = 5;
+    EXPECT_EQ(UpdateSourceVideoInfoList(&index), NothingToDo);
+    EXPECT_EQ(index, -1);
+}
+
+// A recording whose device is pulled keeps every frame that the device
+// delivered before the pull, without a gap, and ends where the pull was.
+TEST_F(EngineTest, APulledRecordingKeepsEveryFrameTheDeviceDelivered)
+{
+    ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
+    ScanDevices();
+    currentSourceIndex = 0;
+    std::string avi = devicetest::WorkFolder("engine-pull") + "/pulled.avi";
+    DeleteFileA(avi.c_str());
+    std::wstring path(avi.begin(), avi.end());
+    ASSERT_EQ(player->StartCamera(false, path.c_str()), S_OK);
+    Sleep(2500);
+    uint64_t pulledAt = synthcam::UtcMsSince2020Now();
+    ASSERT_TRUE(devices.Pull(L"Cam"));
+    Sleep(1500);
+    long delivered = 0;
+    ASSERT_TRUE(player->droppedFrames);
+    player->droppedFrames->GetNumNotDropped(&delivered);
+    ASSERT_EQ(player->StopCamera(false, path.c_str(), RecordingNotes{}), S_OK);
+    player->RemoveGraphFilters();
+
+    std::vector<synthcam::FrameStamp> stamps = testsupport::ReadRecordedStamps(avi, 640);
+    ASSERT_GT(stamps.size(), 50u);
+    EXPECT_EQ(static_cast<long>(stamps.size()), delivered);
+    for (size_t i = 1; i < stamps.size(); ++i)
+        ASSERT_EQ(stamps[i].counter, stamps[i - 1].counter + 1) << i;
+    // The last frame is one of the moment of the pull.
+    EXPECT_LE(stamps.back().utcMs, pulledAt + 50);
+    EXPECT_GE(stamps.back().utcMs + 200, pulledAt);
+}

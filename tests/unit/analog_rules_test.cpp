@@ -1,0 +1,126 @@
+// The rules of the analog standard: the frame count that means PAL, when a
+// trial changed the standard and what it says, and the rate group and
+// format that go with each standard.
+#include "video/analog_standard.h"
+
+#include <gtest/gtest.h>
+
+#include <cwchar>
+#include <memory>
+#include <vector>
+
+namespace {
+
+// A device record with groups of the given rates, each holding formats of
+// the given sizes, freed with the test.
+struct Grabber {
+    VideoSourceInfo source{};
+    std::vector<std::unique_ptr<VideoFormatsByFrameRate>> groups;
+    std::vector<std::unique_ptr<VideoFormat>> formats;
+
+    Grabber& Group(uint32_t rate, std::vector<std::pair<int32_t, int32_t>> sizes)
+    {
+        auto group = std::make_unique<VideoFormatsByFrameRate>();
+        group->enabled = 1;
+        group->frameRate = rate;
+        swprintf(group->frameRateText, kFrameRateTextCapacity, L"%u", rate);
+        for (auto [width, height] : sizes) {
+            auto format = std::make_unique<VideoFormat>();
+            format->width = width;
+            format->height = height;
+            format->frameRate = rate;
+            group->formats.push_back(format.get());
+            formats.push_back(std::move(format));
+        }
+        source.frameRates.push_back(group.get());
+        groups.push_back(std::move(group));
+        return *this;
+    }
+};
+
+}  // namespace
+
+TEST(AnalogRules, SixFramesDrawnMeanPalAndFiveNtsc)
+{
+    const struct {
+        long drawn;
+        bool pal;
+    } rows[] = {{0, false}, {1, false}, {5, false}, {6, true}, {7, true}, {40, true}, {-1, false}};
+    for (const auto& row : rows)
+        EXPECT_EQ(TrialShowsPal(row.drawn), row.pal) << row.drawn;
+}
+
+TEST(AnalogRules, AChangeIsAStandardOtherThanTheDecodersAtTheStart)
+{
+    EXPECT_TRUE(AnalogStandardChanged(kDecoderNtscM, StandardPAL));
+    EXPECT_TRUE(AnalogStandardChanged(kDecoderPalB, StandardNTSC));
+    EXPECT_FALSE(AnalogStandardChanged(kDecoderNtscM, StandardNTSC));
+    EXPECT_FALSE(AnalogStandardChanged(kDecoderPalB, StandardPAL));
+    EXPECT_FALSE(AnalogStandardChanged(kDecoderNtscM, StandardDigital));
+    EXPECT_EQ(AutoDetectChangeLine(L"USB 2820 Device", StandardPAL),
+              L"Auto Detect: device \"USB 2820 Device\" format changed from NTSC to PAL\r\n");
+    EXPECT_EQ(AutoDetectChangeLine(L"USB 2861 Device", StandardNTSC),
+              L"Auto Detect: device \"USB 2861 Device\" format changed from PAL to NTSC\r\n");
+}
+
+TEST(AnalogRules, EachStandardSelectsItsRateGroupAndSwitchesTheOthersOff)
+{
+    struct Row {
+        DeviceStandard standard;
+        uint32_t selectedGroup;
+        uint32_t selectedFormat;  // in the selected group
+        std::vector<int32_t> enabled;
+    } rows[] = {
+        {StandardNTSC, 0, 0, {1, 0, 0}},
+        // PAL: the group of 25, and in it 720 by 576, wherever it stands.
+        {StandardPAL, 1, 1, {0, 1, 0}},
+        // Neither: every group off, the selection as it was.
+        {StandardDigital, 2, 0, {0, 0, 0}},
+        {StandardUnknown, 2, 0, {0, 0, 0}},
+    };
+    for (const Row& row : rows) {
+        Grabber grabber;
+        grabber.Group(30, {{720, 480}, {640, 480}}).Group(25, {{640, 480}, {720, 576}}).Group(15, {{640, 480}});
+        grabber.source.currentFrameRateIndex = 2;
+        grabber.source.deviceStandard = row.standard;
+        SetAnalogDeviceFrameRate(&grabber.source);
+        EXPECT_EQ(grabber.source.currentFrameRateIndex, row.selectedGroup) << row.standard;
+        EXPECT_EQ(grabber.source.frameRates[row.selectedGroup]->currentFormatIndex, row.selectedFormat) << row.standard;
+        std::vector<int32_t> enabled;
+        for (const VideoFormatsByFrameRate* group : grabber.source.frameRates)
+            enabled.push_back(group->enabled);
+        EXPECT_EQ(enabled, row.enabled) << row.standard;
+    }
+}
+
+TEST(AnalogRules, WithoutTheRightRateTheOldSelectionStaysWhileEveryGroupIsOff)
+{
+    Grabber grabber;
+    grabber.Group(30, {{720, 480}}).Group(15, {{640, 480}});
+    grabber.source.currentFrameRateIndex = 1;
+    grabber.source.deviceStandard = StandardPAL;
+    SetAnalogDeviceFrameRate(&grabber.source);
+    EXPECT_EQ(grabber.source.currentFrameRateIndex, 1u);
+    EXPECT_EQ(grabber.groups[0]->enabled, 0);
+    EXPECT_EQ(grabber.groups[1]->enabled, 0);
+
+    // PAL at 25 without 720 by 576: the group is chosen, its format stays.
+    Grabber small;
+    small.Group(30, {{720, 480}}).Group(25, {{640, 480}, {768, 576}});
+    small.groups[1]->currentFormatIndex = 1;
+    small.source.deviceStandard = StandardPAL;
+    SetAnalogDeviceFrameRate(&small.source);
+    EXPECT_EQ(small.source.currentFrameRateIndex, 1u);
+    EXPECT_EQ(small.groups[1]->currentFormatIndex, 1u);
+}
+
+TEST(AnalogRules, TheTrialFormatIs720By576InTheGroupOf25Only)
+{
+    Grabber grabber;
+    grabber.Group(30, {{720, 576}}).Group(25, {{640, 480}, {720, -576}, {720, 576}, {720, 576}});
+    EXPECT_EQ(FindPalTrialFormat(grabber.source), grabber.groups[1]->formats[2]);
+
+    Grabber none;
+    none.Group(30, {{720, 576}}).Group(25, {{640, 480}});
+    EXPECT_EQ(FindPalTrialFormat(none.source), nullptr);
+}

@@ -1,0 +1,69 @@
+// What the main window does with a device change that isn't a scan: which
+// notifications it takes, and the names of a recording's continuation
+// files.
+#include "app/continuation_file.h"
+#include "app/device_change.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+TEST(DeviceChange, OnlyDevNodesChangedIsTakenAndOnlyWhenNothingElseRuns)
+{
+    struct Row {
+        WPARAM wParam;
+        bool startingUp, cameraStarting, busy;
+        bool taken;
+    } rows[] = {
+        {7, false, false, false, true},
+        // DBT_DEVICEARRIVAL, DBT_DEVICEREMOVECOMPLETE, DBT_QUERYCHANGECONFIG: not the one.
+        {0x8000, false, false, false, false},
+        {0x8004, false, false, false, false},
+        {0x0017, false, false, false, false},
+        {0, false, false, false, false},
+        {7, true, false, false, false},
+        {7, false, true, false, false},
+        {7, false, false, true, false},
+        {7, true, true, true, false},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(DeviceChangeTaken(row.wParam, row.startingUp, row.cameraStarting, row.busy), row.taken)
+            << row.wParam << row.startingUp << row.cameraStarting << row.busy;
+}
+
+TEST(DeviceChange, ContinuationFilesAreNamedFromTheFirstFile)
+{
+    struct Row {
+        const wchar_t* first;
+        uint32_t count;
+        const wchar_t* path;  // null: refused
+    } rows[] = {
+        {L"VideoFiles\\x.avi", 1, L"VideoFiles\\x_1.avi"},
+        {L"VideoFiles\\x.avi", 2, L"VideoFiles\\x_2.avi"},
+        {L"VideoFiles\\x.avi", 12, L"VideoFiles\\x_12.avi"},
+        {L"D:\\v\\Vesta_TYC 1_01_02_2026_03_04_05.avi", 1, L"D:\\v\\Vesta_TYC 1_01_02_2026_03_04_05_1.avi"},
+        {L".avi", 3, L"_3.avi"},
+        // The comparison is exact: upper case, another extension or none.
+        {L"VideoFiles\\X.AVI", 1, nullptr},
+        {L"VideoFiles\\x.Avi", 1, nullptr},
+        {L"VideoFiles\\x.avi.txt", 1, nullptr},
+        {L"avi", 1, nullptr},
+        {L"", 1, nullptr},
+    };
+    for (const Row& row : rows) {
+        wchar_t out[256] = L"untouched";
+        bool made = ContinuationFilePath(row.first, row.count, out, 256);
+        EXPECT_EQ(made, row.path != nullptr) << testing::PrintToString(std::wstring(row.first));
+        EXPECT_EQ(std::wstring(out), row.path ? row.path : L"untouched")
+            << testing::PrintToString(std::wstring(row.first));
+    }
+}
+
+TEST(DeviceChange, AContinuationPathIsCutToTheRoomItHas)
+{
+    std::wstring first(250, L'a');
+    first += L".avi";
+    wchar_t out[256];
+    ASSERT_TRUE(ContinuationFilePath(first.c_str(), 10, out, 256));
+    EXPECT_EQ(std::wstring(out), std::wstring(250, L'a') + L"_10.a");
+}

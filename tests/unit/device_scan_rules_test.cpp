@@ -1,0 +1,231 @@
+// The classing of a device change, on plain records and names: which device
+// a scan deals with, what it marks, and the faults it reports.
+#include "video/device_scan_rules.h"
+
+#include <gtest/gtest.h>
+
+#include <cwchar>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+// A record with a name and the flags a letter code asks for: A active,
+// M manual recording, E event recording, I ignored, D disconnected,
+// F default.
+std::unique_ptr<VideoSourceInfo> Device(const wchar_t* name, const char* flags = "")
+{
+    auto source = std::make_unique<VideoSourceInfo>();
+    wcscpy(source->name, name);
+    for (const char* flag = flags; *flag; ++flag) {
+        switch (*flag) {
+        case 'A':
+            source->isActive = 1;
+            break;
+        case 'M':
+            source->isManualRecording = 1;
+            break;
+        case 'E':
+            source->isEventRecording = 1;
+            break;
+        case 'I':
+            source->isIgnored = 1;
+            break;
+        case 'D':
+            source->isDisconnected = 1;
+            break;
+        case 'F':
+            source->isDefault = 1;
+            break;
+        }
+    }
+    return source;
+}
+
+struct Scan {
+    std::vector<std::unique_ptr<VideoSourceInfo>> owned;
+    std::vector<VideoSourceInfo*> sources;
+
+    void Add(std::unique_ptr<VideoSourceInfo> source)
+    {
+        sources.push_back(source.get());
+        owned.push_back(std::move(source));
+    }
+    DeviceScanVerdict Run(std::vector<std::wstring> attached)
+    {
+        uint32_t disconnected = 0;
+        const wchar_t* fault = nullptr;
+        EXPECT_TRUE(PrepareDeviceScan(sources, disconnected, fault));
+        return ClassifyDeviceScan(sources, attached, disconnected);
+    }
+};
+
+}  // namespace
+
+TEST(DeviceScanRules, EachKindOfRemovalAndReturnGivesItsResultAndMarksTheDevice)
+{
+    struct Row {
+        const char* flags;  // of the device "Cam"; a second device "Other" stays attached
+        bool attached;  // "Cam" is in the list
+        ConnectResult result;
+        int32_t disconnectedAfter;
+    } rows[] = {
+        {"A", false, ActiveDeviceRemoved, 1},
+        {"M", false, RecordingDeviceRemoved, 1},
+        {"E", false, RecordingDeviceRemoved, 1},
+        {"", false, InactiveDeviceRemoved, 1},
+        {"I", false, IgnoredDeviceRemoved, 1},
+        // Ignored comes before the activity flags.
+        {"IA", false, IgnoredDeviceRemoved, 1},
+        {"MD", true, RecordingDeviceReturned, 0},
+        {"ED", true, RecordingDeviceReturned, 0},
+        {"D", true, KnownDeviceReturned, 0},
+        {"ID", true, IgnoredDeviceReturned, 0},
+        // Nothing changed: a known device still attached, or still away.
+        {"A", true, NothingToDo, 0},
+        {"D", false, NothingToDo, 1},
+    };
+    for (const Row& row : rows) {
+        Scan scan;
+        scan.Add(Device(L"Other"));
+        scan.Add(Device(L"Cam", row.flags));
+        scan.sources[1]->baseFilter = reinterpret_cast<IBaseFilter*>(0x1234);
+        std::vector<std::wstring> attached{L"Other"};
+        if (row.attached)
+            attached.push_back(L"Cam");
+        DeviceScanVerdict verdict = scan.Run(attached);
+        EXPECT_EQ(verdict.result, row.result) << row.flags;
+        EXPECT_EQ(verdict.logicError, nullptr) << row.flags;
+        EXPECT_EQ(verdict.index, row.result == NothingToDo ? -1 : 1) << row.flags;
+        EXPECT_EQ(scan.sources[1]->isDisconnected, row.disconnectedAfter) << row.flags;
+        // A device that comes back is bound afresh by name; its old filter
+        // is let go without a release.
+        bool returned = row.result == RecordingDeviceReturned || row.result == KnownDeviceReturned ||
+            row.result == IgnoredDeviceReturned;
+        EXPECT_EQ(scan.sources[1]->baseFilter == nullptr, returned) << row.flags;
+        EXPECT_EQ(scan.sources[0]->isDisconnected, 0);
+    }
+}
+
+TEST(DeviceScanRules, ANewDeviceIsTheFirstAttachedEntryWithoutARecord)
+{
+    Scan scan;
+    scan.Add(Device(L"Cam", "A"));
+    DeviceScanVerdict verdict = scan.Run({L"Cam", L"New One", L"Newer"});
+    // Two came at once: C is -2, and the first entry without a record is
+    // the one dealt with.
+    EXPECT_EQ(verdict.result, NewDeviceAppended);
+    EXPECT_EQ(verdict.newDeviceEntry, 1);
+    EXPECT_EQ(verdict.index, -1);
+    EXPECT_EQ(verdict.logicError, nullptr);
+}
+
+TEST(DeviceScanRules, TwoRemovalsInOneScanHandleOnlyTheFirst)
+{
+    Scan scan;
+    scan.Add(Device(L"Cam", "A"));
+    scan.Add(Device(L"Spare"));
+    scan.Add(Device(L"Third"));
+    DeviceScanVerdict verdict = scan.Run({L"Cam"});
+    EXPECT_EQ(verdict.result, InactiveDeviceRemoved);
+    EXPECT_EQ(verdict.index, 1);
+    EXPECT_EQ(scan.sources[1]->isDisconnected, 1);
+    // The second stays as if attached until the next scan finds it.
+    EXPECT_EQ(scan.sources[2]->isDisconnected, 0);
+    verdict = scan.Run({L"Cam"});
+    EXPECT_EQ(verdict.result, InactiveDeviceRemoved);
+    EXPECT_EQ(verdict.index, 2);
+    EXPECT_EQ(scan.Run({L"Cam"}).result, NothingToDo);
+}
+
+TEST(DeviceScanRules, OfTwoDevicesOfOneNameTheSecondRecordIsTheOneMarked)
+{
+    Scan scan;
+    scan.Add(Device(L"Twin Cam", "A"));
+    scan.Add(Device(L"Twin Cam"));
+    // Whichever was pulled, the first record keeps the one entry.
+    DeviceScanVerdict verdict = scan.Run({L"Twin Cam"});
+    EXPECT_EQ(verdict.result, InactiveDeviceRemoved);
+    EXPECT_EQ(verdict.index, 1);
+    EXPECT_EQ(scan.sources[0]->seenAttached, 1);
+    EXPECT_EQ(scan.sources[1]->seenAttached, 0);
+    verdict = scan.Run({L"Twin Cam", L"Twin Cam"});
+    EXPECT_EQ(verdict.result, KnownDeviceReturned);
+    EXPECT_EQ(verdict.index, 1);
+}
+
+TEST(DeviceScanRules, FaultsGiveTheirLineAndNothingToDo)
+{
+    {
+        // Two activity flags on the removed device: marked, but no action.
+        Scan scan;
+        scan.Add(Device(L"Cam", "AM"));
+        DeviceScanVerdict verdict = scan.Run({});
+        EXPECT_EQ(verdict.result, NothingToDo);
+        EXPECT_STREQ(verdict.logicError,
+                     L"Device connect / disconnect logic error - active flags count greater than 1\r\n");
+        EXPECT_EQ(scan.sources[0]->isDisconnected, 1);
+    }
+    {
+        // Two went and a stranger came in the same scan: a device without a
+        // record while the counts say one went away.
+        Scan scan;
+        scan.Add(Device(L"Cam", "A"));
+        scan.Add(Device(L"Spare"));
+        DeviceScanVerdict verdict = scan.Run({L"Stranger"});
+        EXPECT_EQ(verdict.result, NothingToDo);
+        EXPECT_STREQ(verdict.logicError,
+                     L"Device connect / disconnect logic error - attached devices count problem\r\n");
+    }
+    {
+        // More attached than known, but every entry has a record and none is
+        // marked away.
+        Scan scan;
+        scan.Add(Device(L"Cam", "A"));
+        DeviceScanVerdict verdict = scan.Run({L"Cam", L""});
+        EXPECT_EQ(verdict.result, NothingToDo);
+        EXPECT_STREQ(verdict.logicError,
+                     L"Device connect / disconnect logic error - expected to find a reattached device\r\n");
+    }
+    {
+        // A count of marked devices that disagrees with the marks: a device
+        // seems gone, but every record is matched or marked.
+        Scan scan;
+        scan.Add(Device(L"Cam", "D"));
+        std::vector<std::wstring> attached;
+        DeviceScanVerdict verdict = ClassifyDeviceScan(scan.sources, attached, 0);
+        EXPECT_EQ(verdict.result, NothingToDo);
+        EXPECT_STREQ(verdict.logicError,
+                     L"Device disconnect logic error - cannot find removed device in source vector\r\n");
+    }
+}
+
+TEST(DeviceScanRules, AnEmptyRecordStopsTheScanBeforeAnythingIsCleared)
+{
+    VideoSourceInfo cam{};
+    cam.seenAttached = 1;
+    std::vector<VideoSourceInfo*> sources{nullptr, &cam};
+    uint32_t disconnected = 7;
+    const wchar_t* fault = nullptr;
+    EXPECT_FALSE(PrepareDeviceScan(sources, disconnected, fault));
+    EXPECT_STREQ(fault, L"Logic error: pointer to VideoSourceInfo is NULL in UpdateSourceVideoInfoList\r\n");
+    EXPECT_EQ(cam.seenAttached, 1);
+}
+
+TEST(DeviceScanRules, TheChosenDeviceIsTheFirstDefaultElseTheFirstUsable)
+{
+    struct Row {
+        std::vector<const char*> flags;
+        uint32_t chosen;
+    } rows[] = {
+        {{}, kNoSource},      {{""}, 0},       {{"", "F"}, 1}, {{"F", "F"}, 0}, {{"I", ""}, 1}, {{"D", "I"}, kNoSource},
+        {{"DF", "", "F"}, 2}, {{"IF", ""}, 1},
+    };
+    for (const Row& row : rows) {
+        Scan scan;
+        for (const char* flags : row.flags)
+            scan.Add(Device(L"Cam", flags));
+        EXPECT_EQ(ChooseDeviceIndex(scan.sources), row.chosen) << row.flags.size();
+    }
+}
