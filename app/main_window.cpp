@@ -20,7 +20,9 @@
 #include "persistence/options.h"
 #include "persistence/options_file.h"
 #include "ui/commands.h"
+#include "ui/codec_selector_window.h"
 #include "ui/countdown_window.h"
+#include "ui/device_format_window.h"
 #include "ui/dialog_common.h"
 #include "ui/duration_window.h"
 #include "ui/event_pending_window.h"
@@ -33,6 +35,7 @@
 #include "ui/power_window.h"
 #include "ui/record_buttons.h"
 #include "ui/record_controls.h"
+#include "ui/select_device_window.h"
 #include "ui/tool_windows.h"
 #include "ui/unresponsive_notice.h"
 #include "ui/user_messages.h"
@@ -215,7 +218,9 @@ bool MainWindow::CreateDialogWindows()
     // silently and without the fatal flag.
     if (!CreateCountdownWindow(instance))
         return true;
-    if (!CreateMiscellaneousWindow(instance) || !CreateFileOptionsWindow(instance) ||
+    if (!CreateBrightnessContrastWindow(instance) || !CreateSelectDeviceWindow(instance) ||
+        !CreateDeviceFormatWindow(instance) || !CreateMiscellaneousWindow(instance) ||
+        !CreateCodecSelectorWindow(instance) || !CreateFileOptionsWindow(instance) ||
         !CreateDurationWindow(instance) || !CreateEventPendingWindow(instance) || !CreatePerformanceWindow(instance) ||
         !CreatePowerWindow(instance))
         return false;

@@ -12,13 +12,16 @@
 #include "events/event_list_window.h"
 #include "events/schedule_window.h"
 #include "persistence/options.h"
+#include "ui/codec_selector_window.h"
 #include "ui/commands.h"
+#include "ui/device_format_window.h"
 #include "ui/duration_window.h"
 #include "ui/event_pending_window.h"
 #include "ui/file_options_window.h"
 #include "ui/menus.h"
 #include "ui/misc_options_window.h"
 #include "ui/performance_window.h"
+#include "ui/select_device_window.h"
 #include "ui/window_layout.h"
 #include "ui/window_set.h"
 #include "video/video_sources.h"
@@ -56,6 +59,15 @@ void OnMove(HWND window)
 void OnOptionsCommand(unsigned command)
 {
     switch (command) {
+    case IDM_SELECT_INPUT_DEVICE:
+        OpenSelectDeviceWindow();
+        break;
+    case IDM_DEVICE_PROPERTIES:
+        OpenDeviceFormatWindow();
+        break;
+    case IDM_CODEC:
+        OpenCodecSelectorWindow();
+        break;
     case IDM_FILE_OPTIONS:
         OpenFileOptionsWindow();
         break;

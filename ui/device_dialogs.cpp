@@ -1,16 +1,24 @@
 #include "ui/device_dialogs.h"
 
+#include "ui/display_tools.h"
 #include "ui/menus.h"
+#include "video/capture_settings.h"
 
-void RefreshSelectDeviceDialog()
+HWND selectDeviceWindow = nullptr;
+HWND deviceFormatWindow = nullptr;
+
+void BeginDeviceDialog(Flag& openFlag)
 {
-    // No Select Input Device window, no list to refill.
+    openFlag = 1;
+    if (magnifyOn)
+        CloseMagnify();
+    SetDeviceDialogGreying(true);
 }
 
-void CloseDeviceFormatDialog()
+void EndDeviceDialog(HWND window, Flag& openFlag)
 {
-    // With no Device Properties window there is nothing to hide; the flag
-    // and the menu greying are the main window's and go back all the same.
-    deviceFormatOpen = 0;
+    openFlag = 0;
+    if (window)
+        ShowWindow(window, SW_HIDE);
     SetDeviceDialogGreying(false);
 }

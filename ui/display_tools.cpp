@@ -68,6 +68,8 @@ void TurnOnBrightnessContrast()
 void CloseBrightnessContrast()
 {
     SetMenuCheck(IDM_BRIGHTNESS_CONTRAST, false);
+    if (VideoPlayer* player = CurrentVideoPlayer())
+        player->SetColorControls(50, 50);
     SetSlider(brightnessContrastWindow, kBrightnessSlider, 50);
     SetSlider(brightnessContrastWindow, kContrastSlider, 50);
     SetButtonChecked(Control(brightnessContrastWindow, kColorInFileBox), false);

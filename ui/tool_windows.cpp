@@ -184,7 +184,92 @@ LRESULT CALLBACK FrameIntegrationWindowProc(HWND window, UINT message, WPARAM wP
     return DefWindowProcW(window, message, wParam, lParam);
 }
 
+// Brightness and Contrast: each slider acts on the colour filters at once,
+// leaving the other value as it is.
+void OnColorSlider(HWND window, WPARAM wParam, HWND slider)
+{
+    int code = LOWORD(wParam);
+    int position;
+    if (code == TB_THUMBTRACK)
+        position = static_cast<short>(HIWORD(wParam));
+    else if (code == TB_LINEUP || code == TB_LINEDOWN || code == TB_PAGEUP || code == TB_PAGEDOWN)
+        position = static_cast<int>(SendMessageW(slider, TBM_GETPOS, 0, 0));
+    else
+        return;
+    VideoPlayer* player = CurrentVideoPlayer();
+    if (!player)
+        return;
+    if (slider == Item(window, kBrightnessSlider))
+        player->SetColorControls(position, -1);
+    else if (slider == Item(window, kContrastSlider))
+        player->SetColorControls(-1, position);
+}
+
+LRESULT CALLBACK BrightnessContrastWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    switch (message) {
+    case WM_HSCROLL:
+        OnColorSlider(window, wParam, reinterpret_cast<HWND>(lParam));
+        return 0;
+    case WM_COMMAND:
+        if (HIWORD(wParam) == BN_CLICKED && LOWORD(wParam) == kColorInFileBox)
+            colorInCaptureFile = IsButtonChecked(Item(window, kColorInFileBox)) ? 1 : 0;
+        return 0;
+    case WM_CLOSE:
+        CloseBrightnessContrast();
+        RestartVideo();
+        return 0;
+    }
+    LRESULT result = 0;
+    if (HandleCommonDialogMessage(window, message, wParam, BrightnessContrastWindowKey, &result))
+        return result;
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+// One slider with its centred label below it. False, after the line, when
+// either can't be made.
+bool CreateColorSlider(HWND window, int top, int sliderId, int labelId, const wchar_t* label,
+                       const wchar_t* sliderWarning, const wchar_t* labelWarning)
+{
+    HWND slider =
+        CreateControl(window, TRACKBAR_CLASSW, L"", TBS_HORZ | WS_TABSTOP, 20, top, 265, 45, sliderId, nullptr);
+    if (!slider) {
+        ReportUserMessage(sliderWarning, false);
+        return false;
+    }
+    SendMessageW(slider, TBM_SETRANGE, TRUE, MAKELPARAM(0, 100));
+    for (int tick : {25, 50, 75})
+        SendMessageW(slider, TBM_SETTIC, 0, tick);
+    SendMessageW(slider, TBM_SETPAGESIZE, 0, 1);
+    SendMessageW(slider, TBM_SETPOS, TRUE, 50);
+    if (!CreateControl(window, L"STATIC", label, SS_CENTER, 20, top + 50, 265, 22, labelId, appFonts[ListFont])) {
+        ReportUserMessage(labelWarning, false);
+        return false;
+    }
+    return true;
+}
+
 }  // namespace
+
+HWND CreateBrightnessContrastWindow(HINSTANCE instance)
+{
+    // Made at the larger size; turning the tool on sizes it to the option.
+    HWND window = CreateToolWindow(instance, L"BrightnessContrast", BrightnessContrastWindowProc,
+                                   L"Brightness and Contrast", kPlainWindowStyle, 320, 320,
+                                   BrightnessContrastWindowKey);
+    if (!window)
+        return nullptr;
+    brightnessContrastWindow = window;
+    if (!CreateColorSlider(window, 20, kBrightnessSlider, kBrightnessLabel, L"Brightness",
+                           L"WARNING: cannot create child brightness slider window\r\n",
+                           L"WARNING: cannot create parent brightness slider window\r\n") ||
+        !CreateColorSlider(window, 120, kContrastSlider, kContrastLabel, L"Contrast",
+                           L"WARNING: cannot create child contrast slider window\r\n",
+                           L"WARNING: cannot create parent contrast slider window\r\n"))
+        return window;
+    CreateCheckBox(window, L" Insert into video file when recording", 20, 225, 280, kColorInFileBox);
+    return window;
+}
 
 HWND CreateMagnifyWindow(HINSTANCE instance)
 {

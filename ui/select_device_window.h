@@ -1,0 +1,14 @@
+// The Select Input Device window ("Video Input Device"): the present and
+// the ignored devices, the default, and OK keeping or Cancel restoring.
+#pragma once
+
+#include <windows.h>
+
+// Makes the window, hidden, and sets selectDeviceWindow. False on failure.
+bool CreateSelectDeviceWindow(HINSTANCE instance);
+// The menu command "Select Input Device...".
+void OpenSelectDeviceWindow();
+// Refills the device and ignored lists; also called when a device comes or
+// goes while the window is open.
+void RefreshSelectDeviceDialog();
+void CloseSelectDeviceDialog();
