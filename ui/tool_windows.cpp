@@ -267,7 +267,7 @@ HWND CreateBrightnessContrastWindow(HINSTANCE instance)
                            L"WARNING: cannot create child contrast slider window\r\n",
                            L"WARNING: cannot create parent contrast slider window\r\n"))
         return window;
-    CreateCheckBox(window, L" Insert into video file when recording", 20, 225, 280, kColorInFileBox);
+    CreateCheckBox(window, L" Insert into video file when recording", 8, 225, 296, kColorInFileBox);
     return window;
 }
 

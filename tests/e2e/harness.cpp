@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <shlwapi.h>
 
+#include <algorithm>
 
 #ifndef MAVU_SOURCE_DIR_UNIX
 #error "MAVU_SOURCE_DIR_UNIX must name the source tree"
@@ -459,6 +460,37 @@ int Program::CountMessages(const std::wstring& text) const
     for (size_t at = all.find(text); at != std::wstring::npos; at = all.find(text, at + text.size()))
         ++count;
     return count;
+}
+
+ManualRecording RecordByHand(const Program& program, DWORD ms, const std::wstring& videoFolder)
+{
+    constexpr wchar_t kMainTitle[] = L"MAVU Video Capture Version 2.1";
+    constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
+    std::wstring folder = videoFolder.empty() ? program.Folder() + L"\\VideoFiles" : videoFolder;
+    std::vector<std::wstring> before = ListFiles(folder, L"*.avi");
+    HWND start = FindChild(program.RecordControlsWindow(), L"Button");
+    HWND stop = GetWindow(start, GW_HWNDNEXT);
+    Click(start);
+    if (!WaitUntil([&] { return WindowText(program.MainWindow()) == kRecordingTitle; }, 10000))
+        return {};
+    Sleep(ms);
+    Click(stop);
+    if (!WaitUntil([&] { return WindowText(program.MainWindow()) == kMainTitle; }, 10000))
+        return {};
+    ManualRecording recording;
+    for (const std::wstring& name : ListFiles(folder, L"*.avi"))
+        if (std::find(before.begin(), before.end(), name) == before.end())
+            recording.avi = folder + L"\\" + name;
+    if (recording.avi.empty())
+        return {};
+    std::wstring report = recording.avi.substr(0, recording.avi.size() - 4) + L".txt";
+    if (!WaitUntil([&] { return GetFileAttributesW(report.c_str()) != INVALID_FILE_ATTRIBUTES; }, 10000))
+        return {};
+    // The report is written whole at the stop; give its writer the moment
+    // to close it.
+    Sleep(200);
+    recording.report = ReadBytes(report);
+    return recording;
 }
 
 }  // namespace e2e

@@ -112,4 +112,14 @@ private:
     PROCESS_INFORMATION info_{};
 };
 
+// A recording made by hand with the Record window's buttons.
+struct ManualRecording {
+    std::wstring avi;  // full path; empty when a step failed
+    std::string report;  // the report's bytes
+};
+// Clicks Start, records for about `ms`, clicks Stop and waits for the new
+// file's report; the files go to `videoFolder` (the program's default
+// "VideoFiles" when empty).
+ManualRecording RecordByHand(const Program& program, DWORD ms = 2000, const std::wstring& videoFolder = L"");
+
 }  // namespace e2e

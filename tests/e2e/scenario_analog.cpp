@@ -16,8 +16,6 @@ using namespace e2e;
 
 namespace {
 
-constexpr wchar_t kMainTitle[] = L"MAVU Video Capture Version 2.1";
-constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
 constexpr wchar_t kPalFound[] = L"Auto Detect: device \"USB 2820 Device\" format changed from NTSC to PAL\r\n";
 
 struct GrabberRun {
@@ -35,20 +33,9 @@ struct GrabberRun {
     // A short manual recording; its report, and its file's path in `avi`.
     std::string Record(std::wstring& avi)
     {
-        HWND start = FindChild(program->RecordControlsWindow(), L"Button");
-        HWND stop = GetWindow(start, GW_HWNDNEXT);
-        Click(start);
-        if (!WaitUntil([&] { return WindowText(program->MainWindow()) == kRecordingTitle; }, 10000))
-            return {};
-        Sleep(2000);
-        Click(stop);
-        std::wstring videos = folder + L"\\VideoFiles";
-        if (!WaitUntil([&] { return WindowText(program->MainWindow()) == kMainTitle; }, 10000) ||
-            !WaitUntil([&] { return ListFiles(videos, L"*.txt").size() == 1; }, 10000))
-            return {};
-        std::wstring name = ListFiles(videos, L"*.avi").front();
-        avi = videos + L"\\" + name;
-        return ReadBytes(avi.substr(0, avi.size() - 4) + L".txt");
+        ManualRecording recording = RecordByHand(*program);
+        avi = recording.avi;
+        return recording.report;
     }
 };
 

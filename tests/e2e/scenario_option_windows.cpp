@@ -9,6 +9,8 @@
 #include "device/graph_helpers.h"
 #include "e2e/harness.h"
 #include "e2e/remote_controls.h"
+#include "support/ffprobe.h"
+#include "support/stand_ins.h"
 #include "ui/commands.h"
 #include "ui/control_ids.h"
 
@@ -16,8 +18,6 @@ using namespace e2e;
 
 namespace {
 
-constexpr wchar_t kMainTitle[] = L"MAVU Video Capture Version 2.1";
-constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
 constexpr wchar_t kAllowedCharacters[] =
     L"Allowed characters are 'a' thru 'z', 'A' thru 'Z', '0' thru '9', '-', '_' or blank\r\n";
 constexpr wchar_t kSaveWarning[] =
@@ -48,17 +48,10 @@ struct OptionsRun {
         return window && IsVisible(window) ? window : nullptr;
     }
     std::string OptionsFile() const { return ReadBytes(folder + L"\\MAVU_options_capture.xml"); }
-    // Records by hand for about two seconds; the names of the new files.
+    // Records by hand for about two seconds; the names of the folder's files.
     std::vector<std::wstring> RecordByHand(const std::wstring& videoFolder) const
     {
-        HWND start = FindChild(program->RecordControlsWindow(), L"Button");
-        HWND stop = GetWindow(start, GW_HWNDNEXT);
-        Click(start);
-        EXPECT_TRUE(WaitUntil([&] { return WindowText(Main()) == kRecordingTitle; }, 10000));
-        Sleep(2000);
-        Click(stop);
-        EXPECT_TRUE(WaitUntil([&] { return WindowText(Main()) == kMainTitle; }, 10000));
-        EXPECT_TRUE(WaitUntil([&] { return !ListFiles(videoFolder, L"*.txt").empty(); }, 10000));
+        EXPECT_FALSE(e2e::RecordByHand(*program, 2000, videoFolder).avi.empty());
         return ListFiles(videoFolder, L"*.avi");
     }
 };
@@ -66,6 +59,14 @@ struct OptionsRun {
 std::string Key(const char* name, const char* value)
 {
     return std::string("\t<") + name + " Value=\"" + value + "\"/>\r\n";
+}
+
+std::wstring ListBoxText(HWND list, int row)
+{
+    wchar_t text[256] = L"";
+    if (SendMessageW(list, LB_GETTEXTLEN, row, 0) < 256)
+        SendMessageW(list, LB_GETTEXT, row, reinterpret_cast<LPARAM>(text));
+    return text;
 }
 
 void Type(HWND window, int id, const wchar_t* text)
@@ -380,5 +381,65 @@ TEST(OptionWindows, ALongFolderShowsWholeWhenTheMouseRestsOnIt)
     ClientToScreen(window, &away);
     SetCursorPos(away.x, away.y);
     EXPECT_TRUE(WaitUntil([&] { return popup && !IsVisible(popup); }, 3000));
+    run.program->Kill();
+}
+
+// The Codec Selector lists what the trial connected for the camera's
+// format. The test compressor chosen for YUY2 with the save box is written
+// as the pair, and the next recording goes through it; at the next opening
+// the last row of that name is the selected one.
+TEST(OptionWindows, CodecSelectorPairsTheCompressorAndTheNextRecordingUsesIt)
+{
+    testsupport::RegisteredTestCompressor compressor;
+    OptionsRun run;
+    ASSERT_TRUE(run.Start(Option("DefaultRenderer", "VMR9")));
+    HWND window = run.Open(IDM_CODEC, L"CodecSelector");
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(WindowText(GetDlgItem(window, kCodecSubtypeLabel)), L"YUY2 format");
+    HWND list = GetDlgItem(window, kCodecList);
+    // "NONE", then the compressor registered twice under one name.
+    ASSERT_EQ(SendMessageW(list, LB_GETCOUNT, 0, 0), 3);
+    EXPECT_EQ(ListBoxText(list, 0), L"NONE");
+    EXPECT_EQ(ListBoxText(list, 1), L"MAVU Test Compressor");
+    EXPECT_EQ(SendMessageW(list, LB_GETCURSEL, 0, 0), LB_ERR) << "no pair names any of them yet";
+    EXPECT_EQ(run.program->CountMessages(L"WARNING"), 0) << Narrow(run.program->Messages());
+
+    // OK with no row chosen.
+    Click(GetDlgItem(window, kCodecOkButton));
+    ASSERT_TRUE(run.program->WaitForMessage(L"Selected Codec index is not valid\r\n", 3000));
+    EXPECT_FALSE(IsVisible(window));
+
+    window = run.Open(IDM_CODEC, L"CodecSelector");
+    ASSERT_NE(window, nullptr);
+    HWND ok = GetDlgItem(window, kCodecOkButton);
+    HWND save = GetDlgItem(window, kCodecSaveBox);
+    EXPECT_EQ(WindowText(ok), L"OK");
+    Click(save);
+    EXPECT_EQ(WindowText(ok), L"Save");
+    Click(save);
+    EXPECT_EQ(WindowText(ok), L"OK");
+    Click(save);
+    SendMessageW(list, LB_SETCURSEL, 1, 0);
+    EXPECT_TRUE(TakeScreenshot("codec-selector"));
+    Click(ok);
+    ASSERT_TRUE(run.program->WaitForMessage(L"Codec / format pairing saved in options file\r\n", 3000));
+    EXPECT_FALSE(IsVisible(window));
+    EXPECT_NE(run.OptionsFile().find(Key("SubtypeCodecPair", "YUY2|MAVU Test Compressor")), std::string::npos)
+        << run.OptionsFile();
+
+    ManualRecording recording = RecordByHand(*run.program);
+    ASSERT_FALSE(recording.avi.empty());
+    EXPECT_NE(recording.report.find("Codec: MAVU Test Compressor"), std::string::npos) << recording.report;
+    testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(recording.avi));
+    ASSERT_TRUE(video.ok) << video.raw;
+    EXPECT_EQ(video.codecTag, "Y800");
+
+    window = run.Open(IDM_CODEC, L"CodecSelector");
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(SendMessageW(GetDlgItem(window, kCodecList), LB_GETCURSEL, 0, 0), 2)
+        << "the last row naming a paired codec";
+    EXPECT_EQ(SendMessageW(GetDlgItem(window, kCodecSaveBox), BM_GETCHECK, 0, 0), BST_UNCHECKED);
+    Click(GetDlgItem(window, kCodecCancelButton));
+    EXPECT_FALSE(IsVisible(window));
     run.program->Kill();
 }

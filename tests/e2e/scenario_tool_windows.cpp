@@ -1,5 +1,5 @@
-// The Display tools' windows, driven as a user would: Magnify, Pixel
-// Saturation, Frame Integration.
+// The Display tools' windows, driven as a user would: Brightness and
+// Contrast, Magnify, Pixel Saturation, Frame Integration.
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -9,6 +9,8 @@
 #include "e2e/harness.h"
 #include "e2e/remote_controls.h"
 #include "e2e/screen_stamp.h"
+#include "support/ffprobe.h"
+#include "support/stand_ins.h"
 #include "ui/commands.h"
 #include "ui/control_ids.h"
 
@@ -174,5 +176,114 @@ TEST(ToolWindows, FrameIntegrationRefusesCountsOutsideTwoToThirty)
     EXPECT_EQ(run.program->CountMessages(L"Frame count must be a value from 2 to 30"), refused);
     EXPECT_EQ(WindowText(box), L"30");
     EXPECT_TRUE(IsVisible(window)) << "the window stays for another count";
+    run.program->Kill();
+}
+
+namespace {
+
+// The mean level of the picture below the camera's stamp, as the screen
+// shows it (the mean of R, G and B); -1 when the screen can't be read.
+double PictureLevel(const std::string& name, HWND clipping)
+{
+    RECT picture = WindowRect(clipping);
+    int top = picture.top + 2 * synthcam::kStampRows;
+    std::string rgb;
+    if (!ReadScreenRgb(name, picture.left, top, picture.right - picture.left, picture.bottom - top, &rgb) ||
+        rgb.empty())
+        return -1;
+    double sum = 0;
+    for (char byte : rgb)
+        sum += static_cast<uint8_t>(byte);
+    return sum / static_cast<double>(rgb.size());
+}
+
+}  // namespace
+
+// With a colour effect in the prefix, the brightness slider acts on the
+// preview at once; closing the window puts both values back to the middle.
+// The file box shows only when the options allow colour in files.
+TEST(ToolWindows, BrightnessAndContrastActOnThePreviewAndClosingCentresThem)
+{
+    testsupport::RegisteredColorControl colorEffect;
+    ToolRun run;
+    ASSERT_TRUE(run.Start(Option("EnableVideoBrightnessContrast", "TRUE")));
+    HWND window = run.Open(IDM_BRIGHTNESS_CONTRAST, L"BrightnessContrast");
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(WindowText(window), L"Brightness and Contrast");
+    EXPECT_EQ(Size(window).cy, 320);
+    EXPECT_TRUE(IsVisible(GetDlgItem(window, kColorInFileBox)));
+    HWND brightness = GetDlgItem(window, kBrightnessSlider);
+    HWND contrast = GetDlgItem(window, kContrastSlider);
+    EXPECT_EQ(SendMessageW(brightness, TBM_GETPOS, 0, 0), 50);
+    EXPECT_EQ(SendMessageW(contrast, TBM_GETPOS, 0, 0), 50);
+    Sleep(2000);
+    bool pictured = Direct3DRendersWithVulkan();
+    double middle = pictured ? PictureLevel("brightness-50", run.clipping) : 0;
+
+    MoveSlider(brightness, 90);
+    Sleep(1000);
+    EXPECT_TRUE(TakeScreenshot("brightness-contrast"));
+    if (pictured) {
+        double bright = PictureLevel("brightness-90", run.clipping);
+        EXPECT_GT(bright, middle + 40) << "at 50: " << middle;
+    }
+    EXPECT_EQ(run.program->CountMessages(L"Cannot set"), 0) << Narrow(run.program->Messages());
+
+    // Closing by the menu item: both back to 50, the window hidden.
+    SendCommand(run.Main(), IDM_BRIGHTNESS_CONTRAST);
+    EXPECT_FALSE(IsVisible(window));
+    EXPECT_EQ(SendMessageW(brightness, TBM_GETPOS, 0, 0), 50);
+    EXPECT_EQ(SendMessageW(contrast, TBM_GETPOS, 0, 0), 50);
+    Sleep(2000);
+    if (pictured) {
+        EXPECT_NEAR(PictureLevel("brightness-closed", run.clipping), middle, 10);
+    }
+    run.program->Kill();
+}
+
+// Without colour in files the window is the smaller one and has no file box;
+// without a colour effect on the platform the camera still runs.
+TEST(ToolWindows, BrightnessAndContrastWithoutTheFileOption)
+{
+    ToolRun run;
+    ASSERT_TRUE(run.Start());
+    HWND window = run.Open(IDM_BRIGHTNESS_CONTRAST, L"BrightnessContrast");
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(Size(window).cy, 270);
+    EXPECT_FALSE(IsVisible(GetDlgItem(window, kColorInFileBox)));
+    SendMessageW(window, WM_CLOSE, 0, 0);
+    EXPECT_FALSE(IsVisible(window));
+    EXPECT_TRUE(IsVisible(run.program->RecordControlsWindow()));
+    run.program->Kill();
+}
+
+// Frame Integration at 4: the preview adds four frames, three of them less
+// the sky's background, so the background stays near its level where the
+// plain sum would be four times as bright; a recording turns the tool off
+// and its file holds every frame as the camera made it.
+TEST(ToolWindows, FrameIntegrationKeepsTheBackgroundLevelAndARecordingTurnsItOff)
+{
+    ToolRun run;
+    ASSERT_TRUE(run.Start());
+    Sleep(1500);
+    bool pictured = Direct3DRendersWithVulkan();
+    double plain = pictured ? PictureLevel("integration-off", run.clipping) : 0;
+    HWND window = run.Open(IDM_FRAME_INTEGRATION, L"FrameIntegration");
+    ASSERT_NE(window, nullptr);
+    SendMessageW(GetDlgItem(window, kIntegrationCountBox), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"4"));
+    Click(GetDlgItem(window, kIntegrationStartButton));
+    Sleep(2000);
+    if (pictured) {
+        double integrated = PictureLevel("integration-4", run.clipping);
+        EXPECT_LT(integrated, plain * 2) << "without integration: " << plain;
+        EXPECT_GT(integrated, plain * 0.8) << "without integration: " << plain;
+    }
+    ManualRecording recording = RecordByHand(*run.program);
+    ASSERT_FALSE(recording.avi.empty());
+    EXPECT_FALSE(IsVisible(window)) << "the recording turned the tool off";
+    std::vector<synthcam::FrameStamp> stamps = testsupport::ReadRecordedStamps(Narrow(recording.avi), 640);
+    ASSERT_GT(stamps.size(), 30u);
+    for (size_t i = 1; i < stamps.size(); ++i)
+        EXPECT_EQ(stamps[i].counter, stamps[i - 1].counter + 1) << "frame " << i;
     run.program->Kill();
 }

@@ -23,11 +23,15 @@ set(MAVU_E2E_SCENARIOS
     OptionWindows.EventPendingSwitchesTheCountdownAtOnce
     OptionWindows.PerformanceChangesTheRendererAndRestarts
     OptionWindows.MiscellaneousSavesOnlyChangesAndAFailedWriteWarns
+    OptionWindows.CodecSelectorPairsTheCompressorAndTheNextRecordingUsesIt
     Options.AccentedFolderAndCameraSurviveSaveRestartAndSaveAgain
     Video.WebcamPreviewWithVmr9SizesTheWindowToTheFormat
     Video.PreviewIsLiveInTheMainWindow
     Video.PixelSaturationTogglePaintsTheSaturatedStarAndTakesItAway
     ToolWindows.MagnifyDoublesThePictureAndClosingRestoresIt
+    ToolWindows.BrightnessAndContrastActOnThePreviewAndClosingCentresThem
+    ToolWindows.BrightnessAndContrastWithoutTheFileOption
+    ToolWindows.FrameIntegrationKeepsTheBackgroundLevelAndARecordingTurnsItOff
     ToolWindows.PixelSaturationSliderAndItsTwoSaves
     ToolWindows.FrameIntegrationRefusesCountsOutsideTwoToThirty
     Scheduling.AnEventScheduledInTheWindowIsWrittenArmedAndRecorded
