@@ -57,6 +57,12 @@ set(MAVU_E2E_SCENARIOS
     Picture.WithoutTheColorEffectStartUpSaysSoOnceAndTheCameraRuns
     HotPlug.PullAndReplugTwiceDuringAnEventGoesOnInNumberedFilesAndEndsOnTime
     Analog.APalSignalAtStartUpIsFoundAndRecordedAsPal
+    SelectDevice.ChoosingTheSecondCameraRunsItAndCancelBringsTheFirstBack
+    SelectDevice.IgnoreHandsThePictureOverAndRestoreTakesTheDeviceBack
+    SelectDevice.OkWritesTheIgnoredAndDefaultNamesAndClearingTheDefaultLeavesItInTheFile
+    SelectDevice.OneIgnoredDeviceLeavesTheListEmptyAndRestoreBringsEverythingBack
+    SelectDevice.OpeningTurnsMagnifyOffAndTheWindowShowsOverTheProgram
+    SelectDevice.TheListsFollowDevicesPulledAndPluggedWhileOpen
 )
 
 # Scenarios of minutes, run by: ctest -L long
