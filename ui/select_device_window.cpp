@@ -159,13 +159,18 @@ void OnCancel()
         VideoSourceInfo& source = *videoSources[currentSourceIndex];
         source.isDefault = snapshot.isDefault;
         source.isIgnored = snapshot.isIgnored;
-        options.windows[MainWindowKey].currentLeft = snapshot.mainLeft;
-        options.windows[MainWindowKey].currentTop = snapshot.mainTop;
         MarkOnlyCurrentActive(videoSources, currentSourceIndex);
     }
     ActivateChosenDevice();
     if (SUCCEEDED(StopVideo()))
         StartVideo();
+    // The menus rebuilt above move the client area, and with the window
+    // closed the main window's move handler records where it stands now:
+    // the place it had at opening goes back just before the layout uses it.
+    if (snapshot.currentSourceIndex != kNoSource && snapshot.currentSourceIndex < videoSources.size()) {
+        options.windows[MainWindowKey].currentLeft = snapshot.mainLeft;
+        options.windows[MainWindowKey].currentTop = snapshot.mainTop;
+    }
     DeviceSizeLayout();
     ReportUserMessage(L"Input devices settings are restored\r\n", true);
 }

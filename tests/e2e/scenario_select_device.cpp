@@ -10,6 +10,7 @@
 
 #include "device/graph_helpers.h"
 #include "e2e/harness.h"
+#include "e2e/remote_menu.h"
 #include "ui/commands.h"
 #include "ui/control_ids.h"
 
@@ -121,6 +122,7 @@ TEST(SelectDevice, ChoosingTheSecondCameraRunsItAndCancelBringsTheFirstBack)
     ASSERT_TRUE(run.Start());
     ASSERT_TRUE(run.WaitPicture(640, 480));
     SIZE frame = Frame(run.Main());
+    RECT home = WindowRect(run.Main());
     ASSERT_TRUE(run.Open());
     EXPECT_EQ(run.Devices(), (Rows{L"Sky Cam", L"Side Cam"}));
     EXPECT_EQ(run.Ignored(), Rows{});
@@ -142,16 +144,23 @@ TEST(SelectDevice, ChoosingTheSecondCameraRunsItAndCancelBringsTheFirstBack)
     EXPECT_FALSE(IsVisible(run.window));
     EXPECT_TRUE(run.WaitPicture(640, 480));
     EXPECT_EQ(Size(run.Main()).cx, 640 + frame.cx);
+    EXPECT_EQ(WindowRect(run.Main()).left, home.left) << "the wider window was pushed left to stay on the screen";
     EXPECT_EQ(run.Count(kRestoredLine), 1) << Narrow(run.program->Messages());
 
-    // The close box is a Cancel too.
+    // The close box is a Cancel too, and puts the main window back where
+    // it stood when the window opened.
     ASSERT_TRUE(run.Open());
     run.ChooseRow(1);
     EXPECT_TRUE(run.WaitPicture(800, 600));
+    SetWindowPos(run.Main(), nullptr, home.left + 200, home.top + 100, 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
     SendMessageW(run.window, WM_SYSCOMMAND, SC_CLOSE, 0);
     EXPECT_FALSE(IsVisible(run.window));
     EXPECT_TRUE(run.WaitPicture(640, 480));
     EXPECT_EQ(run.Count(kRestoredLine), 2);
+    RECT back = WindowRect(run.Main());
+    EXPECT_EQ(back.left, home.left);
+    EXPECT_EQ(back.top, home.top);
     run.program->Kill();
 }
 
@@ -267,31 +276,65 @@ TEST(SelectDevice, OneIgnoredDeviceLeavesTheListEmptyAndRestoreBringsEverythingB
 }
 
 // Opening the window turns Magnify off; while it is open "Magnify...",
-// "Select Input Device..." and "Device Properties..." are grey. Another
-// process can't read a menu's state here, so the open Options menu is shown
-// in a screenshot.
-TEST(SelectDevice, OpeningTurnsMagnifyOffAndTheWindowShowsOverTheProgram)
+// "Select Input Device..." and "Device Properties..." are grey, and closing
+// it by any of its ways enables them again. The menu is read from inside the
+// program (another process can't read it here).
+TEST(SelectDevice, WhileOpenMagnifyIsOffAndTheThreeDeviceItemsAreGrey)
 {
     SelectRun run;
     ASSERT_TRUE(run.Start());
     ASSERT_TRUE(run.WaitPicture(640, 480));
+    DWORD id = run.program->ProcessId();
+    const unsigned kThree[] = {IDM_MAGNIFY, IDM_SELECT_INPUT_DEVICE, IDM_DEVICE_PROPERTIES};
+    auto expectGrey = [&](bool grey, const char* when) {
+        for (unsigned command : kThree) {
+            ASSERT_NE(RemoteMenuState(id, command), 0xFFFFFFFFu) << "the menu probe can't reach the program";
+            EXPECT_EQ(IsMenuItemGrey(id, command), grey) << when << ", command " << command;
+        }
+        EXPECT_FALSE(IsMenuItemGrey(id, IDM_CODEC)) << when;
+        EXPECT_FALSE(IsMenuItemGrey(id, IDM_BRIGHTNESS_CONTRAST)) << when;
+    };
+    expectGrey(false, "before opening");
+
     SendCommand(run.Main(), IDM_MAGNIFY);
-    HWND magnify = FindProcessWindow(run.program->ProcessId(), L"Magnify");
+    HWND magnify = FindProcessWindow(id, L"Magnify");
     ASSERT_TRUE(magnify && IsVisible(magnify));
     Click(GetDlgItem(magnify, kMagnifyDoubleRadio));
     ASSERT_EQ(Size(run.Clipping()).cx, 1280);
-
     ASSERT_TRUE(run.Open());
     EXPECT_FALSE(IsVisible(magnify));
     EXPECT_EQ(Size(run.Clipping()).cx, 640);
     EXPECT_EQ(Size(run.Clipping()).cy, 480);
+    expectGrey(true, "open");
+    Click(run.Control(kSelectDeviceOkButton));
+    expectGrey(false, "after OK");
+
+    ASSERT_TRUE(run.Open());
+    expectGrey(true, "open again");
+    Click(run.Control(kSelectDeviceCancelButton));
+    expectGrey(false, "after Cancel");
+    ASSERT_TRUE(run.Open());
+    SendMessageW(run.window, WM_SYSCOMMAND, SC_CLOSE, 0);
+    expectGrey(false, "after the close box");
+    run.program->Kill();
+}
+
+// The window open over the program, and the Options menu beside it, for a
+// person to look at.
+TEST(SelectDevice, Screenshots)
+{
+    SelectRun run;
+    ASSERT_TRUE(run.devices.Add(L"Old Cam", L"webcam"));
+    ASSERT_TRUE(run.Start(Option("ExcludedVideoSource", "Old Cam")));
+    ASSERT_TRUE(run.Open());
+    ASSERT_EQ(run.Ignored(), Rows{L"Old Cam"});
     Sleep(1000);
     EXPECT_TRUE(TakeScreenshot("select-device-window"));
 
-    // The Options popup, by the menu bar and the keyboard.
+    // The Options popup, opened by a click on its place in the menu bar.
     POINT corner{0, 0};
     ClientToScreen(run.Main(), &corner);
-    PostMessageW(run.Main(), WM_NCLBUTTONDOWN, HTMENU, MAKELPARAM(corner.x + 12, corner.y - 10));
+    PostMessageW(run.Main(), WM_NCLBUTTONDOWN, HTMENU, MAKELPARAM(corner.x + 165, corner.y - 10));
     HWND popup = nullptr;
     ASSERT_TRUE(WaitUntil(
         [&] {
@@ -299,17 +342,11 @@ TEST(SelectDevice, OpeningTurnsMagnifyOffAndTheWindowShowsOverTheProgram)
             return popup && IsVisible(popup);
         },
         5000));
-    for (int i = 0; i < 3; ++i) {
-        PostMessageW(popup, WM_KEYDOWN, VK_RIGHT, 0);
-        Sleep(200);
-    }
     Sleep(300);
     EXPECT_TRUE(TakeScreenshot("select-device-options-menu"));
     PostMessageW(popup, WM_KEYDOWN, VK_ESCAPE, 0);
     PostMessageW(run.Main(), WM_KEYDOWN, VK_ESCAPE, 0);
     Sleep(300);
-    Click(run.Control(kSelectDeviceOkButton));
-    EXPECT_FALSE(IsVisible(run.window));
     run.program->Kill();
 }
 

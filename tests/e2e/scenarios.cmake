@@ -61,7 +61,8 @@ set(MAVU_E2E_SCENARIOS
     SelectDevice.IgnoreHandsThePictureOverAndRestoreTakesTheDeviceBack
     SelectDevice.OkWritesTheIgnoredAndDefaultNamesAndClearingTheDefaultLeavesItInTheFile
     SelectDevice.OneIgnoredDeviceLeavesTheListEmptyAndRestoreBringsEverythingBack
-    SelectDevice.OpeningTurnsMagnifyOffAndTheWindowShowsOverTheProgram
+    SelectDevice.WhileOpenMagnifyIsOffAndTheThreeDeviceItemsAreGrey
+    SelectDevice.Screenshots
     SelectDevice.TheListsFollowDevicesPulledAndPluggedWhileOpen
 )
 
