@@ -384,3 +384,27 @@ TEST(SelectDevice, TheListsFollowDevicesPulledAndPluggedWhileOpen)
     EXPECT_TRUE(IsVisible(run.window));
     run.program->Kill();
 }
+
+// The device chosen in the window is the one in use for the rest of the
+// program too: pulled, it is the active device that went, and the other
+// takes over; the one it replaced counts as inactive.
+TEST(SelectDevice, AChosenDeviceIsTheActiveOneWhenDevicesArePulled)
+{
+    SelectRun run;
+    ASSERT_TRUE(run.devices.Add(L"Spare Cam", L"webcam"));
+    ASSERT_TRUE(run.Start());
+    ASSERT_TRUE(run.Open());
+    ASSERT_EQ(run.Devices(), (Rows{L"Spare Cam", L"Sky Cam", L"Side Cam"}));
+    run.ChooseRow(2);
+    ASSERT_TRUE(run.WaitPicture(800, 600));
+    Click(run.Control(kSelectDeviceOkButton));
+
+    EXPECT_EQ(run.Pull(L"Spare Cam"), 1);
+    EXPECT_EQ(run.Count(L"Inactive video capture device \"Spare Cam\" disconnected\r\n"), 1)
+        << Narrow(run.program->Messages());
+    EXPECT_EQ(run.Pull(L"Side Cam"), 1);
+    EXPECT_EQ(run.Count(L"Active video capture device \"Side Cam\" disconnected\r\n"), 1)
+        << Narrow(run.program->Messages());
+    EXPECT_TRUE(run.WaitPicture(640, 480)) << "Sky Cam took over";
+    run.program->Kill();
+}

@@ -64,6 +64,7 @@ set(MAVU_E2E_SCENARIOS
     SelectDevice.WhileOpenMagnifyIsOffAndTheThreeDeviceItemsAreGrey
     SelectDevice.Screenshots
     SelectDevice.TheListsFollowDevicesPulledAndPluggedWhileOpen
+    SelectDevice.AChosenDeviceIsTheActiveOneWhenDevicesArePulled
 )
 
 # Scenarios of minutes, run by: ctest -L long
