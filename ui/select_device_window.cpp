@@ -97,7 +97,7 @@ void OnDefaultBoxClick()
     SetDefaultDevice(videoSources, index, IsButtonChecked(Control(kSelectDeviceDefaultBox)));
 }
 
-void ActivateChosenDevice()
+void ApplyDeviceChoice()
 {
     if (activateCurrentDevice)
         activateCurrentDevice();
@@ -105,12 +105,12 @@ void ActivateChosenDevice()
 
 // After a device leaves or joins the choice: the choice is made again and
 // the camera restarts on whatever is current now.
-void ReactivateChosenDevice()
+void ChooseAndApplyDevice()
 {
     ChooseCurrentDevice();
     MarkOnlyCurrentActive(videoSources, currentSourceIndex);
     StopVideo();
-    ActivateChosenDevice();
+    ApplyDeviceChoice();
 }
 
 void OnIgnoreDevice()
@@ -121,7 +121,7 @@ void OnIgnoreDevice()
         source.isIgnored = 1;
         source.isDefault = 0;
         Report(L"Device \"", source, L"\" is ignored\r\n");
-        ReactivateChosenDevice();
+        ChooseAndApplyDevice();
         if (currentSourceIndex != kNoSource) {
             StartVideo();
             DeviceSizeLayout();
@@ -137,7 +137,7 @@ void OnRestoreDevice()
         VideoSourceInfo& source = *videoSources[index];
         source.isIgnored = 0;
         Report(L"Device \"", source, L"\" is restored\r\n");
-        ReactivateChosenDevice();
+        ChooseAndApplyDevice();
         StartVideo();
     }
     RefreshSelectDeviceDialog();
@@ -161,7 +161,7 @@ void OnCancel()
         source.isIgnored = snapshot.isIgnored;
         MarkOnlyCurrentActive(videoSources, currentSourceIndex);
     }
-    ActivateChosenDevice();
+    ApplyDeviceChoice();
     if (SUCCEEDED(StopVideo()))
         StartVideo();
     // The menus rebuilt above move the client area, and with the window
