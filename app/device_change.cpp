@@ -174,6 +174,10 @@ LRESULT OnDeviceChange(WPARAM wParam)
     int32_t index = -1;
     ConnectResult result = UpdateSourceVideoInfoList(&index);
     ActOnConnectResult(result, index);
+    // An open Video Input Device window follows every device that came or
+    // went, not only a default that took over.
+    if (selectDeviceOpen && result != NothingToDo)
+        RefreshSelectDeviceDialog();
     deviceChangeBusy = 0;
     return 1;
 }

@@ -218,11 +218,10 @@ bool MainWindow::CreateDialogWindows()
     // silently and without the fatal flag.
     if (!CreateCountdownWindow(instance))
         return true;
-    if (!CreateBrightnessContrastWindow(instance) || !CreateSelectDeviceWindow(instance) ||
+    if (!CreateBrightnessContrastWindow(instance) || !CreateSelectDeviceWindow(instance, ActivateCurrentDevice) ||
         !CreateDeviceFormatWindow(instance) || !CreateMiscellaneousWindow(instance) ||
-        !CreateCodecSelectorWindow(instance) || !CreateFileOptionsWindow(instance) ||
-        !CreateDurationWindow(instance) || !CreateEventPendingWindow(instance) || !CreatePerformanceWindow(instance) ||
-        !CreatePowerWindow(instance))
+        !CreateCodecSelectorWindow(instance) || !CreateFileOptionsWindow(instance) || !CreateDurationWindow(instance) ||
+        !CreateEventPendingWindow(instance) || !CreatePerformanceWindow(instance) || !CreatePowerWindow(instance))
         return false;
     // Like the Countdown window, a Magnify window that can't be made ends
     // the creation of the rest silently.

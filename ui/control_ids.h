@@ -103,3 +103,12 @@ constexpr int kIntegrationCancelButton = 33332;
 constexpr int kGpsCloseButtonId = 33050;
 constexpr int kGpsCapturePositionButtonId = 33051;
 constexpr int kGpsSetTimeDifferenceButtonId = 33052;
+
+// Video Input Device.
+constexpr int kSelectDeviceList = 33400;
+constexpr int kSelectDeviceDefaultBox = 33401;
+constexpr int kSelectDeviceIgnoreButton = 33402;
+constexpr int kSelectDeviceIgnoredList = 33403;
+constexpr int kSelectDeviceRestoreButton = 33404;
+constexpr int kSelectDeviceOkButton = 33405;
+constexpr int kSelectDeviceCancelButton = 33406;

@@ -5,7 +5,10 @@
 #include <windows.h>
 
 // Makes the window, hidden, and sets selectDeviceWindow. False on failure.
-bool CreateSelectDeviceWindow(HINSTANCE instance);
+// `activate` applies the choice of device to the windows, menus and record
+// buttons (the application's ActivateCurrentDevice); the window calls it
+// after each change of the current device.
+bool CreateSelectDeviceWindow(HINSTANCE instance, HRESULT (*activate)());
 // The menu command "Select Input Device...".
 void OpenSelectDeviceWindow();
 // Refills the device and ignored lists; also called when a device comes or

@@ -61,6 +61,14 @@ set(MAVU_E2E_SCENARIOS
     Picture.WithoutTheColorEffectStartUpSaysSoOnceAndTheCameraRuns
     HotPlug.PullAndReplugTwiceDuringAnEventGoesOnInNumberedFilesAndEndsOnTime
     Analog.APalSignalAtStartUpIsFoundAndRecordedAsPal
+    SelectDevice.ChoosingTheSecondCameraRunsItAndCancelBringsTheFirstBack
+    SelectDevice.IgnoreHandsThePictureOverAndRestoreTakesTheDeviceBack
+    SelectDevice.OkWritesTheIgnoredAndDefaultNamesAndClearingTheDefaultLeavesItInTheFile
+    SelectDevice.OneIgnoredDeviceLeavesTheListEmptyAndRestoreBringsEverythingBack
+    SelectDevice.WhileOpenMagnifyIsOffAndTheThreeDeviceItemsAreGrey
+    SelectDevice.Screenshots
+    SelectDevice.TheListsFollowDevicesPulledAndPluggedWhileOpen
+    SelectDevice.AChosenDeviceIsTheActiveOneWhenDevicesArePulled
 )
 
 # Scenarios of minutes, run by: ctest -L long

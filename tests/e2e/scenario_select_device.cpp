@@ -1,0 +1,410 @@
+// The Video Input Device window, driven as a user would with two synthetic
+// cameras: a choice takes effect at once, Cancel puts the old device back,
+// Ignore and Restore move a device between the lists, OK writes the choice
+// into the options file, and the lists follow devices pulled and plugged.
+// "Side Cam" has a saved configuration at 800x600, "Sky Cam" runs at its
+// first format, 640x480, so the picture's size tells which device runs.
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include "device/graph_helpers.h"
+#include "e2e/harness.h"
+#include "e2e/remote_menu.h"
+#include "ui/commands.h"
+#include "ui/control_ids.h"
+
+using namespace e2e;
+
+namespace {
+
+const std::string kSideCamAt800 = Option("VConfig", "Side Cam|15|800x600|YUY2|0|50|0|64|3|0|DIGITAL");
+constexpr wchar_t kRestoredLine[] = L"Input devices settings are restored\r\n";
+
+SIZE Size(HWND window)
+{
+    RECT rect = WindowRect(window);
+    return {rect.right - rect.left, rect.bottom - rect.top};
+}
+
+std::vector<std::wstring> ListRows(HWND list)
+{
+    std::vector<std::wstring> rows;
+    LRESULT count = SendMessageW(list, LB_GETCOUNT, 0, 0);
+    for (LRESULT row = 0; row < count; ++row) {
+        wchar_t text[300] = {};
+        if (SendMessageW(list, LB_GETTEXTLEN, row, 0) < 300)
+            SendMessageW(list, LB_GETTEXT, row, reinterpret_cast<LPARAM>(text));
+        rows.push_back(text);
+    }
+    return rows;
+}
+
+using Rows = std::vector<std::wstring>;
+
+struct SelectRun {
+    devicetest::SyntheticDevices devices;
+    std::wstring folder = MakeWorkFolderForCurrentTest();
+    std::unique_ptr<Program> program;
+    HWND window = nullptr;
+
+    // Sky Cam, then Side Cam (unless told otherwise), through VMR9.
+    bool Start(const std::string& options = "", bool sideCam = true)
+    {
+        if (!devices.Add(L"Sky Cam", L"webcam") || (sideCam && !devices.Add(L"Side Cam", L"webcam")))
+            return false;
+        WriteOptions(folder, Option("DefaultRenderer", "VMR9") + kSideCamAt800 + options);
+        return Run();
+    }
+    // The program again, on the options file as it stands.
+    bool Run()
+    {
+        program = std::make_unique<Program>(folder);
+        return program->Start() && program->WaitReady();
+    }
+    HWND Main() const { return program->MainWindow(); }
+    HWND Clipping() const { return FindChild(Main(), L"MavuVideoRecordWindow"); }
+    HWND Control(int id) const { return GetDlgItem(window, id); }
+    Rows Devices() const { return ListRows(Control(kSelectDeviceList)); }
+    Rows Ignored() const { return ListRows(Control(kSelectDeviceIgnoredList)); }
+    int Selected() const { return static_cast<int>(SendMessageW(Control(kSelectDeviceList), LB_GETCURSEL, 0, 0)); }
+    bool DefaultChecked() const
+    {
+        return SendMessageW(Control(kSelectDeviceDefaultBox), BM_GETCHECK, 0, 0) == BST_CHECKED;
+    }
+    bool Open()
+    {
+        SendCommand(Main(), IDM_SELECT_INPUT_DEVICE);
+        window = FindProcessWindow(program->ProcessId(), L"SelectVideoDeviceClassName", L"Video Input Device");
+        return window && IsVisible(window);
+    }
+    // A click on a row of the device list, as the list box tells its
+    // window of it.
+    void ChooseRow(int row) const
+    {
+        HWND list = Control(kSelectDeviceList);
+        SendMessageW(list, LB_SETCURSEL, row, 0);
+        SendMessageW(window, WM_COMMAND, MAKEWPARAM(kSelectDeviceList, LBN_SELCHANGE), reinterpret_cast<LPARAM>(list));
+    }
+    void SelectIgnoredRow(int row) const { SendMessageW(Control(kSelectDeviceIgnoredList), LB_SETCURSEL, row, 0); }
+    // The picture's size, once the camera has restarted.
+    bool WaitPicture(int width, int height) const
+    {
+        return WaitUntil(
+            [&] {
+                SIZE size = Size(Clipping());
+                return size.cx == width && size.cy == height;
+            },
+            10000);
+    }
+    int Count(const std::wstring& text) const { return program->CountMessages(text); }
+    std::string OptionsFile() const { return ReadBytes(folder + L"\\MAVU_options_capture.xml"); }
+    LRESULT Pull(const std::wstring& name) { return devices.Pull(name) ? SendDeviceChange(Main()) : -2; }
+    LRESULT Plug(const std::wstring& name) { return devices.Add(name, L"webcam") ? SendDeviceChange(Main()) : -2; }
+};
+
+// The main window's outer size less its client size.
+SIZE Frame(HWND main)
+{
+    RECT client{};
+    GetClientRect(main, &client);
+    SIZE outer = Size(main);
+    return {outer.cx - client.right, outer.cy - client.bottom};
+}
+
+}  // namespace
+
+// A row chosen restarts the preview on that device at once and the main
+// window takes its size; Cancel brings the first device back.
+TEST(SelectDevice, ChoosingTheSecondCameraRunsItAndCancelBringsTheFirstBack)
+{
+    SelectRun run;
+    ASSERT_TRUE(run.Start());
+    ASSERT_TRUE(run.WaitPicture(640, 480));
+    SIZE frame = Frame(run.Main());
+    RECT home = WindowRect(run.Main());
+    ASSERT_TRUE(run.Open());
+    EXPECT_EQ(run.Devices(), (Rows{L"Sky Cam", L"Side Cam"}));
+    EXPECT_EQ(run.Ignored(), Rows{});
+    EXPECT_EQ(run.Selected(), 0);
+    EXPECT_FALSE(run.DefaultChecked());
+
+    run.ChooseRow(1);
+    EXPECT_TRUE(run.WaitPicture(800, 600));
+    SIZE main = Size(run.Main());
+    EXPECT_EQ(main.cx, 800 + frame.cx);
+    EXPECT_EQ(main.cy, 600 + frame.cy);
+    EXPECT_TRUE(IsVisible(run.window)) << "a choice doesn't close the window";
+    // Choosing the device already in use does nothing.
+    std::wstring before = run.program->Messages();
+    run.ChooseRow(1);
+    EXPECT_EQ(run.program->Messages(), before);
+
+    Click(run.Control(kSelectDeviceCancelButton));
+    EXPECT_FALSE(IsVisible(run.window));
+    EXPECT_TRUE(run.WaitPicture(640, 480));
+    EXPECT_EQ(Size(run.Main()).cx, 640 + frame.cx);
+    EXPECT_EQ(WindowRect(run.Main()).left, home.left) << "the wider window was pushed left to stay on the screen";
+    EXPECT_EQ(run.Count(kRestoredLine), 1) << Narrow(run.program->Messages());
+
+    // The close box is a Cancel too, and puts the main window back where
+    // it stood when the window opened.
+    ASSERT_TRUE(run.Open());
+    run.ChooseRow(1);
+    EXPECT_TRUE(run.WaitPicture(800, 600));
+    SetWindowPos(run.Main(), nullptr, home.left + 200, home.top + 100, 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    SendMessageW(run.window, WM_SYSCOMMAND, SC_CLOSE, 0);
+    EXPECT_FALSE(IsVisible(run.window));
+    EXPECT_TRUE(run.WaitPicture(640, 480));
+    EXPECT_EQ(run.Count(kRestoredLine), 2);
+    RECT back = WindowRect(run.Main());
+    EXPECT_EQ(back.left, home.left);
+    EXPECT_EQ(back.top, home.top);
+    run.program->Kill();
+}
+
+// Ignoring the device in use hands the picture to the other; Restore puts
+// the device back in the list, and the first device is taken again.
+TEST(SelectDevice, IgnoreHandsThePictureOverAndRestoreTakesTheDeviceBack)
+{
+    SelectRun run;
+    ASSERT_TRUE(run.Start());
+    ASSERT_TRUE(run.WaitPicture(640, 480));
+    ASSERT_TRUE(run.Open());
+    Click(run.Control(kSelectDeviceIgnoreButton));
+    EXPECT_EQ(run.Count(L"Device \"Sky Cam\" is ignored\r\n"), 1) << Narrow(run.program->Messages());
+    EXPECT_EQ(run.Devices(), Rows{L"Side Cam"});
+    EXPECT_EQ(run.Ignored(), Rows{L"Sky Cam"});
+    EXPECT_EQ(run.Selected(), 0);
+    EXPECT_TRUE(run.WaitPicture(800, 600));
+
+    // Restore with nothing selected in the ignored list changes nothing.
+    SendMessageW(run.Control(kSelectDeviceIgnoredList), LB_SETCURSEL, static_cast<WPARAM>(-1), 0);
+    Click(run.Control(kSelectDeviceRestoreButton));
+    EXPECT_EQ(run.Ignored(), Rows{L"Sky Cam"});
+    EXPECT_EQ(run.Count(L"is restored"), 0);
+
+    run.SelectIgnoredRow(0);
+    Click(run.Control(kSelectDeviceRestoreButton));
+    EXPECT_EQ(run.Count(L"Device \"Sky Cam\" is restored\r\n"), 1) << Narrow(run.program->Messages());
+    EXPECT_EQ(run.Devices(), (Rows{L"Sky Cam", L"Side Cam"}));
+    EXPECT_EQ(run.Ignored(), Rows{});
+    EXPECT_EQ(run.Selected(), 0) << "the first device that isn't ignored is taken";
+    Click(run.Control(kSelectDeviceOkButton));
+    EXPECT_FALSE(IsVisible(run.window));
+    run.program->Kill();
+}
+
+// OK writes the ignored names and the default into the options file, and
+// says nothing. Clearing the default box on the default device takes the
+// flag off for this run only: the name stays in the file, and the device is
+// the default again at the next start.
+TEST(SelectDevice, OkWritesTheIgnoredAndDefaultNamesAndClearingTheDefaultLeavesItInTheFile)
+{
+    SelectRun run;
+    ASSERT_TRUE(run.Start());
+    ASSERT_TRUE(run.Open());
+    Click(run.Control(kSelectDeviceIgnoreButton));
+    ASSERT_EQ(run.Devices(), Rows{L"Side Cam"});
+    EXPECT_FALSE(run.DefaultChecked());
+    Click(run.Control(kSelectDeviceDefaultBox));
+    EXPECT_TRUE(run.DefaultChecked());
+    std::wstring before = run.program->Messages();
+    Click(run.Control(kSelectDeviceOkButton));
+    EXPECT_FALSE(IsVisible(run.window));
+    std::string file = run.OptionsFile();
+    EXPECT_NE(file.find("\t<DefaultVideoSource Value=\"Side Cam\"/>\r\n"
+                        "\t<ExcludedVideoSource Value=\"Sky Cam\"/>\r\n"),
+              std::string::npos)
+        << file;
+    EXPECT_EQ(run.program->Messages(), before) << "OK reports no line";
+    run.program->Kill();
+
+    // The next start takes the default and leaves the ignored one out.
+    ASSERT_TRUE(run.Run());
+    ASSERT_TRUE(run.WaitPicture(800, 600));
+    ASSERT_TRUE(run.Open());
+    EXPECT_EQ(run.Devices(), Rows{L"Side Cam"});
+    EXPECT_EQ(run.Ignored(), Rows{L"Sky Cam"});
+    EXPECT_TRUE(run.DefaultChecked());
+    Click(run.Control(kSelectDeviceDefaultBox));
+    EXPECT_FALSE(run.DefaultChecked());
+    run.SelectIgnoredRow(0);
+    Click(run.Control(kSelectDeviceRestoreButton));
+    Click(run.Control(kSelectDeviceOkButton));
+    file = run.OptionsFile();
+    EXPECT_NE(file.find("\t<DefaultVideoSource Value=\"Side Cam\"/>\r\n"), std::string::npos) << file;
+    EXPECT_EQ(file.find("<ExcludedVideoSource"), std::string::npos) << file;
+    run.program->Kill();
+
+    ASSERT_TRUE(run.Run());
+    EXPECT_TRUE(run.WaitPicture(800, 600)) << "the default device again";
+    run.program->Kill();
+}
+
+// The only device, ignored: nothing to choose, no picture, no record
+// buttons; Restore brings it all back.
+TEST(SelectDevice, OneIgnoredDeviceLeavesTheListEmptyAndRestoreBringsEverythingBack)
+{
+    SelectRun run;
+    ASSERT_TRUE(run.Start(Option("ExcludedVideoSource", "Sky Cam"), false));
+    HWND clipping = run.Clipping();
+    EXPECT_FALSE(IsVisible(run.program->RecordControlsWindow()));
+    EXPECT_FALSE(IsVisible(clipping));
+    ASSERT_TRUE(run.Open());
+    EXPECT_EQ(run.Devices(), Rows{});
+    EXPECT_EQ(run.Ignored(), Rows{L"Sky Cam"});
+    EXPECT_FALSE(run.DefaultChecked());
+    // Ignore with nothing to ignore does nothing.
+    std::wstring before = run.program->Messages();
+    Click(run.Control(kSelectDeviceIgnoreButton));
+    EXPECT_EQ(run.program->Messages(), before);
+
+    run.SelectIgnoredRow(0);
+    Click(run.Control(kSelectDeviceRestoreButton));
+    EXPECT_EQ(run.Count(L"Device \"Sky Cam\" is restored\r\n"), 1);
+    EXPECT_EQ(run.Devices(), Rows{L"Sky Cam"});
+    EXPECT_EQ(run.Ignored(), Rows{});
+    EXPECT_EQ(run.Selected(), 0);
+    EXPECT_TRUE(IsVisible(run.program->RecordControlsWindow()));
+    EXPECT_TRUE(IsVisible(clipping));
+    HWND start = FindChild(run.program->RecordControlsWindow(), L"Button");
+    EXPECT_TRUE(IsEnabled(start));
+    EXPECT_TRUE(run.WaitPicture(640, 480));
+    run.program->Kill();
+}
+
+// Opening the window turns Magnify off; while it is open "Magnify...",
+// "Select Input Device..." and "Device Properties..." are grey, and closing
+// it by any of its ways enables them again. The menu is read from inside the
+// program (another process can't read it here).
+TEST(SelectDevice, WhileOpenMagnifyIsOffAndTheThreeDeviceItemsAreGrey)
+{
+    SelectRun run;
+    ASSERT_TRUE(run.Start());
+    ASSERT_TRUE(run.WaitPicture(640, 480));
+    DWORD id = run.program->ProcessId();
+    const unsigned kThree[] = {IDM_MAGNIFY, IDM_SELECT_INPUT_DEVICE, IDM_DEVICE_PROPERTIES};
+    auto expectGrey = [&](bool grey, const char* when) {
+        for (unsigned command : kThree) {
+            ASSERT_NE(RemoteMenuState(id, command), 0xFFFFFFFFu) << "the menu probe can't reach the program";
+            EXPECT_EQ(IsMenuItemGrey(id, command), grey) << when << ", command " << command;
+        }
+        EXPECT_FALSE(IsMenuItemGrey(id, IDM_CODEC)) << when;
+        EXPECT_FALSE(IsMenuItemGrey(id, IDM_BRIGHTNESS_CONTRAST)) << when;
+    };
+    expectGrey(false, "before opening");
+
+    SendCommand(run.Main(), IDM_MAGNIFY);
+    HWND magnify = FindProcessWindow(id, L"Magnify");
+    ASSERT_TRUE(magnify && IsVisible(magnify));
+    Click(GetDlgItem(magnify, kMagnifyDoubleRadio));
+    ASSERT_EQ(Size(run.Clipping()).cx, 1280);
+    ASSERT_TRUE(run.Open());
+    EXPECT_FALSE(IsVisible(magnify));
+    EXPECT_EQ(Size(run.Clipping()).cx, 640);
+    EXPECT_EQ(Size(run.Clipping()).cy, 480);
+    expectGrey(true, "open");
+    Click(run.Control(kSelectDeviceOkButton));
+    expectGrey(false, "after OK");
+
+    ASSERT_TRUE(run.Open());
+    expectGrey(true, "open again");
+    Click(run.Control(kSelectDeviceCancelButton));
+    expectGrey(false, "after Cancel");
+    ASSERT_TRUE(run.Open());
+    SendMessageW(run.window, WM_SYSCOMMAND, SC_CLOSE, 0);
+    expectGrey(false, "after the close box");
+    run.program->Kill();
+}
+
+// The window open over the program, and the Options menu beside it, for a
+// person to look at.
+TEST(SelectDevice, Screenshots)
+{
+    SelectRun run;
+    ASSERT_TRUE(run.devices.Add(L"Old Cam", L"webcam"));
+    ASSERT_TRUE(run.Start(Option("ExcludedVideoSource", "Old Cam")));
+    ASSERT_TRUE(run.Open());
+    ASSERT_EQ(run.Ignored(), Rows{L"Old Cam"});
+    Sleep(1000);
+    EXPECT_TRUE(TakeScreenshot("select-device-window"));
+
+    // The Options popup, opened by a click on its place in the menu bar.
+    POINT corner{0, 0};
+    ClientToScreen(run.Main(), &corner);
+    PostMessageW(run.Main(), WM_NCLBUTTONDOWN, HTMENU, MAKELPARAM(corner.x + 165, corner.y - 10));
+    HWND popup = nullptr;
+    ASSERT_TRUE(WaitUntil(
+        [&] {
+            popup = FindProcessWindow(run.program->ProcessId(), L"#32768");
+            return popup && IsVisible(popup);
+        },
+        5000));
+    Sleep(300);
+    EXPECT_TRUE(TakeScreenshot("select-device-options-menu"));
+    PostMessageW(popup, WM_KEYDOWN, VK_ESCAPE, 0);
+    PostMessageW(run.Main(), WM_KEYDOWN, VK_ESCAPE, 0);
+    Sleep(300);
+    run.program->Kill();
+}
+
+// Devices pulled and plugged while the window is open show in its lists at
+// once; a device plugged in under the default name takes over and is shown
+// selected.
+TEST(SelectDevice, TheListsFollowDevicesPulledAndPluggedWhileOpen)
+{
+    SelectRun run;
+    ASSERT_TRUE(run.Start(Option("DefaultVideoSource", "Main Cam") + Option("ExcludedVideoSource", "Side Cam")));
+    ASSERT_TRUE(run.Open());
+    EXPECT_EQ(run.Devices(), Rows{L"Sky Cam"});
+    EXPECT_EQ(run.Ignored(), Rows{L"Side Cam"});
+
+    EXPECT_EQ(run.Pull(L"Side Cam"), 1);
+    EXPECT_EQ(run.Ignored(), Rows{});
+    EXPECT_EQ(run.Plug(L"Side Cam"), 1);
+    EXPECT_EQ(run.Ignored(), Rows{L"Side Cam"});
+
+    EXPECT_EQ(run.Plug(L"Spare Cam"), 1);
+    EXPECT_EQ(run.Devices(), (Rows{L"Sky Cam", L"Spare Cam"}));
+    EXPECT_EQ(run.Selected(), 0);
+    EXPECT_EQ(run.Plug(L"Main Cam"), 1);
+    EXPECT_EQ(run.Count(L"Video capture device \"Main Cam\" connected as the default\r\n"), 1);
+    EXPECT_EQ(run.Devices(), (Rows{L"Sky Cam", L"Spare Cam", L"Main Cam"}));
+    EXPECT_EQ(run.Selected(), 2);
+
+    // The device in use pulled: the next one takes over and the list says so.
+    EXPECT_EQ(run.Pull(L"Main Cam"), 1);
+    EXPECT_EQ(run.Count(L"Active video capture device \"Main Cam\" disconnected\r\n"), 1)
+        << Narrow(run.program->Messages());
+    EXPECT_EQ(run.Devices(), (Rows{L"Sky Cam", L"Spare Cam"}));
+    EXPECT_EQ(run.Selected(), 0);
+    EXPECT_FALSE(run.DefaultChecked());
+    EXPECT_TRUE(IsVisible(run.window));
+    run.program->Kill();
+}
+
+// The device chosen in the window is the one in use for the rest of the
+// program too: pulled, it is the active device that went, and the other
+// takes over; the one it replaced counts as inactive.
+TEST(SelectDevice, AChosenDeviceIsTheActiveOneWhenDevicesArePulled)
+{
+    SelectRun run;
+    ASSERT_TRUE(run.devices.Add(L"Spare Cam", L"webcam"));
+    ASSERT_TRUE(run.Start());
+    ASSERT_TRUE(run.Open());
+    ASSERT_EQ(run.Devices(), (Rows{L"Spare Cam", L"Sky Cam", L"Side Cam"}));
+    run.ChooseRow(2);
+    ASSERT_TRUE(run.WaitPicture(800, 600));
+    Click(run.Control(kSelectDeviceOkButton));
+
+    EXPECT_EQ(run.Pull(L"Spare Cam"), 1);
+    EXPECT_EQ(run.Count(L"Inactive video capture device \"Spare Cam\" disconnected\r\n"), 1)
+        << Narrow(run.program->Messages());
+    EXPECT_EQ(run.Pull(L"Side Cam"), 1);
+    EXPECT_EQ(run.Count(L"Active video capture device \"Side Cam\" disconnected\r\n"), 1)
+        << Narrow(run.program->Messages());
+    EXPECT_TRUE(run.WaitPicture(640, 480)) << "Sky Cam took over";
+    run.program->Kill();
+}

@@ -1,0 +1,168 @@
+// The Select Input Device window's rules on plain device records: which row
+// shows which device, the Properties title taken by index, the default
+// flag, the in-use mark, and what OK puts into the options.
+#include "ui/device_choice_rules.h"
+
+#include <gtest/gtest.h>
+
+#include <cwchar>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+// Devices by a letter code each: I ignored, D disconnected, F default,
+// A active, M manual recording.
+struct Devices {
+    std::vector<std::unique_ptr<VideoSourceInfo>> owned;
+    std::vector<VideoSourceInfo*> sources;
+
+    Devices(std::initializer_list<std::pair<const wchar_t*, const char*>> list)
+    {
+        for (const auto& [name, flags] : list) {
+            auto source = std::make_unique<VideoSourceInfo>();
+            wcscpy(source->name, name);
+            for (const char* flag = flags; *flag; ++flag) {
+                source->isIgnored |= *flag == 'I';
+                source->isDisconnected |= *flag == 'D';
+                source->isDefault |= *flag == 'F';
+                source->isActive |= *flag == 'A';
+                source->isManualRecording |= *flag == 'M';
+            }
+            sources.push_back(source.get());
+            owned.push_back(std::move(source));
+        }
+    }
+    std::string Flags(int32_t VideoSourceInfo::*flag) const
+    {
+        std::string marks;
+        for (const VideoSourceInfo* source : sources)
+            marks += source->*flag ? '1' : '0';
+        return marks;
+    }
+};
+
+// "row:index" for each entry, in order.
+std::string Rows(const std::vector<DeviceRow>& rows)
+{
+    std::string text;
+    for (const DeviceRow& row : rows)
+        text += (text.empty() ? "" : " ") + std::to_string(row.row) + ":" + std::to_string(row.sourceIndex);
+    return text;
+}
+
+TEST(DeviceChoiceRules, RowsSkipDisconnectedDevicesAndSplitIgnoredOnesOff)
+{
+    struct Case {
+        const char* what;
+        Devices devices;
+        const char* deviceRows;
+        const char* ignoredRows;
+    };
+    const Case cases[] = {
+        {"none", {}, "", ""},
+        {"two plain", {{L"A", ""}, {L"B", ""}}, "0:0 1:1", ""},
+        {"ignored first", {{L"A", "I"}, {L"B", ""}, {L"C", ""}}, "0:1 1:2", "0:0"},
+        {"disconnected in neither", {{L"A", "D"}, {L"B", "ID"}, {L"C", "I"}, {L"D", ""}}, "0:3", "0:2"},
+        {"all ignored", {{L"A", "I"}, {L"B", "I"}}, "", "0:0 1:1"},
+    };
+    for (const Case& test : cases) {
+        DeviceRowMaps maps = MapDeviceRows(test.devices.sources);
+        EXPECT_EQ(Rows(maps.devices), test.deviceRows) << test.what;
+        EXPECT_EQ(Rows(maps.ignored), test.ignoredRows) << test.what;
+    }
+}
+
+TEST(DeviceChoiceRules, RowLookupsGiveNoneForNothingSelectedOrAMissingRow)
+{
+    Devices devices{{L"A", "I"}, {L"B", ""}, {L"C", ""}};
+    DeviceRowMaps maps = MapDeviceRows(devices.sources);
+    EXPECT_EQ(SourceAtRow(maps.devices, 0), 1u);
+    EXPECT_EQ(SourceAtRow(maps.devices, 1), 2u);
+    EXPECT_EQ(SourceAtRow(maps.devices, -1), kNoSource);
+    EXPECT_EQ(SourceAtRow(maps.devices, 2), kNoSource);
+    EXPECT_EQ(SourceAtRow(maps.ignored, 0), 0u);
+    EXPECT_EQ(RowOfSource(maps.devices, 2), 1);
+    EXPECT_EQ(RowOfSource(maps.devices, 0), -1);
+    EXPECT_EQ(RowOfSource(maps.devices, kNoSource), -1);
+}
+
+// The Properties title reads the device list at the row numbered like the
+// device's index, so an ignored device ahead of it shifts the name.
+TEST(DeviceChoiceRules, PropertiesTitleTakesTheRowNumberedLikeTheDeviceIndex)
+{
+    {
+        Devices devices{{L"Sky Cam", ""}, {L"Side Cam", ""}};
+        DeviceRowMaps maps = MapDeviceRows(devices.sources);
+        EXPECT_EQ(DeviceFormatTitleAtRow(devices.sources, maps, 0), L"Sky Cam Properties");
+        EXPECT_EQ(DeviceFormatTitleAtRow(devices.sources, maps, 1), L"Side Cam Properties");
+    }
+    {
+        Devices devices{{L"Gone Cam", "I"}, {L"Sky Cam", ""}, {L"Side Cam", ""}};
+        DeviceRowMaps maps = MapDeviceRows(devices.sources);
+        EXPECT_EQ(DeviceFormatTitleAtRow(devices.sources, maps, 1), L"Side Cam Properties");
+        EXPECT_EQ(DeviceFormatTitleAtRow(devices.sources, maps, 2), L" Properties");
+    }
+    {
+        Devices devices{{L"Old Cam", "D"}, {L"Sky Cam", ""}};
+        DeviceRowMaps maps = MapDeviceRows(devices.sources);
+        EXPECT_EQ(DeviceFormatTitleAtRow(devices.sources, maps, 1), L" Properties");
+        EXPECT_EQ(DeviceFormatTitleAtRow(devices.sources, maps, kNoSource), L" Properties");
+    }
+}
+
+TEST(DeviceChoiceRules, CheckingDefaultMakesTheOnlyDefaultAndClearingTakesOnlyThatOne)
+{
+    Devices devices{{L"A", "F"}, {L"B", ""}, {L"C", "F"}};
+    SetDefaultDevice(devices.sources, 1, true);
+    EXPECT_EQ(devices.Flags(&VideoSourceInfo::isDefault), "010");
+    SetDefaultDevice(devices.sources, 2, false);
+    EXPECT_EQ(devices.Flags(&VideoSourceInfo::isDefault), "010");
+    SetDefaultDevice(devices.sources, 1, false);
+    EXPECT_EQ(devices.Flags(&VideoSourceInfo::isDefault), "000");
+    SetDefaultDevice(devices.sources, 7, true);
+    SetDefaultDevice(devices.sources, kNoSource, true);
+    EXPECT_EQ(devices.Flags(&VideoSourceInfo::isDefault), "000");
+}
+
+TEST(DeviceChoiceRules, OnlyTheCurrentDeviceKeepsTheInUseMark)
+{
+    Devices devices{{L"A", "A"}, {L"B", ""}, {L"C", "IA"}, {L"D", "M"}};
+    MarkOnlyCurrentActive(devices.sources, 1);
+    EXPECT_EQ(devices.Flags(&VideoSourceInfo::isActive), "0100");
+    // A recording device is marked as recording, not as in use.
+    MarkOnlyCurrentActive(devices.sources, 3);
+    EXPECT_EQ(devices.Flags(&VideoSourceInfo::isActive), "0000");
+    MarkOnlyCurrentActive(devices.sources, kNoSource);
+    EXPECT_EQ(devices.Flags(&VideoSourceInfo::isActive), "0000");
+}
+
+TEST(DeviceChoiceRules, OkWritesEveryIgnoredNameAndTheDefaultButNeverClearsTheDefault)
+{
+    struct Case {
+        const char* what;
+        Devices devices;
+        const wchar_t* oldDefault;
+        std::vector<std::wstring> oldExcluded;
+        const wchar_t* defaultName;
+        std::vector<std::wstring> excluded;
+    };
+    const Case cases[] = {
+        {"nothing flagged keeps the old default", {{L"A", ""}, {L"B", ""}}, L"A", {L"Old"}, L"A", {}},
+        {"default and ignored", {{L"A", "I"}, {L"B", "F"}}, L"", {}, L"B", {L"A"}},
+        {"disconnected count too", {{L"A", "ID"}, {L"B", "FD"}, {L"C", "I"}}, L"C", {}, L"B", {L"A", L"C"}},
+        {"last default wins", {{L"A", "F"}, {L"B", "F"}}, L"", {}, L"B", {}},
+        {"two of one name", {{L"Cam", "I"}, {L"Cam", "I"}}, L"", {}, L"", {L"Cam", L"Cam"}},
+    };
+    for (const Case& test : cases) {
+        Options record{};
+        wcscpy(record.DefaultVideoSource, test.oldDefault);
+        record.ExcludedVideoSource = test.oldExcluded;
+        CollectDeviceChoice(test.devices.sources, record);
+        EXPECT_STREQ(record.DefaultVideoSource, test.defaultName) << test.what;
+        EXPECT_EQ(record.ExcludedVideoSource, test.excluded) << test.what;
+    }
+}
+
+}  // namespace
