@@ -91,6 +91,20 @@ HRESULT SetPropertyToDefault(long propertyNumber)
     return S_OK;
 }
 
+HRESULT SetPropertiesToDefaults()
+{
+    if (!CurrentSource())
+        return E_FAIL;
+    for (long number : kPropertyNumbers) {
+        HRESULT result = SetPropertyToDefault(number);
+        if (FAILED(result)) {
+            ReportUserMessage(L"Unable to set current device properties to defaults\r\n", true);
+            return result;
+        }
+    }
+    return S_OK;
+}
+
 HRESULT ApplyDeviceProperties(uint32_t sourceIndex)
 {
     if (sourceIndex >= videoSources.size() || !videoSources[sourceIndex]) {

@@ -16,5 +16,10 @@ DeviceProperty* PropertyRecord(VideoSourceInfo& source, long propertyNumber);
 HRESULT SetPropertyValue(long propertyNumber, long value);
 HRESULT SetPropertyToDefault(long propertyNumber);
 
+// Every property of the current device back to its default, in the order
+// of their numbers, stopping at the first that fails (with its line). A
+// failure, silently, when no device is current.
+HRESULT SetPropertiesToDefaults();
+
 // Writes every available stored value into the device.
 HRESULT ApplyDeviceProperties(uint32_t sourceIndex);
