@@ -57,6 +57,12 @@ set(MAVU_E2E_SCENARIOS
     Picture.WithoutTheColorEffectStartUpSaysSoOnceAndTheCameraRuns
     HotPlug.PullAndReplugTwiceDuringAnEventGoesOnInNumberedFilesAndEndsOnTime
     Analog.APalSignalAtStartUpIsFoundAndRecordedAsPal
+    DeviceFormat.ASizeChosenInTheListRestartsTheCameraAtThatSize
+    DeviceFormat.SlidersSetTheDeviceDefaultsResetItAndCancelRestoresTheOpening
+    DeviceFormat.OkWithSaveWritesTheConfigurationAndTheNextStartAppliesIt
+    DeviceFormat.AGrabbersStandardsAreGreyUnderAutoDetectAndPalRestartsAt720x576
+    DeviceFormat.ADeviceWithoutPicturePropertiesShowsOnlySetDefaultValues
+    DeviceFormat.OpeningTurnsMagnifyOffAndGreysTheDeviceItems
 )
 
 # Scenarios of minutes, run by: ctest -L long
