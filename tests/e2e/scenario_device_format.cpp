@@ -19,6 +19,7 @@
 #include "e2e/harness.h"
 #include "support/ffprobe.h"
 #include "tools/synthcam/registry.h"
+#include "tools/vmr7standin/registration.h"
 #include "ui/commands.h"
 #include "ui/control_ids.h"
 
@@ -367,6 +368,43 @@ TEST(DeviceFormat, AGrabbersStandardsAreGreyUnderAutoDetectAndPalRestartsAt720x5
     run.program->Kill();
 }
 
+// With a renderer that counts frames the grabber's standard is found at
+// start-up (PAL). Chosen by hand, NTSC puts the camera on 30 frames; ticking
+// Auto Detect again runs the trial, which finds PAL once more and says so,
+// and the camera comes back at 720x576 and 25 frames with the radios grey.
+TEST(DeviceFormat, TickingAutoDetectAgainFindsTheStandardByTrial)
+{
+    vmr7standin::StandInRegistration standIn;
+    ASSERT_TRUE(standIn.Installed());
+    constexpr wchar_t kPalFound[] = L"Auto Detect: device \"USB 2820 Device\" format changed from NTSC to PAL\r\n";
+    FormatRun run;
+    ASSERT_TRUE(run.Start(L"USB 2820 Device", L"usb2820", L"pal"));
+    EXPECT_EQ(run.program->CountMessages(kPalFound), 1) << Narrow(run.program->Messages());
+    ASSERT_NE(run.Open(), nullptr);
+    EXPECT_TRUE(run.Checked(kFormatAutoDetectBox));
+    EXPECT_TRUE(run.Checked(kFormatPalRadio));
+    EXPECT_EQ(run.Rows(kFormatFrameRateList), std::vector<std::wstring>{L"25"});
+
+    Click(run.Item(kFormatAutoDetectBox));
+    Click(run.Item(kFormatNtscRadio));
+    EXPECT_TRUE(run.Checked(kFormatNtscRadio));
+    EXPECT_EQ(run.Rows(kFormatFrameRateList), std::vector<std::wstring>{L"30"});
+    EXPECT_EQ(run.Rows(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"720x480");
+
+    Click(run.Item(kFormatAutoDetectBox));
+    EXPECT_EQ(run.program->CountMessages(kPalFound), 2) << Narrow(run.program->Messages());
+    EXPECT_TRUE(run.Checked(kFormatAutoDetectBox));
+    EXPECT_TRUE(run.Checked(kFormatPalRadio));
+    EXPECT_FALSE(run.Checked(kFormatNtscRadio));
+    EXPECT_FALSE(IsEnabled(run.Item(kFormatNtscRadio)));
+    EXPECT_FALSE(IsEnabled(run.Item(kFormatPalRadio)));
+    EXPECT_EQ(run.Rows(kFormatFrameRateList), std::vector<std::wstring>{L"25"});
+    EXPECT_EQ(run.Rows(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"720x576");
+    Click(run.Item(kFormatOkButton));
+    ExpectRecordedAt(run, 720, 576, "25", "PAL");
+    run.program->Kill();
+}
+
 // No picture properties: the group holds "Set Default Values" alone, which
 // then says it can't.
 TEST(DeviceFormat, ADeviceWithoutPicturePropertiesShowsOnlySetDefaultValues)
@@ -390,8 +428,9 @@ TEST(DeviceFormat, ADeviceWithoutPicturePropertiesShowsOnlySetDefaultValues)
     run.program->Kill();
 }
 
-// Magnify on when the window opens goes off with its window; the menu's
-// Options popup shows the three items grey while the window is open.
+// Magnify on when the window opens goes off with its window; the Options
+// and Display popups show the three items grey while the window is open
+// (menus can't be read from another process: the screenshots show them).
 TEST(DeviceFormat, OpeningTurnsMagnifyOffAndGreysTheDeviceItems)
 {
     FormatRun run;
@@ -429,6 +468,11 @@ TEST(DeviceFormat, OpeningTurnsMagnifyOffAndGreysTheDeviceItems)
     popup = FindProcessWindow(run.program->ProcessId(), L"#32768");
     Sleep(300);
     EXPECT_TRUE(TakeScreenshot("device-properties-options-menu"));
+    // One back: the Display popup, with Magnify.
+    PostMessageW(FindProcessWindow(run.program->ProcessId(), L"#32768"), WM_KEYDOWN, VK_LEFT, 0);
+    Sleep(500);
+    EXPECT_TRUE(TakeScreenshot("device-properties-display-menu"));
+    popup = FindProcessWindow(run.program->ProcessId(), L"#32768");
     PostMessageW(popup, WM_KEYDOWN, VK_ESCAPE, 0);
     PostMessageW(run.Main(), WM_KEYDOWN, VK_ESCAPE, 0);
     Sleep(300);

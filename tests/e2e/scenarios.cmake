@@ -61,6 +61,7 @@ set(MAVU_E2E_SCENARIOS
     DeviceFormat.SlidersSetTheDeviceDefaultsResetItAndCancelRestoresTheOpening
     DeviceFormat.OkWithSaveWritesTheConfigurationAndTheNextStartAppliesIt
     DeviceFormat.AGrabbersStandardsAreGreyUnderAutoDetectAndPalRestartsAt720x576
+    DeviceFormat.TickingAutoDetectAgainFindsTheStandardByTrial
     DeviceFormat.ADeviceWithoutPicturePropertiesShowsOnlySetDefaultValues
     DeviceFormat.OpeningTurnsMagnifyOffAndGreysTheDeviceItems
 )
