@@ -40,12 +40,13 @@ struct FormatRun {
     std::unique_ptr<Program> program;
     HWND window = nullptr;
 
-    bool Start(const wchar_t* name, const wchar_t* profile, const wchar_t* signal = L"ntsc")
+    bool Start(const wchar_t* name, const wchar_t* profile, const wchar_t* signal = L"ntsc",
+               const std::string& options = "")
     {
         device = name;
         if (!devices.Add(name, profile, signal))
             return false;
-        WriteOptions(folder, Option("DefaultRenderer", "VMR9"));
+        WriteOptions(folder, Option("DefaultRenderer", "VMR9") + options);
         return Run();
     }
     // The program again, in the same folder with the options it saved.
@@ -425,6 +426,55 @@ TEST(DeviceFormat, ADeviceWithoutPicturePropertiesShowsOnlySetDefaultValues)
     EXPECT_LT(group.bottom - inside.bottom, 40);
     Click(button);
     EXPECT_TRUE(run.program->WaitForMessage(L"Unable to set current device properties to defaults\r\n", 3000));
+    run.program->Kill();
+}
+
+// A saved configuration whose standard is none of the four words leaves the
+// device of unknown format: opening says so and fills nothing, so the
+// window shows as it was made.
+TEST(DeviceFormat, ADeviceOfUnknownFormatIsReportedAndTheWindowShowsAsItStood)
+{
+    FormatRun run;
+    ASSERT_TRUE(run.Start(L"Sky Cam", L"webcam", L"ntsc",
+                          Option("VConfig", "Sky Cam|30|640x480|YUY2|0|50|0|64|3|0|NONE")));
+    ASSERT_NE(run.Open(), nullptr);
+    EXPECT_EQ(run.program->CountMessages(L"Device has an unknown format; properties cannot be set\r\n"), 1);
+    EXPECT_EQ(WindowText(run.window), L" Properties");
+    EXPECT_EQ(run.Rows(kFormatFrameRateList).size(), 0u);
+    EXPECT_EQ(SendMessageW(run.Slider(kBrightnessRow), TBM_GETRANGEMAX, 0, 0), 100);
+    EXPECT_EQ(run.SliderPosition(kBrightnessRow), 50);
+    EXPECT_EQ(run.SliderPosition(kContrastRow), 5);
+    Click(run.Item(kFormatCancelButton));
+    EXPECT_FALSE(IsVisible(run.window));
+    EXPECT_TRUE(run.program->WaitForMessage(kRestored, 3000));
+    run.program->Kill();
+}
+
+// The camera pulled out while the window is open: what the window still
+// offers then finds no device, says so where the setter does, and the
+// program goes on.
+TEST(DeviceFormat, TheDeviceGoneWhileOpenLeavesEveryControlHarmless)
+{
+    FormatRun run;
+    ASSERT_TRUE(run.Start(L"Sky Cam", L"webcam"));
+    ASSERT_NE(run.Open(), nullptr);
+    ASSERT_TRUE(run.devices.Pull(L"Sky Cam"));
+    ASSERT_EQ(SendDeviceChange(run.Main()), 1);
+    run.MoveSlider(kBrightnessRow, 30);
+    EXPECT_TRUE(run.program->WaitForMessage(L"Logic error: setting property value for unknown current device\r\n", 3000))
+        << Narrow(run.program->Messages());
+    run.Choose(kFormatFrameRateList, 2);
+    run.Choose(kFormatFrameSizeList, 1);
+    Click(run.Item(kFormatDefaultsButton));
+    Click(run.Item(kFormatAutoDetectBox));
+    Click(run.Item(kFormatPalRadio));
+    Click(run.Item(kFormatCancelButton));
+    EXPECT_TRUE(run.program->WaitForMessage(kRestored, 3000));
+    EXPECT_TRUE(run.program->IsRunning());
+    ASSERT_NE(run.Open(), nullptr);
+    SendMessageW(run.window, WM_CLOSE, 0, 0);
+    EXPECT_FALSE(IsVisible(run.window));
+    EXPECT_TRUE(run.program->IsRunning());
     run.program->Kill();
 }
 

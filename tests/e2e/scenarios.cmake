@@ -63,6 +63,8 @@ set(MAVU_E2E_SCENARIOS
     DeviceFormat.AGrabbersStandardsAreGreyUnderAutoDetectAndPalRestartsAt720x576
     DeviceFormat.TickingAutoDetectAgainFindsTheStandardByTrial
     DeviceFormat.ADeviceWithoutPicturePropertiesShowsOnlySetDefaultValues
+    DeviceFormat.ADeviceOfUnknownFormatIsReportedAndTheWindowShowsAsItStood
+    DeviceFormat.TheDeviceGoneWhileOpenLeavesEveryControlHarmless
     DeviceFormat.OpeningTurnsMagnifyOffAndGreysTheDeviceItems
 )
 
