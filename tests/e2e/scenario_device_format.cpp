@@ -435,8 +435,8 @@ TEST(DeviceFormat, ADeviceWithoutPicturePropertiesShowsOnlySetDefaultValues)
 TEST(DeviceFormat, ADeviceOfUnknownFormatIsReportedAndTheWindowShowsAsItStood)
 {
     FormatRun run;
-    ASSERT_TRUE(run.Start(L"Sky Cam", L"webcam", L"ntsc",
-                          Option("VConfig", "Sky Cam|30|640x480|YUY2|0|50|0|64|3|0|NONE")));
+    ASSERT_TRUE(
+        run.Start(L"Sky Cam", L"webcam", L"ntsc", Option("VConfig", "Sky Cam|30|640x480|YUY2|0|50|0|64|3|0|NONE")));
     ASSERT_NE(run.Open(), nullptr);
     EXPECT_EQ(run.program->CountMessages(L"Device has an unknown format; properties cannot be set\r\n"), 1);
     EXPECT_EQ(WindowText(run.window), L" Properties");
@@ -461,7 +461,8 @@ TEST(DeviceFormat, TheDeviceGoneWhileOpenLeavesEveryControlHarmless)
     ASSERT_TRUE(run.devices.Pull(L"Sky Cam"));
     ASSERT_EQ(SendDeviceChange(run.Main()), 1);
     run.MoveSlider(kBrightnessRow, 30);
-    EXPECT_TRUE(run.program->WaitForMessage(L"Logic error: setting property value for unknown current device\r\n", 3000))
+    EXPECT_TRUE(
+        run.program->WaitForMessage(L"Logic error: setting property value for unknown current device\r\n", 3000))
         << Narrow(run.program->Messages());
     run.Choose(kFormatFrameRateList, 2);
     run.Choose(kFormatFrameSizeList, 1);
