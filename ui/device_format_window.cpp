@@ -433,8 +433,10 @@ bool CreateDeviceFormatWindow(HINSTANCE instance)
                  layout.defaultsButtonTop, 150, 28, kFormatDefaultsButton);
     SmallControl(window, L"BUTTON", L" Save Device Configuration", BS_AUTOCHECKBOX | WS_TABSTOP, 25, layout.saveBoxTop,
                  300, 24, kFormatSaveBox);
-    CreatePushButton(window, L"OK", 140, layout.buttonsTop, 100, 30, kFormatOkButton);
-    CreatePushButton(window, L"Cancel", 310, layout.buttonsTop, 100, 30, kFormatCancelButton);
+    SmallControl(window, L"BUTTON", L"OK", BS_PUSHBUTTON | WS_TABSTOP, 140, layout.buttonsTop, 100, 30,
+                 kFormatOkButton);
+    SmallControl(window, L"BUTTON", L"Cancel", BS_PUSHBUTTON | WS_TABSTOP, 310, layout.buttonsTop, 100, 30,
+                 kFormatCancelButton);
     return true;
 }
 
