@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-const long kPropertyRowNumbers[kPropertyRowCount] = {0, 1, 2, 3, 4, 9};
 const wchar_t* const kPropertyRowNames[kPropertyRowCount] = {L"Brightness", L"Contrast",  L"Hue",
                                                              L"Saturation", L"Sharpness", L"Gain"};
 

@@ -7,13 +7,11 @@
 #include <cstdint>
 #include <vector>
 
+#include "video/device_properties.h"
 #include "video/video_sources.h"
 
-// The picture properties in the order of their rows, by their
-// IAMVideoProcAmp numbers (Brightness, Contrast, Hue, Saturation, Sharpness,
-// Gain).
-constexpr int kPropertyRowCount = 6;
-extern const long kPropertyRowNumbers[kPropertyRowCount];
+// A row per picture property, in the order of the device's records.
+constexpr int kPropertyRowCount = kDevicePropertyCount;
 extern const wchar_t* const kPropertyRowNames[kPropertyRowCount];
 
 // The groups the frame-rate list shows, as indexes into `frameRates`: those

@@ -62,7 +62,7 @@ void Show(int id, bool shown)
 
 DeviceProperty* PropertyOfRow(VideoSourceInfo& source, int row)
 {
-    return PropertyRecord(source, kPropertyRowNumbers[row]);
+    return PropertyRecord(source, kDevicePropertyNumbers[row]);
 }
 
 VideoFormatsByFrameRate* SelectedGroup(VideoSourceInfo& source)
@@ -161,7 +161,7 @@ void OnSliderMoved(WPARAM wParam, HWND slider)
         return;
     // The record takes the value when the device does; a refusal is
     // reported by the setter.
-    SetPropertyValue(kPropertyRowNumbers[row], position);
+    SetPropertyValue(kDevicePropertyNumbers[row], position);
 }
 
 void OnSetDefaultValues()
@@ -198,7 +198,7 @@ void OnCancel()
             for (int row = 0; row < kPropertyRowCount; ++row) {
                 const DeviceProperty* property = PropertyOfRow(*source, row);
                 if (property->available)
-                    SetPropertyValue(kPropertyRowNumbers[row], property->value);
+                    SetPropertyValue(kDevicePropertyNumbers[row], property->value);
             }
         }
     }

@@ -9,6 +9,13 @@
 
 #include "video/video_sources.h"
 
+// The property numbers in the order of the records: Brightness, Contrast,
+// Hue, Saturation, Sharpness, Gain.
+constexpr int kDevicePropertyCount = 6;
+constexpr long kDevicePropertyNumbers[kDevicePropertyCount] = {VideoProcAmp_Brightness, VideoProcAmp_Contrast,
+                                                               VideoProcAmp_Hue,        VideoProcAmp_Saturation,
+                                                               VideoProcAmp_Sharpness,  VideoProcAmp_Gain};
+
 // The record of a property number (0, 1, 2, 3, 4, 9), or null.
 DeviceProperty* PropertyRecord(VideoSourceInfo& source, long propertyNumber);
 
