@@ -112,3 +112,25 @@ constexpr int kSelectDeviceIgnoredList = 33403;
 constexpr int kSelectDeviceRestoreButton = 33404;
 constexpr int kSelectDeviceOkButton = 33405;
 constexpr int kSelectDeviceCancelButton = 33406;
+
+// Device Properties. The property rows' labels and sliders stand in the
+// order Brightness, Contrast, Hue, Saturation, Sharpness, Gain.
+constexpr int kFormatMediaGroup = 33420;
+constexpr int kFormatPropertiesGroup = 33421;
+constexpr int kFormatAutoDetectBox = 33422;
+constexpr int kFormatStandardFrame = 33423;
+constexpr int kFormatNtscRadio = 33424;
+constexpr int kFormatPalRadio = 33425;
+constexpr int kFormatDigitalLabel = 33426;
+constexpr int kFormatFrameRateLabel = 33427;
+constexpr int kFormatFrameRateList = 33428;
+constexpr int kFormatFrameSizeLabel = 33429;
+constexpr int kFormatFrameSizeList = 33430;
+constexpr int kFormatSubtypeLabel = 33431;
+constexpr int kFormatSubtypeField = 33432;
+constexpr int kFormatFirstPropertyLabel = 33433;  // to 33438
+constexpr int kFormatFirstPropertySlider = 33439;  // to 33444
+constexpr int kFormatDefaultsButton = 33445;
+constexpr int kFormatSaveBox = 33446;
+constexpr int kFormatOkButton = 33447;
+constexpr int kFormatCancelButton = 33448;

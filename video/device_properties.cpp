@@ -3,13 +3,6 @@
 #include "base/com_ptr.h"
 #include "base/report.h"
 
-namespace {
-
-const long kPropertyNumbers[6] = {VideoProcAmp_Brightness, VideoProcAmp_Contrast,  VideoProcAmp_Hue,
-                                  VideoProcAmp_Saturation, VideoProcAmp_Sharpness, VideoProcAmp_Gain};
-
-}  // namespace
-
 DeviceProperty* PropertyRecord(VideoSourceInfo& source, long propertyNumber)
 {
     switch (propertyNumber) {
@@ -91,6 +84,20 @@ HRESULT SetPropertyToDefault(long propertyNumber)
     return S_OK;
 }
 
+HRESULT SetPropertiesToDefaults()
+{
+    if (!CurrentSource())
+        return E_FAIL;
+    for (long number : kDevicePropertyNumbers) {
+        HRESULT result = SetPropertyToDefault(number);
+        if (FAILED(result)) {
+            ReportUserMessage(L"Unable to set current device properties to defaults\r\n", true);
+            return result;
+        }
+    }
+    return S_OK;
+}
+
 HRESULT ApplyDeviceProperties(uint32_t sourceIndex)
 {
     if (sourceIndex >= videoSources.size() || !videoSources[sourceIndex]) {
@@ -111,7 +118,7 @@ HRESULT ApplyDeviceProperties(uint32_t sourceIndex)
     }
     // A property that read on automatic isn't available, so a value saved in
     // an earlier run isn't forced onto it.
-    for (long number : kPropertyNumbers) {
+    for (long number : kDevicePropertyNumbers) {
         const DeviceProperty* property = PropertyRecord(source, number);
         if (property->available && FAILED(procAmp->Set(number, property->value, VideoProcAmp_Flags_Manual)))
             ReportUserMessage(L"WARNING: unable to manually set an individual device property\r\n", false);

@@ -69,6 +69,15 @@ set(MAVU_E2E_SCENARIOS
     SelectDevice.Screenshots
     SelectDevice.TheListsFollowDevicesPulledAndPluggedWhileOpen
     SelectDevice.AChosenDeviceIsTheActiveOneWhenDevicesArePulled
+    DeviceFormat.ASizeChosenInTheListRestartsTheCameraAtThatSize
+    DeviceFormat.SlidersSetTheDeviceDefaultsResetItAndCancelRestoresTheOpening
+    DeviceFormat.OkWithSaveWritesTheConfigurationAndTheNextStartAppliesIt
+    DeviceFormat.AGrabbersStandardsAreGreyUnderAutoDetectAndPalRestartsAt720x576
+    DeviceFormat.TickingAutoDetectAgainFindsTheStandardByTrial
+    DeviceFormat.ADeviceWithoutPicturePropertiesShowsOnlySetDefaultValues
+    DeviceFormat.ADeviceOfUnknownFormatIsReportedAndTheWindowShowsAsItStood
+    DeviceFormat.TheDeviceGoneWhileOpenLeavesEveryControlHarmless
+    DeviceFormat.OpeningTurnsMagnifyOffAndGreysTheDeviceItems
 )
 
 # Scenarios of minutes, run by: ctest -L long

@@ -130,3 +130,36 @@ TEST_F(DevicePropertiesTest, TheBareDeviceHasNone)
     EXPECT_EQ(ApplyDeviceProperties(0), E_FAIL);
     EXPECT_EQ(TakeMessages(), L"WARNING: attempt to set device properties such as brightness and contrast failed\r\n");
 }
+
+// Set Default Values: every property back to its default in the device, and
+// the value another process reads of it follows.
+TEST_F(DevicePropertiesTest, AllPropertiesGoBackToTheirDefaultsTogether)
+{
+    VideoSourceInfo* source = ListOne(L"Cam", L"webcam");
+    ASSERT_NE(source, nullptr);
+    EXPECT_EQ(SetPropertyValue(VideoProcAmp_Brightness, 40), S_OK);
+    EXPECT_EQ(SetPropertyValue(VideoProcAmp_Contrast, 90), S_OK);
+    EXPECT_EQ(SetPropertyValue(VideoProcAmp_Gain, 70), S_OK);
+    long published = 0;
+    ASSERT_TRUE(synthcam::PublishedPropertyValue(L"Cam", VideoProcAmp_Brightness, &published));
+    EXPECT_EQ(published, 40);
+
+    EXPECT_EQ(SetPropertiesToDefaults(), S_OK);
+    const long defaults[6] = {0, 50, 0, 64, 3, 0};
+    for (int i = 0; i < 6; ++i)
+        EXPECT_EQ(ReadFromDevice(source->baseFilter, kProperties[i]).value, defaults[i]) << kProperties[i];
+    EXPECT_EQ(source->contrast.value, 50);
+    ASSERT_TRUE(synthcam::PublishedPropertyValue(L"Cam", VideoProcAmp_Brightness, &published));
+    EXPECT_EQ(published, 0);
+    EXPECT_TRUE(TakeMessages().empty());
+}
+
+TEST_F(DevicePropertiesTest, DefaultsFailWithTheirLineWithoutPropertiesAndSilentlyWithoutADevice)
+{
+    ASSERT_NE(ListOne(L"Bare", L"bare"), nullptr);
+    EXPECT_TRUE(FAILED(SetPropertiesToDefaults()));
+    EXPECT_EQ(TakeMessages(), L"Unable to set current device properties to defaults\r\n");
+    currentSourceIndex = kNoSource;
+    EXPECT_EQ(SetPropertiesToDefaults(), E_FAIL);
+    EXPECT_TRUE(TakeMessages().empty());
+}

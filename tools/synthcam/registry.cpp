@@ -176,6 +176,42 @@ std::vector<DeviceEntry> ListDevices()
     return devices;
 }
 
+namespace {
+
+constexpr wchar_t kPublishedValuesRoot[] = L"Software\\MAVU synthetic camera\\Property values";
+
+std::wstring PublishedValueName(long property)
+{
+    return L"Property " + std::to_wstring(property);
+}
+
+}  // namespace
+
+void PublishPropertyValue(const std::wstring& plug, long property, long value)
+{
+    std::wstring path = std::wstring(kPublishedValuesRoot) + L"\\" + plug;
+    DWORD data = static_cast<DWORD>(value);
+    RegSetKeyValueW(HKEY_CURRENT_USER, path.c_str(), PublishedValueName(property).c_str(), REG_DWORD, &data,
+                    sizeof data);
+}
+
+bool PublishedPropertyValue(const std::wstring& name, long property, long* value)
+{
+    for (const DeviceEntry& device : ListDevices()) {
+        if (device.name != name || device.plug.empty())
+            continue;
+        std::wstring path = std::wstring(kPublishedValuesRoot) + L"\\" + device.plug;
+        DWORD data = 0;
+        DWORD size = sizeof data;
+        if (RegGetValueW(HKEY_CURRENT_USER, path.c_str(), PublishedValueName(property).c_str(), RRF_RT_REG_DWORD,
+                         nullptr, &data, &size) != ERROR_SUCCESS)
+            return false;
+        *value = static_cast<long>(data);
+        return true;
+    }
+    return false;
+}
+
 std::wstring PulledEventName(const std::wstring& plug)
 {
     return L"MAVU synthetic camera pulled " + plug;
@@ -221,6 +257,7 @@ void RemoveAllDevices()
 {
     for (const DeviceEntry& device : ListDevices())
         RegDeleteTreeW(HKEY_CLASSES_ROOT, (InstanceRoot() + L"\\" + device.instanceKey).c_str());
+    RegDeleteTreeW(HKEY_CURRENT_USER, kPublishedValuesRoot);
 }
 
 }  // namespace synthcam

@@ -55,4 +55,13 @@ std::wstring PulledEventName(const std::wstring& plug);
 void RemoveAllDevices();
 std::vector<DeviceEntry> ListDevices();
 
+// A device's picture property values as its filter last had them, for
+// tests in another process: the filter made from a plugging in writes each
+// value there when it is loaded and whenever it is set. A new filter of the
+// same plugging in starts again from the profile's defaults, as a camera
+// opened anew does.
+void PublishPropertyValue(const std::wstring& plug, long property, long value);
+// The value of the first device of that name; false when none is written.
+bool PublishedPropertyValue(const std::wstring& name, long property, long* value);
+
 }  // namespace synthcam

@@ -554,7 +554,9 @@ HRESULT STDMETHODCALLTYPE SynthCamFilter::Load(IPropertyBag* bag, IErrorLog* log
     std::wstring plug = ReadBagString(bag, L"Plug");
     if (!plug.empty() && !pulled_)
         pulled_ = CreateEventW(nullptr, TRUE, FALSE, PulledEventName(plug).c_str());
+    plug_ = plug;
     MakePins();
+    PublishPropertyValues();
     return S_OK;
 }
 
@@ -597,6 +599,7 @@ HRESULT STDMETHODCALLTYPE SynthCamFilter::Set(long property, long value, long fl
     CAutoLock lock(&filterLock_);
     values_[property] = value;
     automatic_[property] = (flags & VideoProcAmp_Flags_Auto) != 0;
+    PublishPropertyValues();
     return S_OK;
 }
 
@@ -611,6 +614,14 @@ HRESULT STDMETHODCALLTYPE SynthCamFilter::Get(long property, long* value, long* 
     *value = values_[property];
     *flags = automatic_[property] ? VideoProcAmp_Flags_Auto : VideoProcAmp_Flags_Manual;
     return S_OK;
+}
+
+void SynthCamFilter::PublishPropertyValues()
+{
+    if (plug_.empty())
+        return;
+    for (const PropertySpec& spec : profile_->properties)
+        PublishPropertyValue(plug_, spec.property, values_[spec.property]);
 }
 
 PictureAdjust SynthCamFilter::Adjust() const

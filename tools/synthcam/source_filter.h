@@ -129,6 +129,9 @@ private:
     void MakePins();
     void DestroyPins();
     const PropertySpec* FindProperty(long property) const;
+    // Writes the picture property values where other processes read them
+    // (PublishedPropertyValue), once the plugging in is known.
+    void PublishPropertyValues();
 
     CCritSec filterLock_;
     const Profile* profile_;
@@ -141,6 +144,7 @@ private:
     SynthCamPin* capture_ = nullptr;
     SynthCamPin* preview_ = nullptr;
     HANDLE pulled_ = nullptr;
+    std::wstring plug_;
     std::atomic<bool> lossReported_{false};
     long frameLimit_ = 0;
     long startDelayMs_ = 0;

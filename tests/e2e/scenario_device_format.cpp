@@ -1,0 +1,532 @@
+// The Device Properties window, driven as a user would: a frame size chosen
+// in its list restarts the camera at that size, the sliders set the
+// device's picture properties, Set Default Values and Cancel put them back,
+// OK with Save writes the device's configuration for the next start, and a
+// grabber's standard is chosen by hand. Property values are read back from
+// the synthetic camera itself.
+#include <gtest/gtest.h>
+
+#include <windows.h>
+#include <commctrl.h>
+#include <dshow.h>
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "device/graph_helpers.h"
+#include "e2e/harness.h"
+#include "support/ffprobe.h"
+#include "tools/synthcam/registry.h"
+#include "tools/vmr7standin/registration.h"
+#include "ui/commands.h"
+#include "ui/control_ids.h"
+
+using namespace e2e;
+
+namespace {
+
+constexpr wchar_t kMainTitle[] = L"MAVU Video Capture Version 2.1";
+constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
+constexpr wchar_t kRestored[] = L"Input device properties are restored\r\n";
+constexpr int kBrightnessRow = 0;
+constexpr int kContrastRow = 1;
+
+struct FormatRun {
+    devicetest::SyntheticDevices devices;
+    std::wstring folder = MakeWorkFolderForCurrentTest();
+    std::wstring device;
+    std::unique_ptr<Program> program;
+    HWND window = nullptr;
+
+    bool Start(const wchar_t* name, const wchar_t* profile, const wchar_t* signal = L"ntsc",
+               const std::string& options = "")
+    {
+        device = name;
+        if (!devices.Add(name, profile, signal))
+            return false;
+        WriteOptions(folder, Option("DefaultRenderer", "VMR9") + options);
+        return Run();
+    }
+    // The program again, in the same folder with the options it saved.
+    bool Run()
+    {
+        program = std::make_unique<Program>(folder);
+        return program->Start() && program->WaitReady();
+    }
+    HWND Main() const { return program->MainWindow(); }
+    HWND Clipping() const { return FindChild(Main(), L"MavuVideoRecordWindow"); }
+    HWND Open()
+    {
+        SendCommand(Main(), IDM_DEVICE_PROPERTIES);
+        window = FindProcessWindow(program->ProcessId(), L"DeviceFormat");
+        return window && IsVisible(window) ? window : nullptr;
+    }
+    HWND Item(int id) const { return GetDlgItem(window, id); }
+    HWND Slider(int row) const { return Item(kFormatFirstPropertySlider + row); }
+    HWND Label(int row) const { return Item(kFormatFirstPropertyLabel + row); }
+    bool Checked(int id) const { return SendMessageW(Item(id), BM_GETCHECK, 0, 0) == BST_CHECKED; }
+
+    std::vector<std::wstring> Rows(int listId) const
+    {
+        HWND list = Item(listId);
+        std::vector<std::wstring> rows;
+        int count = static_cast<int>(SendMessageW(list, LB_GETCOUNT, 0, 0));
+        for (int row = 0; row < count; ++row) {
+            wchar_t text[64] = L"";
+            if (SendMessageW(list, LB_GETTEXTLEN, row, 0) < 64)
+                SendMessageW(list, LB_GETTEXT, row, reinterpret_cast<LPARAM>(text));
+            rows.push_back(text);
+        }
+        return rows;
+    }
+    int Selected(int listId) const { return static_cast<int>(SendMessageW(Item(listId), LB_GETCURSEL, 0, 0)); }
+    // A click on a row: the list box tells its window.
+    void Choose(int listId, int row) const
+    {
+        HWND list = Item(listId);
+        SendMessageW(list, LB_SETCURSEL, row, 0);
+        SendMessageW(window, WM_COMMAND, MAKEWPARAM(listId, LBN_SELCHANGE), reinterpret_cast<LPARAM>(list));
+    }
+    // The row of that text chosen.
+    void ChooseText(int listId, const wchar_t* text) const
+    {
+        std::vector<std::wstring> rows = Rows(listId);
+        for (size_t row = 0; row < rows.size(); ++row)
+            if (rows[row] == text) {
+                Choose(listId, static_cast<int>(row));
+                return;
+            }
+        std::string all;
+        for (const std::wstring& row : rows)
+            all += " " + Narrow(row);
+        ADD_FAILURE() << "no row " << Narrow(text) << " among" << all;
+    }
+    // The webcam's 800x600 is offered at 15 frames only.
+    void Choose800x600At15() const
+    {
+        ChooseText(kFormatFrameRateList, L"15");
+        EXPECT_EQ(Rows(kFormatFrameSizeList), (std::vector<std::wstring>{L"640x480", L"800x600"}));
+        ChooseText(kFormatFrameSizeList, L"800x600");
+    }
+    // A slider moved by a page, as by a click beside the thumb.
+    void MoveSlider(int row, int position) const
+    {
+        SendMessageW(Slider(row), TBM_SETPOS, TRUE, position);
+        SendMessageW(window, WM_HSCROLL, MAKEWPARAM(TB_PAGEDOWN, 0), reinterpret_cast<LPARAM>(Slider(row)));
+    }
+    // The thumb dragged: the position comes with the notification.
+    void DragSlider(int row, int position, WORD code = TB_THUMBTRACK) const
+    {
+        SendMessageW(Slider(row), TBM_SETPOS, TRUE, position);
+        SendMessageW(window, WM_HSCROLL, MAKEWPARAM(code, static_cast<WORD>(position)),
+                     reinterpret_cast<LPARAM>(Slider(row)));
+    }
+    int SliderPosition(int row) const { return static_cast<int>(SendMessageW(Slider(row), TBM_GETPOS, 0, 0)); }
+    long DeviceValue(long property) const
+    {
+        long value = -99999;
+        EXPECT_TRUE(synthcam::PublishedPropertyValue(device, property, &value));
+        return value;
+    }
+    SIZE Picture() const
+    {
+        RECT rect = WindowRect(Clipping());
+        return {rect.right - rect.left, rect.bottom - rect.top};
+    }
+    std::string OptionsFile() const { return ReadBytes(folder + L"\\MAVU_options_capture.xml"); }
+
+    // A short manual recording; its report, and its file's path in `avi`.
+    std::string Record(std::wstring& avi)
+    {
+        HWND start = FindChild(program->RecordControlsWindow(), L"Button");
+        HWND stop = GetWindow(start, GW_HWNDNEXT);
+        std::wstring videos = folder + L"\\VideoFiles";
+        size_t before = ListFiles(videos, L"*.txt").size();
+        Click(start);
+        if (!WaitUntil([&] { return WindowText(Main()) == kRecordingTitle; }, 10000))
+            return {};
+        Sleep(2000);
+        Click(stop);
+        if (!WaitUntil([&] { return WindowText(Main()) == kMainTitle; }, 10000) ||
+            !WaitUntil([&] { return ListFiles(videos, L"*.txt").size() == before + 1; }, 10000))
+            return {};
+        std::vector<std::wstring> files = ListFiles(videos, L"*.avi");
+        std::sort(files.begin(), files.end());
+        avi = videos + L"\\" + files.back();
+        return ReadBytes(avi.substr(0, avi.size() - 4) + L".txt");
+    }
+};
+
+void ExpectRecordedAt(FormatRun& run, int width, int height, const char* rate, const char* standard)
+{
+    std::wstring avi;
+    std::string report = run.Record(avi);
+    ASSERT_FALSE(report.empty());
+    std::string size = std::to_string(width) + "x" + std::to_string(height);
+    EXPECT_NE(report.find("Frame size: " + size + "\r\r\n"), std::string::npos) << report;
+    EXPECT_NE(report.find(std::string("Frame rate: ") + rate + "\r\r\n"), std::string::npos) << report;
+    EXPECT_NE(report.find(std::string("Source device format: ") + standard + "\r\r\n"), std::string::npos) << report;
+    testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(avi));
+    ASSERT_TRUE(video.ok) << video.raw;
+    EXPECT_EQ(video.width, width);
+    EXPECT_EQ(video.height, height);
+    EXPECT_GT(video.frames, 0) << video.raw;
+}
+
+}  // namespace
+
+// A webcam's window: its name in the title, "Digital" in place of the
+// standards, its rates and sizes (none under 640x480: those are never
+// offered); 15 frames and 800x600 chosen restart the camera at that rate and
+// size, and OK keeps them for the next recording without writing anything.
+TEST(DeviceFormat, ASizeChosenInTheListRestartsTheCameraAtThatSize)
+{
+    FormatRun run;
+    ASSERT_TRUE(run.Start(L"Sky Cam", L"webcam"));
+    ASSERT_NE(run.Open(), nullptr);
+    EXPECT_EQ(WindowText(run.window), L"Sky Cam Properties");
+    EXPECT_EQ(WindowRect(run.window).right - WindowRect(run.window).left, 550);
+    EXPECT_TRUE(IsVisible(run.Item(kFormatDigitalLabel)));
+    for (int id : {kFormatAutoDetectBox, kFormatStandardFrame, kFormatNtscRadio, kFormatPalRadio})
+        EXPECT_FALSE(IsVisible(run.Item(id))) << id;
+    // The media subtype field is filled and never shown.
+    EXPECT_FALSE(IsVisible(run.Item(kFormatSubtypeField)));
+    EXPECT_EQ(WindowText(run.Item(kFormatSubtypeField)), L"YUY2");
+    EXPECT_EQ(run.Rows(kFormatFrameRateList), (std::vector<std::wstring>{L"30", L"10", L"15"}));
+    EXPECT_EQ(run.Selected(kFormatFrameRateList), 0);
+    // YUY2 and RGB24 of one size both stand in the list.
+    EXPECT_EQ(run.Rows(kFormatFrameSizeList), (std::vector<std::wstring>{L"640x480", L"640x480"}));
+    EXPECT_EQ(run.Selected(kFormatFrameSizeList), 0);
+    for (int row = 0; row < 6; ++row)
+        EXPECT_TRUE(IsVisible(run.Slider(row))) << row;
+    EXPECT_EQ(WindowText(run.Label(5)), L"Gain");
+    Sleep(1000);
+    EXPECT_TRUE(TakeScreenshot("device-properties-webcam"));
+
+    run.Choose800x600At15();
+    EXPECT_EQ(run.Picture().cx, 800);
+    EXPECT_EQ(run.Picture().cy, 600);
+    Click(run.Item(kFormatOkButton));
+    EXPECT_FALSE(IsVisible(run.window));
+    EXPECT_EQ(run.program->CountMessages(kRestored), 0);
+    ExpectRecordedAt(run, 800, 600, "15", "Digital");
+    EXPECT_EQ(run.OptionsFile().find("VConfig"), std::string::npos);
+    run.program->Kill();
+}
+
+// Sliders act on the device at once, by page and by a dragged thumb, but
+// not at the thumb's release; Set Default Values puts device and sliders
+// to the defaults; Cancel puts back the size and the values of the opening.
+TEST(DeviceFormat, SlidersSetTheDeviceDefaultsResetItAndCancelRestoresTheOpening)
+{
+    FormatRun run;
+    ASSERT_TRUE(run.Start(L"Sky Cam", L"webcam"));
+    ASSERT_NE(run.Open(), nullptr);
+    // The device's range: -64 to 64, at its value 0.
+    EXPECT_EQ(SendMessageW(run.Slider(kBrightnessRow), TBM_GETRANGEMIN, 0, 0), -64);
+    EXPECT_EQ(SendMessageW(run.Slider(kBrightnessRow), TBM_GETRANGEMAX, 0, 0), 64);
+    EXPECT_EQ(run.SliderPosition(kBrightnessRow), 0);
+    EXPECT_EQ(run.SliderPosition(kContrastRow), 50);
+    run.MoveSlider(kBrightnessRow, 12);
+    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Brightness), 12);
+    Click(run.Item(kFormatOkButton));
+
+    ASSERT_NE(run.Open(), nullptr);
+    EXPECT_EQ(run.SliderPosition(kBrightnessRow), 12);
+    run.DragSlider(kBrightnessRow, -20);
+    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Brightness), -20);
+    run.DragSlider(kBrightnessRow, 40, TB_THUMBPOSITION);
+    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Brightness), -20);
+    run.MoveSlider(kContrastRow, 80);
+    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Contrast), 80);
+
+    Click(run.Item(kFormatDefaultsButton));
+    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Brightness), 0);
+    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Contrast), 50);
+    EXPECT_EQ(run.SliderPosition(kBrightnessRow), 0);
+    EXPECT_EQ(run.SliderPosition(kContrastRow), 50);
+
+    run.MoveSlider(kBrightnessRow, 25);
+    run.Choose800x600At15();
+    EXPECT_EQ(run.Picture().cx, 800);
+    Click(run.Item(kFormatCancelButton));
+    EXPECT_FALSE(IsVisible(run.window));
+    ASSERT_TRUE(run.program->WaitForMessage(kRestored, 3000));
+    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Brightness), 12);
+    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Contrast), 50);
+    EXPECT_EQ(run.Picture().cx, 640);
+    EXPECT_EQ(run.Picture().cy, 480);
+    ASSERT_NE(run.Open(), nullptr);
+    EXPECT_EQ(run.Selected(kFormatFrameRateList), 0);
+    EXPECT_EQ(run.SliderPosition(kBrightnessRow), 12);
+    run.program->Kill();
+}
+
+// OK with Save writes the device's VConfig; the box is still ticked at the
+// next opening; the close box keeps a change without restoring anything;
+// and the next start-up puts the saved size and brightness on the device.
+TEST(DeviceFormat, OkWithSaveWritesTheConfigurationAndTheNextStartAppliesIt)
+{
+    FormatRun run;
+    ASSERT_TRUE(run.Start(L"Sky Cam", L"webcam"));
+    ASSERT_NE(run.Open(), nullptr);
+    EXPECT_FALSE(run.Checked(kFormatSaveBox));
+    run.Choose800x600At15();
+    run.MoveSlider(kBrightnessRow, 20);
+    Click(run.Item(kFormatSaveBox));
+    Click(run.Item(kFormatOkButton));
+    EXPECT_FALSE(IsVisible(run.window));
+    std::string file = run.OptionsFile();
+    EXPECT_NE(file.find("<VConfig Value=\"Sky Cam|15|800x600|YUY2|20|50|0|64|3|0|DIGITAL\"/>"), std::string::npos)
+        << file;
+
+    ASSERT_NE(run.Open(), nullptr);
+    EXPECT_TRUE(run.Checked(kFormatSaveBox));
+    run.MoveSlider(kContrastRow, 70);
+    SendMessageW(run.window, WM_CLOSE, 0, 0);
+    EXPECT_FALSE(IsVisible(run.window));
+    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Contrast), 70);
+    EXPECT_EQ(run.program->CountMessages(kRestored), 0);
+    run.program->Kill();
+
+    // A new program binds the device anew, at its defaults, and applies the
+    // saved configuration.
+    ASSERT_TRUE(run.Run());
+    EXPECT_EQ(run.Picture().cx, 800);
+    EXPECT_EQ(run.Picture().cy, 600);
+    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Brightness), 20);
+    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Contrast), 50);
+    ASSERT_NE(run.Open(), nullptr);
+    EXPECT_EQ(run.SliderPosition(kBrightnessRow), 20);
+    EXPECT_EQ(run.Rows(kFormatFrameRateList)[run.Selected(kFormatFrameRateList)], L"15");
+    EXPECT_EQ(run.Rows(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"800x600");
+    run.program->Kill();
+}
+
+// A grabber whose standard the start-up couldn't try (this platform's VMR7
+// can't count frames), so all its rates stand in the list: Auto Detect
+// ticked and the radios grey; clearing
+// the box enables them and changes nothing else; PAL restarts the camera at
+// 720x576 and 25 frames. Its ranges come from the device: 0 to 255 has a
+// tick every 25 units. Then a click on the one row of the rate list takes
+// the row as the group's index: with the 30-frame group ahead of it, that
+// is the 30-frame group, whose sizes the size list then shows.
+TEST(DeviceFormat, AGrabbersStandardsAreGreyUnderAutoDetectAndPalRestartsAt720x576)
+{
+    FormatRun run;
+    ASSERT_TRUE(run.Start(L"USB 2820 Device", L"usb2820", L"pal"));
+    ASSERT_NE(run.Open(), nullptr);
+    EXPECT_EQ(WindowText(run.window), L"USB 2820 Device Properties");
+    EXPECT_FALSE(IsVisible(run.Item(kFormatDigitalLabel)));
+    for (int id : {kFormatAutoDetectBox, kFormatStandardFrame, kFormatNtscRadio, kFormatPalRadio})
+        EXPECT_TRUE(IsVisible(run.Item(id))) << id;
+    EXPECT_TRUE(run.Checked(kFormatAutoDetectBox));
+    EXPECT_FALSE(IsEnabled(run.Item(kFormatNtscRadio)));
+    EXPECT_FALSE(IsEnabled(run.Item(kFormatPalRadio)));
+    EXPECT_TRUE(run.Checked(kFormatNtscRadio));
+    EXPECT_FALSE(run.Checked(kFormatPalRadio));
+    EXPECT_EQ(run.Rows(kFormatFrameRateList), (std::vector<std::wstring>{L"30", L"25"}));
+    // Brightness, contrast, hue and saturation only.
+    EXPECT_TRUE(IsVisible(run.Slider(3)));
+    EXPECT_FALSE(IsVisible(run.Slider(4)));
+    EXPECT_FALSE(IsVisible(run.Slider(5)));
+    EXPECT_EQ(SendMessageW(run.Slider(kBrightnessRow), TBM_GETRANGEMAX, 0, 0), 255);
+    EXPECT_EQ(SendMessageW(run.Slider(kBrightnessRow), TBM_GETNUMTICS, 0, 0), 12);
+    EXPECT_EQ(SendMessageW(run.Slider(kBrightnessRow), TBM_GETTIC, 0, 0), 25);
+    Sleep(1000);
+    EXPECT_TRUE(TakeScreenshot("device-properties-grabber"));
+
+    std::wstring before = run.program->Messages();
+    Click(run.Item(kFormatAutoDetectBox));
+    EXPECT_FALSE(run.Checked(kFormatAutoDetectBox));
+    EXPECT_TRUE(IsEnabled(run.Item(kFormatNtscRadio)));
+    EXPECT_TRUE(IsEnabled(run.Item(kFormatPalRadio)));
+    Sleep(500);
+    EXPECT_EQ(run.program->Messages(), before);
+
+    Click(run.Item(kFormatPalRadio));
+    Sleep(1000);
+    EXPECT_TRUE(TakeScreenshot("device-properties-grabber-pal"));
+    EXPECT_TRUE(run.Checked(kFormatPalRadio));
+    EXPECT_FALSE(run.Checked(kFormatNtscRadio));
+    EXPECT_EQ(run.Rows(kFormatFrameRateList), std::vector<std::wstring>{L"25"});
+    std::vector<std::wstring> sizes = run.Rows(kFormatFrameSizeList);
+    ASSERT_GE(sizes.size(), 1u);
+    EXPECT_EQ(sizes[run.Selected(kFormatFrameSizeList)], L"720x576");
+    Click(run.Item(kFormatOkButton));
+    ExpectRecordedAt(run, 720, 576, "25", "PAL");
+
+    ASSERT_NE(run.Open(), nullptr);
+    run.Choose(kFormatFrameRateList, 0);
+    sizes = run.Rows(kFormatFrameSizeList);
+    ASSERT_FALSE(sizes.empty());
+    EXPECT_EQ(sizes[0], L"720x480");
+    run.program->Kill();
+}
+
+// With a renderer that counts frames the grabber's standard is found at
+// start-up (PAL). Chosen by hand, NTSC puts the camera on 30 frames; ticking
+// Auto Detect again runs the trial, which finds PAL once more and says so,
+// and the camera comes back at 720x576 and 25 frames with the radios grey.
+TEST(DeviceFormat, TickingAutoDetectAgainFindsTheStandardByTrial)
+{
+    vmr7standin::StandInRegistration standIn;
+    ASSERT_TRUE(standIn.Installed());
+    constexpr wchar_t kPalFound[] = L"Auto Detect: device \"USB 2820 Device\" format changed from NTSC to PAL\r\n";
+    FormatRun run;
+    ASSERT_TRUE(run.Start(L"USB 2820 Device", L"usb2820", L"pal"));
+    EXPECT_EQ(run.program->CountMessages(kPalFound), 1) << Narrow(run.program->Messages());
+    ASSERT_NE(run.Open(), nullptr);
+    EXPECT_TRUE(run.Checked(kFormatAutoDetectBox));
+    EXPECT_TRUE(run.Checked(kFormatPalRadio));
+    EXPECT_EQ(run.Rows(kFormatFrameRateList), std::vector<std::wstring>{L"25"});
+
+    Click(run.Item(kFormatAutoDetectBox));
+    Click(run.Item(kFormatNtscRadio));
+    EXPECT_TRUE(run.Checked(kFormatNtscRadio));
+    EXPECT_EQ(run.Rows(kFormatFrameRateList), std::vector<std::wstring>{L"30"});
+    EXPECT_EQ(run.Rows(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"720x480");
+
+    Click(run.Item(kFormatAutoDetectBox));
+    EXPECT_EQ(run.program->CountMessages(kPalFound), 2) << Narrow(run.program->Messages());
+    EXPECT_TRUE(run.Checked(kFormatAutoDetectBox));
+    EXPECT_TRUE(run.Checked(kFormatPalRadio));
+    EXPECT_FALSE(run.Checked(kFormatNtscRadio));
+    EXPECT_FALSE(IsEnabled(run.Item(kFormatNtscRadio)));
+    EXPECT_FALSE(IsEnabled(run.Item(kFormatPalRadio)));
+    EXPECT_EQ(run.Rows(kFormatFrameRateList), std::vector<std::wstring>{L"25"});
+    EXPECT_EQ(run.Rows(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"720x576");
+    Click(run.Item(kFormatOkButton));
+    ExpectRecordedAt(run, 720, 576, "25", "PAL");
+    run.program->Kill();
+}
+
+// No picture properties: the group holds "Set Default Values" alone, which
+// then says it can't.
+TEST(DeviceFormat, ADeviceWithoutPicturePropertiesShowsOnlySetDefaultValues)
+{
+    FormatRun run;
+    ASSERT_TRUE(run.Start(L"Bare Cam", L"bare"));
+    ASSERT_NE(run.Open(), nullptr);
+    for (int row = 0; row < 6; ++row) {
+        EXPECT_FALSE(IsVisible(run.Slider(row))) << row;
+        EXPECT_FALSE(IsVisible(run.Label(row))) << row;
+    }
+    HWND button = run.Item(kFormatDefaultsButton);
+    EXPECT_TRUE(IsVisible(button));
+    RECT group = WindowRect(run.Item(kFormatPropertiesGroup));
+    RECT inside = WindowRect(button);
+    EXPECT_GT(inside.top, group.top);
+    EXPECT_LT(inside.bottom, group.bottom);
+    EXPECT_LT(group.bottom - inside.bottom, 40);
+    Click(button);
+    EXPECT_TRUE(run.program->WaitForMessage(L"Unable to set current device properties to defaults\r\n", 3000));
+    run.program->Kill();
+}
+
+// A saved configuration whose standard is none of the four words leaves the
+// device of unknown format: opening says so and fills nothing, so the
+// window shows as it was made.
+TEST(DeviceFormat, ADeviceOfUnknownFormatIsReportedAndTheWindowShowsAsItStood)
+{
+    FormatRun run;
+    ASSERT_TRUE(
+        run.Start(L"Sky Cam", L"webcam", L"ntsc", Option("VConfig", "Sky Cam|30|640x480|YUY2|0|50|0|64|3|0|NONE")));
+    ASSERT_NE(run.Open(), nullptr);
+    EXPECT_EQ(run.program->CountMessages(L"Device has an unknown format; properties cannot be set\r\n"), 1);
+    EXPECT_EQ(WindowText(run.window), L" Properties");
+    EXPECT_EQ(run.Rows(kFormatFrameRateList).size(), 0u);
+    EXPECT_EQ(SendMessageW(run.Slider(kBrightnessRow), TBM_GETRANGEMAX, 0, 0), 100);
+    EXPECT_EQ(run.SliderPosition(kBrightnessRow), 50);
+    EXPECT_EQ(run.SliderPosition(kContrastRow), 5);
+    Click(run.Item(kFormatCancelButton));
+    EXPECT_FALSE(IsVisible(run.window));
+    EXPECT_TRUE(run.program->WaitForMessage(kRestored, 3000));
+    run.program->Kill();
+}
+
+// The camera pulled out while the window is open: what the window still
+// offers then finds no device, says so where the setter does, and the
+// program goes on.
+TEST(DeviceFormat, TheDeviceGoneWhileOpenLeavesEveryControlHarmless)
+{
+    FormatRun run;
+    ASSERT_TRUE(run.Start(L"Sky Cam", L"webcam"));
+    ASSERT_NE(run.Open(), nullptr);
+    ASSERT_TRUE(run.devices.Pull(L"Sky Cam"));
+    ASSERT_EQ(SendDeviceChange(run.Main()), 1);
+    run.MoveSlider(kBrightnessRow, 30);
+    EXPECT_TRUE(
+        run.program->WaitForMessage(L"Logic error: setting property value for unknown current device\r\n", 3000))
+        << Narrow(run.program->Messages());
+    run.Choose(kFormatFrameRateList, 2);
+    run.Choose(kFormatFrameSizeList, 1);
+    Click(run.Item(kFormatDefaultsButton));
+    Click(run.Item(kFormatAutoDetectBox));
+    Click(run.Item(kFormatPalRadio));
+    Click(run.Item(kFormatCancelButton));
+    EXPECT_TRUE(run.program->WaitForMessage(kRestored, 3000));
+    EXPECT_TRUE(run.program->IsRunning());
+    ASSERT_NE(run.Open(), nullptr);
+    SendMessageW(run.window, WM_CLOSE, 0, 0);
+    EXPECT_FALSE(IsVisible(run.window));
+    EXPECT_TRUE(run.program->IsRunning());
+    run.program->Kill();
+}
+
+// Magnify on when the window opens goes off with its window; the Options
+// and Display popups show the three items grey while the window is open
+// (menus can't be read from another process: the screenshots show them).
+TEST(DeviceFormat, OpeningTurnsMagnifyOffAndGreysTheDeviceItems)
+{
+    FormatRun run;
+    ASSERT_TRUE(run.Start(L"Sky Cam", L"webcam"));
+    SendCommand(run.Main(), IDM_MAGNIFY);
+    HWND magnify = FindProcessWindow(run.program->ProcessId(), L"Magnify");
+    ASSERT_TRUE(magnify && IsVisible(magnify));
+    Click(GetDlgItem(magnify, kMagnifyDoubleRadio));
+    EXPECT_EQ(run.Picture().cx, 1280);
+
+    ASSERT_NE(run.Open(), nullptr);
+    EXPECT_FALSE(IsVisible(magnify));
+    EXPECT_EQ(run.Picture().cx, 640);
+    EXPECT_EQ(run.Picture().cy, 480);
+
+    // The File popup opened by a click on the bar, then three to the right:
+    // the Options popup.
+    POINT corner{0, 0};
+    ClientToScreen(run.Main(), &corner);
+    PostMessageW(run.Main(), WM_NCLBUTTONDOWN, HTMENU, MAKELPARAM(corner.x + 12, corner.y - 10));
+    HWND popup = nullptr;
+    ASSERT_TRUE(WaitUntil(
+        [&] {
+            popup = FindProcessWindow(run.program->ProcessId(), L"#32768");
+            return popup && IsVisible(popup);
+        },
+        5000));
+    // Each step closes one popup and opens the next: the keys go to the
+    // popup open at the time.
+    for (int i = 0; i < 3; ++i) {
+        HWND open = FindProcessWindow(run.program->ProcessId(), L"#32768");
+        PostMessageW(open ? open : popup, WM_KEYDOWN, VK_RIGHT, 0);
+        Sleep(300);
+    }
+    popup = FindProcessWindow(run.program->ProcessId(), L"#32768");
+    Sleep(300);
+    EXPECT_TRUE(TakeScreenshot("device-properties-options-menu"));
+    // One back: the Display popup, with Magnify.
+    PostMessageW(FindProcessWindow(run.program->ProcessId(), L"#32768"), WM_KEYDOWN, VK_LEFT, 0);
+    Sleep(500);
+    EXPECT_TRUE(TakeScreenshot("device-properties-display-menu"));
+    popup = FindProcessWindow(run.program->ProcessId(), L"#32768");
+    PostMessageW(popup, WM_KEYDOWN, VK_ESCAPE, 0);
+    PostMessageW(run.Main(), WM_KEYDOWN, VK_ESCAPE, 0);
+    Sleep(300);
+
+    Click(run.Item(kFormatCancelButton));
+    EXPECT_FALSE(IsVisible(magnify));
+    EXPECT_EQ(run.Picture().cx, 640);
+    run.program->Kill();
+}
