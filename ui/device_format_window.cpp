@@ -151,13 +151,8 @@ void OnSliderMoved(WPARAM wParam, HWND slider)
     int row = GetDlgCtrlID(slider) - kFormatFirstPropertySlider;
     if (row < 0 || row >= kPropertyRowCount)
         return;
-    int code = LOWORD(wParam);
     int position;
-    if (code == TB_THUMBTRACK)
-        position = static_cast<short>(HIWORD(wParam));
-    else if (code == TB_LINEUP || code == TB_LINEDOWN || code == TB_PAGEUP || code == TB_PAGEDOWN)
-        position = static_cast<int>(SendMessageW(slider, TBM_GETPOS, 0, 0));
-    else
+    if (!SliderMovedTo(slider, wParam, &position))
         return;
     // The record takes the value when the device does; a refusal is
     // reported by the setter.

@@ -1,5 +1,7 @@
 #include "ui/dialog_common.h"
 
+#include <commctrl.h>
+
 #include "persistence/options.h"
 #include "ui/app_icons.h"
 #include "ui/fonts.h"
@@ -131,4 +133,21 @@ bool IsButtonChecked(HWND button)
 void SetButtonChecked(HWND button, bool checked)
 {
     SendMessageW(button, BM_SETCHECK, checked ? BST_CHECKED : BST_UNCHECKED, 0);
+}
+
+bool SliderMovedTo(HWND slider, WPARAM wParam, int* position)
+{
+    switch (LOWORD(wParam)) {
+    case TB_THUMBTRACK:
+        *position = static_cast<short>(HIWORD(wParam));
+        return true;
+    case TB_LINEUP:
+    case TB_LINEDOWN:
+    case TB_PAGEUP:
+    case TB_PAGEDOWN:
+        *position = static_cast<int>(SendMessageW(slider, TBM_GETPOS, 0, 0));
+        return true;
+    default:
+        return false;
+    }
 }

@@ -57,5 +57,11 @@ HWND CreateCheckBox(HWND parent, const wchar_t* text, int x, int y, int width, i
 // The first radio button of a group starts the group.
 HWND CreateRadioButton(HWND parent, const wchar_t* text, int x, int y, int width, int id, bool firstOfGroup);
 
+// The position of a slider that sent WM_HSCROLL with `wParam`, for the line,
+// page and thumb-track codes: the thumb-track code carries it, the others
+// read it from the slider. False for any other code, the end of a thumb
+// drag among them.
+bool SliderMovedTo(HWND slider, WPARAM wParam, int* position);
+
 bool IsButtonChecked(HWND button);
 void SetButtonChecked(HWND button, bool checked);

@@ -69,13 +69,8 @@ HWND Item(HWND window, int id)
 // filter reads it at each frame, so there is no restart.
 void OnSaturationSlider(HWND window, WPARAM wParam)
 {
-    int code = LOWORD(wParam);
     int position;
-    if (code == TB_THUMBTRACK)
-        position = static_cast<short>(HIWORD(wParam));
-    else if (code == TB_LINEUP || code == TB_LINEDOWN || code == TB_PAGEUP || code == TB_PAGEDOWN)
-        position = static_cast<int>(SendMessageW(Item(window, kSaturationSlider), TBM_GETPOS, 0, 0));
-    else
+    if (!SliderMovedTo(Item(window, kSaturationSlider), wParam, &position))
         return;
     if (VideoPlayer* player = CurrentVideoPlayer())
         player->transformFilter->saturationValue = position;
@@ -188,13 +183,8 @@ LRESULT CALLBACK FrameIntegrationWindowProc(HWND window, UINT message, WPARAM wP
 // leaving the other value as it is.
 void OnColorSlider(HWND window, WPARAM wParam, HWND slider)
 {
-    int code = LOWORD(wParam);
     int position;
-    if (code == TB_THUMBTRACK)
-        position = static_cast<short>(HIWORD(wParam));
-    else if (code == TB_LINEUP || code == TB_LINEDOWN || code == TB_PAGEUP || code == TB_PAGEDOWN)
-        position = static_cast<int>(SendMessageW(slider, TBM_GETPOS, 0, 0));
-    else
+    if (!SliderMovedTo(slider, wParam, &position))
         return;
     VideoPlayer* player = CurrentVideoPlayer();
     if (!player)

@@ -10,7 +10,6 @@
 #include <commctrl.h>
 #include <dshow.h>
 
-#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -27,8 +26,6 @@ using namespace e2e;
 
 namespace {
 
-constexpr wchar_t kMainTitle[] = L"MAVU Video Capture Version 2.1";
-constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
 constexpr wchar_t kRestored[] = L"Input device properties are restored\r\n";
 constexpr int kBrightnessRow = 0;
 constexpr int kContrastRow = 1;
@@ -140,22 +137,9 @@ struct FormatRun {
     // A short manual recording; its report, and its file's path in `avi`.
     std::string Record(std::wstring& avi)
     {
-        HWND start = FindChild(program->RecordControlsWindow(), L"Button");
-        HWND stop = GetWindow(start, GW_HWNDNEXT);
-        std::wstring videos = folder + L"\\VideoFiles";
-        size_t before = ListFiles(videos, L"*.txt").size();
-        Click(start);
-        if (!WaitUntil([&] { return WindowText(Main()) == kRecordingTitle; }, 10000))
-            return {};
-        Sleep(2000);
-        Click(stop);
-        if (!WaitUntil([&] { return WindowText(Main()) == kMainTitle; }, 10000) ||
-            !WaitUntil([&] { return ListFiles(videos, L"*.txt").size() == before + 1; }, 10000))
-            return {};
-        std::vector<std::wstring> files = ListFiles(videos, L"*.avi");
-        std::sort(files.begin(), files.end());
-        avi = videos + L"\\" + files.back();
-        return ReadBytes(avi.substr(0, avi.size() - 4) + L".txt");
+        ManualRecording recording = RecordByHand(*program);
+        avi = recording.avi;
+        return recording.report;
     }
 };
 
