@@ -34,7 +34,6 @@ set(MAVU_E2E_SCENARIOS
     ToolWindows.FrameIntegrationKeepsTheBackgroundLevelAndARecordingTurnsItOff
     ToolWindows.PixelSaturationSliderAndItsTwoSaves
     ToolWindows.FrameIntegrationRefusesCountsOutsideTwoToThirty
-    Scheduling.AnEventScheduledInTheWindowIsWrittenArmedAndRecorded
     Scheduling.AnEventTooCloseToNowIsRefused
     Scheduling.DisallowedCharactersAreRemovedWithTheirLine
     Scheduling.EditingAnEventReplacesItsFile
@@ -46,17 +45,12 @@ set(MAVU_E2E_SCENARIOS
     Recording.ManualStartWaitStopWritesTheAviAndItsReport
     Recording.TheMenusAreGreyWhileRecording
     Events.OneEventRecordsCentredOnItsMoment
-    Events.OneEventRecordsCentredOnItsMomentInNewYork
-    Events.HandWrittenEventWithAnAccentedCommentIsListedAndRecorded
     Events.LoadingSaysWhatOverlapsAndPassesOverWhatIsOver
     Events.ManualRecordingDuringACountdownCancelsItAndStopReloads
     Events.StopDuringAnEventAsksAndTheEventIsNotArmedAgain
     Events.ShutdownCountsDownFromThirtyAndCancelStopsIt
-    Events.HibernateRequestIsDroppedWhereThePlatformCannotHibernate
-    Gps.ReceiverAt4800OnCom3IsFoundShownClosedAndFoundAgainWithoutTheNotice
     Gps.ReceiverOnlyOnCom10IsNotFoundAfterAScanThatWaitsOnASilentCom1
     Gps.ManualRecordingTakesOneReadingAndWithoutAutostartTheLinkStaysClosed
-    Gps.EventRecordingCarriesThePositionOfItsStartAndTheLinkReturnsAfterIt
     Picture.ASavedPairNamingNoneLoadsQuietlyAndOneNamingAMissingCodecWarnsAndIsDropped
     Picture.WithoutTheColorEffectStartUpSaysSoOnceAndTheCameraRuns
     HotPlug.PullAndReplugTwiceDuringAnEventGoesOnInNumberedFilesAndEndsOnTime
@@ -67,20 +61,15 @@ set(MAVU_E2E_SCENARIOS
     SelectDevice.OneIgnoredDeviceLeavesTheListEmptyAndRestoreBringsEverythingBack
     SelectDevice.WhileOpenMagnifyIsOffAndTheThreeDeviceItemsAreGrey
     SelectDevice.Screenshots
-    SelectDevice.TheListsFollowDevicesPulledAndPluggedWhileOpen
-    SelectDevice.AChosenDeviceIsTheActiveOneWhenDevicesArePulled
     DeviceFormat.ASizeChosenInTheListRestartsTheCameraAtThatSize
     DeviceFormat.SlidersSetTheDeviceDefaultsResetItAndCancelRestoresTheOpening
     DeviceFormat.OkWithSaveWritesTheConfigurationAndTheNextStartAppliesIt
     DeviceFormat.AGrabbersStandardsAreGreyUnderAutoDetectAndPalRestartsAt720x576
-    DeviceFormat.TickingAutoDetectAgainFindsTheStandardByTrial
     DeviceFormat.ADeviceWithoutPicturePropertiesShowsOnlySetDefaultValues
-    DeviceFormat.ADeviceOfUnknownFormatIsReportedAndTheWindowShowsAsItStood
-    DeviceFormat.TheDeviceGoneWhileOpenLeavesEveryControlHarmless
     DeviceFormat.OpeningTurnsMagnifyOffAndGreysTheDeviceItems
 )
 
-# Scenarios of minutes, run by: ctest -L long
+# Scenarios of minutes, and variants of shorter ones, run by: ctest -L long
 set(MAVU_E2E_LONG_SCENARIOS
     Events.ShutdownAtTheEndOfTheCountIsWhatThePlatformGives
     Events.TwoEventsAMinuteApartAreBothRecordedInOrder
@@ -93,4 +82,15 @@ set(MAVU_E2E_LONG_SCENARIOS
     Analog.AnNtscSignalStaysNtscWithoutALine
     Analog.SixFramesDrawnCountAsPalAndFiveAsNtsc
     Analog.AGrabberWithoutPalFormatsSaysSoAndStaysNtsc
+    Events.OneEventRecordsCentredOnItsMomentInNewYork
+    Gps.EventRecordingCarriesThePositionOfItsStartAndTheLinkReturnsAfterIt
+    Events.HandWrittenEventWithAnAccentedCommentIsListedAndRecorded
+    Events.HibernateRequestIsDroppedWhereThePlatformCannotHibernate
+    Gps.ReceiverAt4800OnCom3IsFoundShownClosedAndFoundAgainWithoutTheNotice
+    Scheduling.AnEventScheduledInTheWindowIsWrittenArmedAndRecorded
+    SelectDevice.TheListsFollowDevicesPulledAndPluggedWhileOpen
+    SelectDevice.AChosenDeviceIsTheActiveOneWhenDevicesArePulled
+    DeviceFormat.TickingAutoDetectAgainFindsTheStandardByTrial
+    DeviceFormat.TheDeviceGoneWhileOpenLeavesEveryControlHarmless
+    DeviceFormat.ADeviceOfUnknownFormatIsReportedAndTheWindowShowsAsItStood
 )
