@@ -10,6 +10,7 @@
 #include "e2e/remote_controls.h"
 #include "e2e/screen_stamp.h"
 #include "support/ffprobe.h"
+#include "support/recorded_frames.h"
 #include "support/stand_ins.h"
 #include "ui/commands.h"
 #include "ui/control_ids.h"
@@ -283,7 +284,9 @@ TEST(ToolWindows, FrameIntegrationKeepsTheBackgroundLevelAndARecordingTurnsItOff
     EXPECT_FALSE(IsVisible(window)) << "the recording turned the tool off";
     std::vector<synthcam::FrameStamp> stamps = testsupport::ReadRecordedStamps(Narrow(recording.avi), 640);
     ASSERT_GT(stamps.size(), 30u);
-    for (size_t i = 1; i < stamps.size(); ++i)
-        EXPECT_EQ(stamps[i].counter, stamps[i - 1].counter + 1) << "frame " << i;
+    // Integrating four would leave three frames out of every four.
+    long missing = testsupport::MissingStampedFrames(stamps);
+    EXPECT_GE(missing, 0);
+    EXPECT_LE(missing, testsupport::ReportedDroppedFrames(recording.report)) << recording.report;
     run.program->Kill();
 }

@@ -3,6 +3,7 @@
 #include "engine/engine_fixture.h"
 
 #include "support/ffprobe.h"
+#include "support/recorded_frames.h"
 #include "support/stand_ins.h"
 #include "tools/standins/test_compressor.h"
 #include "video/codec_choice.h"
@@ -175,11 +176,13 @@ TEST_F(CompressorTest, ARecordingThroughThePairedCompressorIsWrittenInItsCodecAn
     EXPECT_EQ(video.width, 640);
     EXPECT_EQ(video.height, 480);
     EXPECT_NEAR(video.frames, 90, 10);
-    // The picture went through: the camera's stamps count up frame by frame.
+    // The picture went through: the camera's stamps count up frame by frame,
+    // but for frames the camera itself dropped.
     std::vector<synthcam::FrameStamp> stamps = testsupport::ReadRecordedStamps(avi, 640);
     ASSERT_GT(stamps.size(), 60u);
-    for (size_t i = 1; i < stamps.size(); ++i)
-        EXPECT_EQ(stamps[i].counter, stamps[i - 1].counter + 1) << "frame " << i;
+    long missing = testsupport::MissingStampedFrames(stamps);
+    EXPECT_GE(missing, 0);
+    EXPECT_LE(missing, testsupport::ReportedDroppedFrames(report)) << report;
 }
 
 TEST_F(CompressorTest, ACompressorPairedWithASubtypeItRefusesStopsTheRecordingStart)
