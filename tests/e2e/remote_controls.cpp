@@ -128,6 +128,18 @@ void ClickListViewRow(HWND list, int row, bool addToSelection)
     buffer.Read(&rect, sizeof rect);
     int x = rect.left + 10;
     int y = (rect.top + rect.bottom) / 2;
+    // A mouse move without the button, reaching the list between the button
+    // down and up, makes it forget the press, and the up then gives no
+    // NM_CLICK. Wine sends such moves to the window under the pointer when
+    // windows change around it, so the pointer waits in the screen's far
+    // corner, away from every window of the program, and the move that
+    // parking it causes is let pass first.
+    POINT corner{GetSystemMetrics(SM_CXSCREEN) - 1, GetSystemMetrics(SM_CYSCREEN) - 1};
+    POINT pointer{};
+    if (GetCursorPos(&pointer) && (pointer.x != corner.x || pointer.y != corner.y)) {
+        SetCursorPos(corner.x, corner.y);
+        Sleep(100);
+    }
     WPARAM keys = MK_LBUTTON | (addToSelection ? MK_CONTROL : 0);
     SendMessageW(list, WM_LBUTTONDOWN, keys, Point(x, y));
     SendMessageW(list, WM_LBUTTONUP, keys & ~static_cast<WPARAM>(MK_LBUTTON), Point(x, y));
