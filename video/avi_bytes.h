@@ -10,15 +10,15 @@
 constexpr uint32_t Fourcc(const char (&code)[5])
 {
     return static_cast<uint32_t>(static_cast<uint8_t>(code[0])) |
-           static_cast<uint32_t>(static_cast<uint8_t>(code[1])) << 8 |
-           static_cast<uint32_t>(static_cast<uint8_t>(code[2])) << 16 |
-           static_cast<uint32_t>(static_cast<uint8_t>(code[3])) << 24;
+        static_cast<uint32_t>(static_cast<uint8_t>(code[1])) << 8 |
+        static_cast<uint32_t>(static_cast<uint8_t>(code[2])) << 16 |
+        static_cast<uint32_t>(static_cast<uint8_t>(code[3])) << 24;
 }
 
 inline uint32_t ReadLe32(const uint8_t* bytes)
 {
     return static_cast<uint32_t>(bytes[0]) | static_cast<uint32_t>(bytes[1]) << 8 |
-           static_cast<uint32_t>(bytes[2]) << 16 | static_cast<uint32_t>(bytes[3]) << 24;
+        static_cast<uint32_t>(bytes[2]) << 16 | static_cast<uint32_t>(bytes[3]) << 24;
 }
 
 inline uint16_t ReadLe16(const uint8_t* bytes)

@@ -104,7 +104,7 @@ std::vector<uint8_t> BuildAviHeader(const AviVideoStream& stream, const AviHeade
     PutLe32(out, counts.frames);
     PutLe32(out, counts.suggestedBufferSize);
     PutLe32(out, UINT32_MAX);  // quality: the default
-    PutLe32(out, 0);           // sample size: frames vary
+    PutLe32(out, 0);  // sample size: frames vary
     PutLe16(out, 0);
     PutLe16(out, 0);
     PutLe16(out, static_cast<uint16_t>(width));

@@ -13,8 +13,8 @@
 // What the header says of the video stream, apart from the counts.
 struct AviVideoStream {
     std::vector<uint8_t> format;  // the strf payload: a BITMAPINFOHEADER and any bytes after it
-    uint32_t handler = 0;         // strh fccHandler
-    uint32_t rate = 0;            // frames per second as rate / scale
+    uint32_t handler = 0;  // strh fccHandler
+    uint32_t rate = 0;  // frames per second as rate / scale
     uint32_t scale = 0;
     uint32_t microSecondsPerFrame = 0;
 };

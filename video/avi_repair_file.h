@@ -10,8 +10,8 @@
 #include <string>
 
 enum class AviRepairResult {
-    NotOurRecording,     // another program's file, by its name: not opened
-    LeftComplete,        // a finished recording: untouched
+    NotOurRecording,  // another program's file, by its name: not opened
+    LeftComplete,  // a finished recording: untouched
     NothingRecoverable,  // untouched
     Repaired,
 };
@@ -33,6 +33,6 @@ struct AviRepairOutcome {
 // S_OK when the outcome is told; a failure code of the platform when the
 // file couldn't be opened, read or written. A plan whose walk stopped at a
 // failed read is not applied (E_FAIL): it would cut off what couldn't be
-// read. A write that fails part way leaves the provisional header in place
+// read. A write that fails midway leaves the provisional header in place
 // (the header is written last), so the repair can be run again.
 HRESULT RepairAviFile(const std::wstring& path, AviRepairOutcome* outcome);

@@ -240,7 +240,8 @@ void ParseHeaderList(const std::vector<uint8_t>& list, HeaderFound* found)
                     stream.format.assign(list.begin() + innerData, list.begin() + innerData + innerSize);
                     hasFormat = true;
                 }
-                inner = innerData + static_cast<size_t>(std::min<uint64_t>(RiffPadded(innerSize), innerEnd - innerData));
+                inner =
+                    innerData + static_cast<size_t>(std::min<uint64_t>(RiffPadded(innerSize), innerEnd - innerData));
             }
             if (video && hasFormat) {
                 found->hasStream = true;
@@ -260,8 +261,8 @@ void ParseHeaderList(const std::vector<uint8_t>& list, HeaderFound* found)
         stream.scale = fallback.scale;
         stream.microSecondsPerFrame = fallback.microSecondsPerFrame;
     } else if (stream.microSecondsPerFrame == 0) {
-        stream.microSecondsPerFrame = static_cast<uint32_t>(
-            std::min<uint64_t>(uint64_t{stream.scale} * 1000000 / stream.rate, UINT32_MAX));
+        stream.microSecondsPerFrame =
+            static_cast<uint32_t>(std::min<uint64_t>(uint64_t{stream.scale} * 1000000 / stream.rate, UINT32_MAX));
     }
 }
 
@@ -322,7 +323,7 @@ bool IsComplete(const HeaderFound& header, uint64_t fileSize)
     if (header.hasIndex && header.indexEnd <= riffEnd)
         return true;
     return header.totalFrames > 0 && header.hasMovi && header.moviWhole && header.moviSize > 4 &&
-           header.moviAt + 8 + header.moviSize <= riffEnd;
+        header.moviAt + 8 + header.moviSize <= riffEnd;
 }
 
 struct IndexedFrame {
@@ -365,7 +366,8 @@ Walk WalkChunks(FileBytes& file, uint64_t from)
         if (file.Size() - at < 8) {
             uint8_t rest[8];
             size_t length = static_cast<size_t>(file.Size() - at);
-            walk.end = file.Get(at, rest, length) && AllZero(rest, length) ? AviDataEnd::ZeroTail : AviDataEnd::TornChunk;
+            walk.end =
+                file.Get(at, rest, length) && AllZero(rest, length) ? AviDataEnd::ZeroTail : AviDataEnd::TornChunk;
             break;
         }
         if (!ReadChunkHeader(file, at, &header)) {
@@ -406,7 +408,8 @@ Walk WalkChunks(FileBytes& file, uint64_t from)
         // A hole too short for a JUNK header can't be marked; a hole of
         // zeros never is, since a chunk id doesn't start with zeros.
         if (!search.found || search.chunk - at < 8) {
-            walk.end = search.allZero && header.id == 0 && header.size == 0 ? AviDataEnd::ZeroTail : AviDataEnd::Unreadable;
+            walk.end =
+                search.allZero && header.id == 0 && header.size == 0 ? AviDataEnd::ZeroTail : AviDataEnd::Unreadable;
             break;
         }
         walk.holes.push_back({at, search.chunk - at});
@@ -476,8 +479,8 @@ AviRepairPlan PlanAviRepair(const AviByteReader& reader, uint64_t fileSize)
     counts.frames = frames;
     counts.flags = kHasIndex;
     counts.suggestedBufferSize = walk.largestFrame;
-    counts.maxBytesPerSec = static_cast<uint32_t>(
-        std::min<uint64_t>(uint64_t{walk.largestFrame} * stream.rate / std::max<uint32_t>(stream.scale, 1), UINT32_MAX));
+    counts.maxBytesPerSec = static_cast<uint32_t>(std::min<uint64_t>(
+        uint64_t{walk.largestFrame} * stream.rate / std::max<uint32_t>(stream.scale, 1), UINT32_MAX));
     std::vector<uint8_t> start = BuildAviHeader(stream, counts);
     if (moviList < start.size())
         return NothingRecoverable();

@@ -24,19 +24,19 @@ public:
 };
 
 enum class AviRepairVerdict {
-    Complete,            // a finished file: leave it alone
+    Complete,  // a finished file: leave it alone
     NothingRecoverable,  // no stream format or no whole frame: leave it alone
-    Repair,              // apply the writes, then cut the file to the new length
+    Repair,  // apply the writes, then cut the file to the new length
 };
 
 // Where the frames the repair keeps come to an end.
 enum class AviDataEnd {
-    EndOfFile,   // the last chunk ends the file
-    TornChunk,   // a chunk runs past the end of the file (or its header does): it is dropped
-    ZeroTail,    // zeros to the end of the file
+    EndOfFile,  // the last chunk ends the file
+    TornChunk,  // a chunk runs past the end of the file (or its header does): it is dropped
+    ZeroTail,  // zeros to the end of the file
     Unreadable,  // bytes that are no chunk, with no chunk after them
-    OldIndex,    // an idx1 (a repair that was itself cut short): it is rewritten
-    RiffLimit,   // the next chunk would take the file past what one RIFF can hold: it and all after are cut off
+    OldIndex,  // an idx1 (a repair that was itself cut short): it is rewritten
+    RiffLimit,  // the next chunk would take the file past what one RIFF can hold: it and all after are cut off
     ReadFailed,  // the reader gave fewer bytes than the file holds
 };
 
@@ -52,7 +52,7 @@ struct AviRepairPlan {
     // header in place and can be run again.
     std::vector<AviRepairWrite> writes;
     uint64_t newLength = 0;  // the file's length once repaired: the end of the new idx1
-    uint32_t frames = 0;     // frame chunks kept and indexed
+    uint32_t frames = 0;  // frame chunks kept and indexed
     AviDataEnd end = AviDataEnd::EndOfFile;
     uint64_t dataEnd = 0;  // where the kept chunks end (padded); what follows is replaced by the index
 };

@@ -56,7 +56,8 @@ bool IsRecordingFileName(const std::wstring& fileName)
     std::wstring name = slash == std::wstring::npos ? fileName : fileName.substr(slash + 1);
 
     static const std::wstring kExtension = L".avi";
-    if (name.size() < kExtension.size() || name.compare(name.size() - kExtension.size(), kExtension.size(), kExtension) != 0)
+    if (name.size() < kExtension.size() ||
+        name.compare(name.size() - kExtension.size(), kExtension.size(), kExtension) != 0)
         return false;
     std::wstring stem = name.substr(0, name.size() - kExtension.size());
     if (EndsWithTimeStamp(stem))

@@ -25,7 +25,7 @@ using Bytes = std::vector<uint8_t>;
 uint32_t Le32(const Bytes& bytes, uint64_t at)
 {
     return static_cast<uint32_t>(bytes.at(at)) | static_cast<uint32_t>(bytes.at(at + 1)) << 8 |
-           static_cast<uint32_t>(bytes.at(at + 2)) << 16 | static_cast<uint32_t>(bytes.at(at + 3)) << 24;
+        static_cast<uint32_t>(bytes.at(at + 2)) << 16 | static_cast<uint32_t>(bytes.at(at + 3)) << 24;
 }
 
 void SetLe32At(Bytes& bytes, uint64_t at, uint32_t value)
@@ -42,9 +42,10 @@ void AppendLe32(Bytes& bytes, uint32_t value)
 
 uint32_t Code(const char (&text)[5])
 {
-    return static_cast<uint32_t>(static_cast<uint8_t>(text[0])) | static_cast<uint32_t>(static_cast<uint8_t>(text[1])) << 8 |
-           static_cast<uint32_t>(static_cast<uint8_t>(text[2])) << 16 |
-           static_cast<uint32_t>(static_cast<uint8_t>(text[3])) << 24;
+    return static_cast<uint32_t>(static_cast<uint8_t>(text[0])) |
+        static_cast<uint32_t>(static_cast<uint8_t>(text[1])) << 8 |
+        static_cast<uint32_t>(static_cast<uint8_t>(text[2])) << 16 |
+        static_cast<uint32_t>(static_cast<uint8_t>(text[3])) << 24;
 }
 
 std::string CodeText(uint32_t code)
@@ -429,8 +430,8 @@ TEST(AviRepair, CutInsideAChunkDropsThatChunkAndKeepsAllBefore)
     file.AddFrames(12);
     const WrittenFrame& last = file.frames.back();
     // Inside the last chunk's header, its payload, and just short of its end.
-    for (uint64_t into : {uint64_t{1}, uint64_t{4}, uint64_t{7}, uint64_t{8}, uint64_t{60},
-                          uint64_t{8 + last.payload.size() - 1}}) {
+    for (uint64_t into :
+         {uint64_t{1}, uint64_t{4}, uint64_t{7}, uint64_t{8}, uint64_t{60}, uint64_t{8 + last.payload.size() - 1}}) {
         Bytes bytes(file.bytes.begin(), file.bytes.begin() + last.at + into);
         AviRepairPlan plan = Plan(bytes);
         ASSERT_EQ(plan.verdict, AviRepairVerdict::Repair) << into;
