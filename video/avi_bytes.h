@@ -21,11 +21,6 @@ inline uint32_t ReadLe32(const uint8_t* bytes)
         static_cast<uint32_t>(bytes[2]) << 16 | static_cast<uint32_t>(bytes[3]) << 24;
 }
 
-inline uint16_t ReadLe16(const uint8_t* bytes)
-{
-    return static_cast<uint16_t>(bytes[0] | bytes[1] << 8);
-}
-
 inline void PutLe32(std::vector<uint8_t>& out, uint32_t value)
 {
     for (int shift = 0; shift < 32; shift += 8)
@@ -36,12 +31,6 @@ inline void PutLe16(std::vector<uint8_t>& out, uint16_t value)
 {
     out.push_back(static_cast<uint8_t>(value));
     out.push_back(static_cast<uint8_t>(value >> 8));
-}
-
-inline void SetLe32(std::vector<uint8_t>& out, size_t at, uint32_t value)
-{
-    for (int i = 0; i < 4; ++i)
-        out[at + i] = static_cast<uint8_t>(value >> (8 * i));
 }
 
 // A chunk's data is padded to an even length.
