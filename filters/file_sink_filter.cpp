@@ -273,7 +273,22 @@ HRESULT FileSinkFilter::OpenFile()
         return HRESULT_FROM_WIN32(ERROR_INVALID_NAME);
     file_ = CreateFileW(fileName_.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
                         FILE_ATTRIBUTE_NORMAL, nullptr);
-    return file_ == INVALID_HANDLE_VALUE ? LastErrorResult() : S_OK;
+    if (file_ == INVALID_HANDLE_VALUE)
+        return LastErrorResult();
+    if (!leadingBytes_.empty()) {
+        DWORD written = 0;
+        if (!WriteFile(file_, leadingBytes_.data(), static_cast<DWORD>(leadingBytes_.size()), &written, nullptr))
+            return LastErrorResult();
+        LARGE_INTEGER start = {};
+        SetFilePointerEx(file_, start, nullptr, FILE_BEGIN);
+    }
+    return S_OK;
+}
+
+void FileSinkFilter::SetLeadingBytes(std::vector<uint8_t> bytes)
+{
+    CAutoLock lock(&fileLock_);
+    leadingBytes_ = std::move(bytes);
 }
 
 void FileSinkFilter::CloseFile()

@@ -11,7 +11,9 @@
 
 #include "filters/base_classes.h"
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 class FileSinkFilter;
 
@@ -66,6 +68,10 @@ public:
     HRESULT STDMETHODCALLTYPE GetCurFile(LPOLESTR* name, AM_MEDIA_TYPE* type) override;
 
     void CloseFile();
+    // Bytes written at the start of each file the sink creates, before
+    // anything the multiplexer writes: a recording's provisional header,
+    // which the multiplexer overwrites when it finishes the file.
+    void SetLeadingBytes(std::vector<uint8_t> bytes);
 
 private:
     friend class FileSinkInputPin;
@@ -81,4 +87,5 @@ private:
     FileSinkInputPin pin_;
     std::wstring fileName_;
     HANDLE file_ = INVALID_HANDLE_VALUE;
+    std::vector<uint8_t> leadingBytes_;
 };

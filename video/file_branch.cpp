@@ -61,14 +61,3 @@ HRESULT RenewFileBranch(IGraphBuilder* graph, const wchar_t* filePath, ComPtr<IB
     muxInput = ComPtr<IPin>(GetFilterPin(mux.Get(), PINDIR_INPUT, nullptr));
     return muxInput ? S_OK : E_FAIL;
 }
-
-bool PinOfFilter(IPin* pin, IBaseFilter* filter)
-{
-    PIN_INFO info{};
-    if (!pin || !filter || FAILED(pin->QueryPinInfo(&info)))
-        return false;
-    bool mine = info.pFilter == filter;
-    if (info.pFilter)
-        info.pFilter->Release();
-    return mine;
-}

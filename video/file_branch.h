@@ -19,6 +19,3 @@ HRESULT AssembleFileBranch(IGraphBuilder* graph, const wchar_t* filePath, IBaseF
 // joined again, so a branch whose mux input was let go is made anew.
 HRESULT RenewFileBranch(IGraphBuilder* graph, const wchar_t* filePath, ComPtr<IBaseFilter>& mux,
                         ComPtr<IFileSinkFilter>& sink, ComPtr<IPin>& muxInput);
-
-// Whether the pin is one of the filter's.
-bool PinOfFilter(IPin* pin, IBaseFilter* filter);

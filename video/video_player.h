@@ -25,6 +25,7 @@
 #include "filters/mavu_video_magnify_filter.h"
 #include "filters/mavu_video_transform_filter.h"
 #include "video/capture_settings.h"
+#include "video/graph_frame_queue.h"
 #include "video/run_report.h"
 #include "video/video_sources.h"
 
@@ -81,7 +82,8 @@ public:
     HRESULT StartCamera(bool useCurrentDirectory, const wchar_t* recordingFilePath);
     HRESULT StopCamera(bool wasRecording, const wchar_t* recordingFilePath, const RecordingNotes& notes);
     HRESULT RunGraph();
-    void LogStopRecordingLine(const wchar_t* recordingFilePath);
+    // The stop line, with the time of the last frame when there was one.
+    void LogStopRecordingLine(const wchar_t* recordingFilePath, uint64_t lastFrameUtc = 0);
 
     // The brightness tool: its two colour filters, made where the "Color
     // Control" effect is installed, and their values from two sliders of 0
@@ -161,6 +163,10 @@ public:
     // The file branch was assembled from the platform's mux and the
     // program's sink, because the platform's builder wouldn't.
     bool fileBranchAssembled = false;
+    // A recording's two queues, each taking frames off the camera's thread:
+    // in front of the mux, and after the preview pin.
+    GraphFrameQueue captureQueue;
+    GraphFrameQueue previewQueue;
 
     // The source's frame counts, and their values when the run began.
     ComPtr<IAMDroppedFrames> droppedFrames;
@@ -178,8 +184,18 @@ public:
 
 private:
     HRESULT AddFileBranch(const wchar_t* filePath, IBaseFilter* sourceFilter, const VideoFormat* format);
-    void WriteRunReportFile(const wchar_t* recordingFilePath, const RecordingNotes& notes, long notDropped,
-                            long dropped);
+    HRESULT JoinQueueToMux();
+    void SplicePreviewQueue(IBaseFilter* sourceFilter);
+    // What a recording's report counts: frames in the file and frames lost,
+    // or neither where they can't be had.
+    struct RecordedCounts {
+        bool available = false;
+        long recorded = 0;
+        long dropped = 0;
+        uint64_t lastFrameUtc = 0;  // 100 ns since 1601; 0 for none
+    };
+    void WriteRunReportFile(const wchar_t* recordingFilePath, const RecordingNotes& notes,
+                            const RecordedCounts& counts);
 };
 
 // The one VideoPlayer of the process, once constructed.

@@ -157,10 +157,12 @@ HRESULT VideoPlayer::StopCamera(bool wasRecording, const wchar_t* recordingFileP
     if (currentSourceIndex >= videoSources.size() || !videoSources[currentSourceIndex])
         return S_OK;
     // Counts first: stopping comes before anything slow, and the counts
-    // belong to the frames the run let through.
+    // belong to the frames the run let through. A device gone from the bus
+    // may refuse them.
     long notDropped = 0, dropped = 0;
-    if (droppedFrames && droppedFrames->GetNumNotDropped(&notDropped) == S_OK)
-        droppedFrames->GetNumDropped(&dropped);
+    bool countsRead = droppedFrames && droppedFrames->GetNumNotDropped(&notDropped) == S_OK &&
+                      droppedFrames->GetNumDropped(&dropped) == S_OK;
+    bool wasRunning = graphState == GraphRunning;
     if (!mediaControl)
         return Fail(L"Logic error: attempt to stop camera without a filter graph builder\r\n");
     if (FAILED(StopGraph())) {
@@ -172,16 +174,43 @@ HRESULT VideoPlayer::StopCamera(bool wasRecording, const wchar_t* recordingFileP
         transformFilter->FreeAccumulator();
     if (!recordingFilePath || recordingFilePath[0] == 0 || !wasRecording)
         return S_OK;
-    LogStopRecordingLine(recordingFilePath);
-    WriteRunReportFile(recordingFilePath, notes, notDropped, dropped);
+    // A piece of a recording ends once: when its device went away the stop
+    // then wrote its report, and a later stop finds nothing running.
+    if (!wasRunning)
+        return S_OK;
+    RecordedCounts counts;
+    counts.available = countsRead;
+    counts.recorded = notDropped - startNotDropped;
+    counts.dropped = dropped - startDropped;
+    if (captureQueue) {
+        // What reached the file, and what the file branch couldn't take on
+        // top of what the camera lost.
+        FrameQueueCounts queued = captureQueue->Counts();
+        counts.recorded = queued.delivered;
+        counts.dropped += queued.dropped;
+        counts.lastFrameUtc = queued.lastArrival;
+    }
+    if (counts.recorded < 0 || counts.dropped < 0)
+        counts.available = false;
+    LogStopRecordingLine(recordingFilePath, counts.lastFrameUtc);
+    WriteRunReportFile(recordingFilePath, notes, counts);
     startDropped = 0;
     startNotDropped = 0;
     return S_OK;
 }
 
-void VideoPlayer::LogStopRecordingLine(const wchar_t* recordingFilePath)
+void VideoPlayer::LogStopRecordingLine(const wchar_t* recordingFilePath, uint64_t lastFrameUtc)
 {
-    std::wstring line = L"Stop recording at " + UtcClockText() + L" (UTC)";
+    // The stop is when the last frame came: a device that went away stopped
+    // sending before anybody noticed.
+    std::wstring clock = UtcClockText();
+    if (lastFrameUtc) {
+        FILETIME last{static_cast<DWORD>(lastFrameUtc), static_cast<DWORD>(lastFrameUtc >> 32)};
+        SYSTEMTIME time;
+        if (FileTimeToSystemTime(&last, &time))
+            clock = FormatTimeOfDay(time);
+    }
+    std::wstring line = L"Stop recording at " + clock + L" (UTC)";
     lstrcpynW(stopRecordingLine, line.c_str(), static_cast<int>(std::size(stopRecordingLine)));
     ReportUserMessage(stopRecordingLine, false);
     std::wstring file = L"Video file:  ";
@@ -192,8 +221,8 @@ void VideoPlayer::LogStopRecordingLine(const wchar_t* recordingFilePath)
     ReportUserMessage(file.c_str(), false);
 }
 
-void VideoPlayer::WriteRunReportFile(const wchar_t* recordingFilePath, const RecordingNotes& notes, long notDropped,
-                                     long dropped)
+void VideoPlayer::WriteRunReportFile(const wchar_t* recordingFilePath, const RecordingNotes& notes,
+                                     const RecordedCounts& counts)
 {
     VideoSourceInfo* source = CurrentSource();
     const VideoFormat* format = CurrentVideoFormat();
@@ -206,9 +235,9 @@ void VideoPlayer::WriteRunReportFile(const wchar_t* recordingFilePath, const Rec
     if (input.useCurrentDirectory)
         input.currentDirectory = CurrentDirectory();
     input.filePath = recordingFilePath;
-    input.hasFrameCounts = droppedFrames != nullptr;
-    input.recordedFrames = notDropped - startNotDropped;
-    input.droppedFrames = dropped - startDropped;
+    input.hasFrameCounts = droppedFrames != nullptr && counts.available;
+    input.recordedFrames = counts.recorded;
+    input.droppedFrames = counts.dropped;
     if (const GpsSnapshot* gps = notes.gps) {
         input.gpsSnapshotValid = gps->valid != 0;
         input.latitude = gps->latitude;

@@ -7,28 +7,103 @@
 #include "video/codecs.h"
 #include "video/file_branch.h"
 #include "video/graph_pins.h"
+#include "video/avi_header.h"
+#include "filters/file_sink_filter.h"
 
 #include <vector>
 
 namespace {
+
+// The file branch's queue holds up to this many frames, and no more than
+// this many bytes of them: a few seconds of a busy disk at the sizes of
+// analog grabbers and webcams, two at full HD.
+constexpr long kCaptureQueueFrames = 150;
+constexpr uint64_t kCaptureQueueBytes = 256ull << 20;
+// The preview's queue holds one frame: a frame that comes while the
+// renderer still draws the last one is not shown.
+constexpr long kPreviewQueueFrames = 1;
+constexpr uint64_t kPreviewQueueBytes = 1ull << 30;
+// How long a stop waits for the disk to take what the file branch holds.
+constexpr DWORD kCaptureDrainMs = 20000;
 
 void Report(const wchar_t* text)
 {
     ReportUserMessage(text, false);
 }
 
+// Joins two pins directly, or through what the graph finds between them.
+HRESULT JoinPins(IGraphBuilder* graph, IPin* from, IPin* to)
+{
+    HRESULT hr = graph->ConnectDirect(from, to, nullptr);
+    return SUCCEEDED(hr) ? hr : graph->Connect(from, to);
+}
+
 }  // namespace
+
+HRESULT VideoPlayer::JoinQueueToMux()
+{
+    ComPtr<IPin> queueOutput(GetFilterPin(captureQueue.Get(), PINDIR_OUTPUT, nullptr));
+    ComPtr<IPin> muxInput(GetFilterPin(mux.Get(), PINDIR_INPUT, nullptr));
+    if (!queueOutput || !muxInput)
+        return E_FAIL;
+    HRESULT hr = graph->ConnectDirect(queueOutput.Get(), muxInput.Get(), nullptr);
+    if (FAILED(hr) || !fileBranchAssembled)
+        return hr;
+    // The mux writes the file's header only when it finishes the file; until
+    // then the file starts with one of the program's own, so that a
+    // recording cut short by a crash or a power cut still says what its
+    // frames are.
+    AM_MEDIA_TYPE type = {};
+    if (SUCCEEDED(muxInput->ConnectionMediaType(&type))) {
+        if (type.formattype == FORMAT_VideoInfo && type.pbFormat && type.cbFormat >= sizeof(VIDEOINFOHEADER)) {
+            const auto* info = reinterpret_cast<const VIDEOINFOHEADER*>(type.pbFormat);
+            const auto* bitmap = reinterpret_cast<const uint8_t*>(&info->bmiHeader);
+            std::vector<uint8_t> format(bitmap, static_cast<const uint8_t*>(type.pbFormat) + type.cbFormat);
+            static_cast<FileSinkFilter*>(fileSink.Get())
+                ->SetLeadingBytes(BuildProvisionalAviHeader(format, info->AvgTimePerFrame));
+        }
+        FreeMediaType(type);
+    }
+    return S_OK;
+}
+
+void VideoPlayer::SplicePreviewQueue(IBaseFilter* sourceFilter)
+{
+    ComPtr<IBaseFilter> tee;
+    ComPtr<IPin> previewPin;
+    if (SUCCEEDED(FindSmartTee(graph.Get(), tee.Put())) && tee)
+        previewPin = ComPtr<IPin>(GetFilterPin(tee.Get(), PINDIR_OUTPUT, L"Preview"));
+    else
+        previewPin = ComPtr<IPin>(GetFilterPin(sourceFilter, PINDIR_OUTPUT, L"Preview"));
+    ComPtr<IPin> downstream;
+    if (!previewPin || FAILED(previewPin->ConnectedTo(downstream.Put())) || !downstream)
+        return;
+    if (FAILED(previewQueue.Add(graph.Get(), L"Preview Queue", kPreviewQueueFrames, kPreviewQueueBytes)))
+        return;
+    ComPtr<IPin> input(GetFilterPin(previewQueue.Get(), PINDIR_INPUT, nullptr));
+    ComPtr<IPin> output(GetFilterPin(previewQueue.Get(), PINDIR_OUTPUT, nullptr));
+    graph->Disconnect(previewPin.Get());
+    graph->Disconnect(downstream.Get());
+    if (input && output && SUCCEEDED(graph->ConnectDirect(previewPin.Get(), input.Get(), nullptr)) &&
+        SUCCEEDED(JoinPins(graph.Get(), output.Get(), downstream.Get())))
+        return;
+    // The preview goes on as it was built, on the camera's thread.
+    previewQueue.Remove(graph.Get());
+    graph->Disconnect(previewPin.Get());
+    graph->Disconnect(downstream.Get());
+    JoinPins(graph.Get(), previewPin.Get(), downstream.Get());
+    Report(L"NOTE: the preview could not be given a thread of its own; a slow display may cost recorded frames\r\n");
+}
 
 HRESULT VideoPlayer::StopGraph()
 {
-    if (fileBranchAssembled && graphState == GraphRunning) {
-        // The platform's mux stops before the filters upstream of it and
-        // fails on a sample that reaches it after that. Pausing first ends
-        // the live source's delivery; the frame already on its way gets its
-        // moment to land while the mux still runs. Only a running graph is
-        // paused: a pause from stopped would open the finished file anew.
-        mediaControl->Pause();
-        Sleep(100);
+    if (captureQueue && graphState == GraphRunning) {
+        // Every frame the file branch took goes to the file before the mux
+        // finishes it; frames that come later are not part of the recording.
+        // Nothing reaches the mux after this, which it wouldn't take once
+        // stopped.
+        if (!captureQueue->Seal(kCaptureDrainMs))
+            Report(L"WARNING: the disk did not take the last frames of the recording in time\r\n");
     }
     return mediaControl->Stop();
 }
@@ -73,6 +148,8 @@ HRESULT VideoPlayer::RemoveGraphFilters()
     fileSink.Reset();
     mux.Reset();
     fileBranchAssembled = false;
+    captureQueue.Reset();
+    previewQueue.Reset();
     return result;
 }
 
@@ -105,8 +182,12 @@ HRESULT VideoPlayer::AddFileBranch(const wchar_t* filePath, IBaseFilter* sourceF
         graph->Disconnect(codecInput.Get());
         graph->Disconnect(codecOutput.Get());
     }
-    if (FAILED(captureBuilder->RenderStream(&PIN_CATEGORY_CAPTURE, &MEDIATYPE_Video, sourceFilter, codecFilter,
-                                            mux.Get()))) {
+    // The capture stream ends in the queue, and the queue feeds the mux:
+    // the camera's thread never waits for the disk.
+    if (FAILED(captureQueue.Add(graph.Get(), L"Capture Queue", kCaptureQueueFrames, kCaptureQueueBytes)) ||
+        FAILED(captureBuilder->RenderStream(&PIN_CATEGORY_CAPTURE, &MEDIATYPE_Video, sourceFilter, codecFilter,
+                                            captureQueue.Get())) ||
+        FAILED(JoinQueueToMux())) {
         Report(L"\r\nSelected codec does not work for this camera.\r\n");
         return E_ABORT;
     }
@@ -164,6 +245,8 @@ HRESULT VideoPlayer::RenderVideoStream(const wchar_t* filePath, bool useColor, I
 
     bool wanted = pixelSaturationOn || frameIntegrationOn || useColor;
     if ((recording && (removeFiltersWhileRecording || displayOffWhileRecording)) || !wanted) {
+        if (recording)
+            SplicePreviewQueue(sourceFilter);
         graphState = GraphBuilt;
         return S_OK;
     }
@@ -256,20 +339,18 @@ HRESULT VideoPlayer::RenderVideoStream(const wchar_t* filePath, bool useColor, I
         if (!pinsFound || !capturePin || !captureDownstream) {
             Report(L"\r\nCannot get IPins for capture color control filter - no brightness/contrast in capture "
                    L"file\r\n");
-        } else if (fileBranchAssembled && PinOfFilter(captureDownstream.Get(), mux.Get())) {
-            // The mux's input can't be joined again once let go: the filter
-            // joins the input of a branch made anew for the same file.
-            for (IPin* pin : {input.Get(), output.Get(), capturePin.Get(), captureDownstream.Get()})
-                graph->Disconnect(pin);
-            ComPtr<IPin> freshInput;
-            RenewFileBranch(graph.Get(), filePath, mux, fileSink, freshInput);
-            graph->ConnectDirect(capturePin.Get(), input.Get(), nullptr);
-            graph->ConnectDirect(output.Get(), freshInput.Get(), nullptr);
         } else {
             SpliceFilterPins(graph.Get(), {input.Get(), output.Get(), capturePin.Get(), captureDownstream.Get()},
                              capturePin.Get(), input.Get(), output.Get(), captureDownstream.Get());
         }
     }
+    // The pins held above must go before the preview pin is spliced again.
+    previewPin.Reset();
+    capturePin.Reset();
+    downstream.Reset();
+    transformOutput.Reset();
+    if (recording)
+        SplicePreviewQueue(sourceFilter);
     graphState = GraphBuilt;
     return S_OK;
 }

@@ -175,9 +175,11 @@ TEST_F(ColorControlTest, WithTheFileBoxTheRecordingChangesAndTheContrastSliderMo
                   (std::vector<std::string>{
                       "AVI Mux.AVI Out -> File Writer.in",
                       "Cam.Capture -> Smart Tee.Input",
+                      "Capture Queue.Out -> AVI Mux.Input 01",
                       "Color Control Render.out0 -> VMR9.VMR Input0",
-                      "Smart Tee.Capture -> AVI Mux.Input 01",
-                      "Smart Tee.Preview -> Color Control Render.in0",
+                      "Preview Queue.Out -> Color Control Render.in0",
+                      "Smart Tee.Capture -> Capture Queue.In",
+                      "Smart Tee.Preview -> Preview Queue.In",
                   }));
     });
     EXPECT_NEAR(Median(testsupport::ReadRecordedBackgrounds(plain, 640, 480)), kSky, 2.5);
@@ -198,10 +200,12 @@ TEST_F(ColorControlTest, WithTheFileBoxTheRecordingChangesAndTheContrastSliderMo
                   (std::vector<std::string>{
                       "AVI Mux.AVI Out -> File Writer.in",
                       "Cam.Capture -> Smart Tee.Input",
-                      "Color Control Capture.out0 -> AVI Mux.Input 01",
+                      "Capture Queue.Out -> AVI Mux.Input 01",
+                      "Color Control Capture.out0 -> Capture Queue.In",
                       "Color Control Render.out0 -> VMR9.VMR Input0",
+                      "Preview Queue.Out -> Color Control Render.in0",
                       "Smart Tee.Capture -> Color Control Capture.in0",
-                      "Smart Tee.Preview -> Color Control Render.in0",
+                      "Smart Tee.Preview -> Preview Queue.In",
                   }));
     });
     EXPECT_NE(report.find("Codec: NONE"), std::string::npos) << report;

@@ -39,9 +39,23 @@ std::vector<std::string> Merge(std::vector<std::string> a, const std::vector<std
     return a;
 }
 
+// A recording's file branch takes the camera's frames through its queue,
+// and its preview takes them through one of its own.
 const std::vector<std::string> kFileBranch = {
     "AVI Mux.AVI Out -> File Writer.in",
-    "Smart Tee.Capture -> AVI Mux.Input 01",
+    "Capture Queue.Out -> AVI Mux.Input 01",
+    "Smart Tee.Capture -> Capture Queue.In",
+};
+const std::vector<std::string> kRecordingPreview = {
+    "Cam.Capture -> Smart Tee.Input",
+    "Preview Queue.Out -> VMR9.VMR Input0",
+    "Smart Tee.Preview -> Preview Queue.In",
+};
+const std::vector<std::string> kRecordingPreviewTransform = {
+    "Cam.Capture -> Smart Tee.Input",
+    "MAVU Transform Filter Preview.XForm Out -> VMR9.VMR Input0",
+    "Preview Queue.Out -> MAVU Transform Filter Preview.XForm In",
+    "Smart Tee.Preview -> Preview Queue.In",
 };
 
 }  // namespace
@@ -60,11 +74,13 @@ TEST_F(EngineTest, EachModeBuildsTheChainOfItsRow)
         {"preview", false, false, false, false, false, kPreview},
         {"preview with saturation", false, true, false, false, false, kPreviewTransform},
         {"preview with integration", false, false, true, false, false, kPreviewTransform},
-        {"record", true, false, false, false, false, Merge(kPreview, kFileBranch)},
-        {"record with saturation", true, true, false, false, false, Merge(kPreviewTransform, kFileBranch)},
-        {"record, display filters removed", true, true, false, true, false, Merge(kPreview, kFileBranch)},
+        {"record", true, false, false, false, false, Merge(kRecordingPreview, kFileBranch)},
+        {"record with saturation", true, true, false, false, false, Merge(kRecordingPreviewTransform, kFileBranch)},
+        {"record, display filters removed", true, true, false, true, false, Merge(kRecordingPreview, kFileBranch)},
         {"record, display off", true, false, false, false, true,
-         Merge({"Cam.Capture -> Smart Tee.Input", "Smart Tee.Preview -> Null Renderer.In"}, kFileBranch)},
+         Merge({"Cam.Capture -> Smart Tee.Input", "Preview Queue.Out -> Null Renderer.In",
+                "Smart Tee.Preview -> Preview Queue.In"},
+               kFileBranch)},
     };
     for (const Mode& mode : modes) {
         SCOPED_TRACE(mode.name);

@@ -98,7 +98,7 @@ std::vector<Profile> MakeProfiles()
     profiles.push_back({L"uyvy", {{Subtype::UYVY, 640, 480, k30}, {Subtype::UYVY, 720, 576, k25}},
                         WebcamProperties(false)});
     profiles.push_back({L"autobright", WebcamFormats(), WebcamProperties(true)});
-    profiles.push_back({L"hd", {{Subtype::ARGB32, 1920, 1080, k30}, {Subtype::RGB32, 1920, 1080, k30},
+    profiles.push_back({L"hd", {{Subtype::YUY2, 1920, 1080, k30}, {Subtype::ARGB32, 1920, 1080, k30}, {Subtype::RGB32, 1920, 1080, k30},
                                 {Subtype::RGB24, 1280, 720, k30}},
                         WebcamProperties(false)});
     return profiles;
