@@ -1,0 +1,276 @@
+// What a recording has captured survives: a stop at full HD on a busy
+// computer, a second camera plugged in mid-event, a camera pulled and never
+// returned, and a program killed mid-recording.
+#include <gtest/gtest.h>
+
+#include "device/graph_helpers.h"
+#include "e2e/harness.h"
+#include "support/ffprobe.h"
+#include "support/recorded_frames.h"
+#include "tools/synthcam/sky.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+using namespace e2e;
+
+namespace {
+
+constexpr wchar_t kMainTitle[] = L"MAVU Video Capture Version 2.1";
+constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
+constexpr unsigned kExitCommand = 33099;
+
+struct SafetyRun {
+    devicetest::SyntheticDevices devices;
+    std::wstring folder = MakeWorkFolderForCurrentTest();
+    std::unique_ptr<Program> program;
+
+    bool Start(const std::string& options = "")
+    {
+        WriteOptions(folder, Option("DefaultRenderer", "VMR9") + options);
+        program = std::make_unique<Program>(folder);
+        return program->Start() && program->WaitReady();
+    }
+    HWND Main() const { return program->MainWindow(); }
+    bool WaitTitle(const wchar_t* title, DWORD timeoutMs) const
+    {
+        return WaitUntil([&] { return WindowText(Main()) == title; }, timeoutMs, 20);
+    }
+    std::wstring Videos() const { return folder + L"\\VideoFiles"; }
+    std::wstring ReportOf(const std::wstring& avi) const
+    {
+        return Videos() + L"\\" + avi.substr(0, avi.size() - 4) + L".txt";
+    }
+};
+
+// Keeps one core busy for a while from the Unix side, as another program
+// would; it ends by itself.
+void KeepOneCoreBusy(int seconds)
+{
+    char command[128];
+    std::snprintf(command, sizeof command, "timeout %d sh -c 'while :; do :; done' >/dev/null 2>&1 &", seconds);
+    RunUnix(command);
+}
+
+}  // namespace
+
+// A 14 s event at 1920x1080 YUY2, 30 frames a second, with one core kept
+// busy: the event ends, its report is written, ffprobe reads the file, and
+// every frame the camera delivered is in the file or counted as dropped.
+TEST(RecordingSafety, FullHdEventUnderLoadEndsWithItsReportAndAReadableFile)
+{
+    for (int attempt = 1; attempt <= 3; ++attempt) {
+        SCOPED_TRACE(attempt);
+        SafetyRun run;
+        run.folder = MakeWorkFolder(L"RecordingSafety.FullHd" + std::to_wstring(attempt));
+        ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"hd"));
+        WriteEvent(run.folder, L"hd_event", UtcInSeconds(18), 14, "HD");
+        ASSERT_TRUE(run.Start());
+        KeepOneCoreBusy(45);
+        ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 30000)) << Narrow(run.program->Messages());
+        ASSERT_TRUE(run.WaitTitle(kMainTitle, 60000)) << "the event never ended";
+        ASSERT_TRUE(WaitUntil([&] { return !ListFiles(run.Videos(), L"*.txt").empty(); }, 20000));
+        std::vector<std::wstring> videos = ListFiles(run.Videos(), L"*.avi");
+        ASSERT_EQ(videos.size(), 1u);
+        std::wstring avi = run.Videos() + L"\\" + videos[0];
+        std::string report = ReadBytes(run.ReportOf(videos[0]));
+        EXPECT_NE(report.find("Frame size: 1920x1080"), std::string::npos) << report;
+
+        PostCommand(run.Main(), kExitCommand);
+        EXPECT_TRUE(run.program->WaitExit(30000)) << "the program closes on request";
+        run.program->Kill();
+
+        testsupport::ProbedVideo probed = testsupport::ProbeVideo(Narrow(avi));
+        ASSERT_TRUE(probed.ok) << probed.raw;
+        EXPECT_EQ(probed.width, 1920);
+        EXPECT_EQ(probed.height, 1080);
+        std::vector<synthcam::FrameStamp> stamps = testsupport::ReadRecordedStamps(Narrow(avi), 1920);
+        ASSERT_GT(stamps.size(), 100u);
+        long missing = testsupport::MissingStampedFrames(stamps);
+        long dropped = testsupport::ReportedDroppedFrames(report);
+        std::printf("run %d: %zu frames in the file, %ld missing, %ld dropped in the report\n", attempt,
+                    stamps.size(), missing, dropped);
+        EXPECT_GE(missing, 0);
+        EXPECT_LE(missing, dropped) << report;
+    }
+}
+
+namespace {
+
+uint64_t NowMs()
+{
+    return synthcam::UtcMsSince2020Now();
+}
+
+std::vector<std::wstring> SortedFiles(const std::wstring& folder, const wchar_t* pattern)
+{
+    std::vector<std::wstring> files = ListFiles(folder, pattern);
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+// The "HH:MM:SS" after "Stop recording at " in a report, as milliseconds
+// of the UTC day; -1 when the line is missing.
+long long StopLineMsOfDay(const std::string& report)
+{
+    size_t at = report.find("Stop recording at ");
+    unsigned h = 0, m = 0, s = 0;
+    if (at == std::string::npos ||
+        std::sscanf(report.c_str() + at + 18, "%2u:%2u:%2u", &h, &m, &s) != 3)
+        return -1;
+    return ((h * 60ll + m) * 60 + s) * 1000;
+}
+
+long long MsOfDay(uint64_t msSince2020)
+{
+    return static_cast<long long>(msSince2020 % 86400000ull);
+}
+
+}  // namespace
+
+// A second capture device plugged in during an event restarts the camera,
+// as a device change does; what was recorded stays in the first file with
+// its report, and the rest of the event goes on in "_1".
+TEST(RecordingSafety, ASecondCameraMidEventLeavesTheFirstSecondsInTheirFile)
+{
+    SafetyRun run;
+    ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
+    WriteEvent(run.folder, L"second", UtcInSeconds(20), 16, "Second");
+    ASSERT_TRUE(run.Start());
+    ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 30000));
+    uint64_t started = NowMs();
+    Sleep(6000);
+    uint64_t plugged = NowMs();
+    ASSERT_TRUE(run.devices.Add(L"Other Cam", L"webcam"));
+    EXPECT_EQ(SendDeviceChange(run.Main()), 1);
+    EXPECT_EQ(run.program->CountMessages(L"Video capture device \"Other Cam\" connected\r\n"), 1)
+        << Narrow(run.program->Messages());
+    ASSERT_TRUE(run.WaitTitle(kMainTitle, 30000));
+    ASSERT_TRUE(WaitUntil([&] { return ListFiles(run.Videos(), L"*.txt").size() == 2; }, 10000));
+
+    std::vector<std::wstring> videos = SortedFiles(run.Videos(), L"*.avi");
+    ASSERT_EQ(videos.size(), 2u);
+    std::wstring stem = videos[0].substr(0, videos[0].size() - 4);
+    EXPECT_EQ(videos[1], stem + L"_1.avi");
+    std::vector<synthcam::FrameStamp> first =
+        testsupport::ReadRecordedStamps(Narrow(run.Videos() + L"\\" + videos[0]), 640);
+    std::vector<synthcam::FrameStamp> rest =
+        testsupport::ReadRecordedStamps(Narrow(run.Videos() + L"\\" + videos[1]), 640);
+    ASSERT_GT(first.size(), 100u);
+    ASSERT_GT(rest.size(), 100u);
+    // The first file holds the seconds before the plug, from the start on.
+    EXPECT_LE(first.front().utcMs, started + 1000);
+    EXPECT_GE(first.back().utcMs + 1000, plugged);
+    EXPECT_LE(first.back().utcMs, plugged + 1000);
+    EXPECT_GT(rest.front().utcMs, first.back().utcMs);
+    for (const std::wstring& video : videos) {
+        std::string report = ReadBytes(run.ReportOf(video));
+        EXPECT_EQ(report.rfind("Event recording: \r\r\n", 0), 0u) << report;
+        EXPECT_NE(report.find(Narrow(video)), std::string::npos) << report;
+    }
+    run.program->Kill();
+}
+
+// The camera pulled mid-event and never returned: one report, written at
+// the pull, whose stop time is that of the last frame; the event's end and
+// the program's exit leave it as it is.
+TEST(RecordingSafety, ACameraPulledAndNotReturnedKeepsTheOneReportOfItsLastFrame)
+{
+    SafetyRun run;
+    ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
+    WriteEvent(run.folder, L"pulled", UtcInSeconds(20), 14, "Pulled");
+    ASSERT_TRUE(run.Start());
+    ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 30000));
+    Sleep(4000);
+    ASSERT_TRUE(run.devices.Pull(L"Sky Cam"));
+    // The system's word comes a moment after the cable goes.
+    Sleep(1500);
+    EXPECT_EQ(SendDeviceChange(run.Main()), 1);
+    ASSERT_TRUE(WaitUntil([&] { return ListFiles(run.Videos(), L"*.txt").size() == 1; }, 10000));
+    std::vector<std::wstring> videos = SortedFiles(run.Videos(), L"*.avi");
+    ASSERT_EQ(videos.size(), 1u);
+    std::wstring reportPath = run.ReportOf(videos[0]);
+    std::string atPull = ReadBytes(reportPath);
+
+    ASSERT_TRUE(run.WaitTitle(kMainTitle, 30000)) << "the event ends on time";
+    Sleep(1000);
+    EXPECT_EQ(ListFiles(run.Videos(), L"*.txt").size(), 1u);
+    EXPECT_EQ(ReadBytes(reportPath), atPull) << "the event's end leaves the report alone";
+    PostCommand(run.Main(), kExitCommand);
+    EXPECT_TRUE(run.program->WaitExit(30000));
+    run.program->Kill();
+    EXPECT_EQ(ReadBytes(reportPath), atPull) << "the exit leaves the report alone";
+
+    std::vector<synthcam::FrameStamp> stamps =
+        testsupport::ReadRecordedStamps(Narrow(run.Videos() + L"\\" + videos[0]), 640);
+    ASSERT_GT(stamps.size(), 60u);
+    long long stop = StopLineMsOfDay(atPull);
+    ASSERT_GE(stop, 0) << atPull;
+    // The line has whole seconds; the last frame came within that second.
+    long long last = MsOfDay(stamps.back().utcMs);
+    EXPECT_LE(std::llabs(stop + 500 - last), 1000) << atPull;
+    long recorded = -1;
+    size_t at = atPull.find("Number of recorded frames:  ");
+    ASSERT_NE(at, std::string::npos) << atPull;
+    recorded = std::atol(atPull.c_str() + at + 28);
+    EXPECT_NEAR(static_cast<double>(recorded), static_cast<double>(stamps.size()), 2) << atPull;
+    EXPECT_EQ(atPull.find(":  -"), std::string::npos) << "no negative count: " << atPull;
+}
+
+// The program killed mid-event and started again at once: the cut file is
+// repaired with its report and a line in User Messages, and the rest of the
+// event goes to another file.
+TEST(RecordingSafety, AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnBesideIt)
+{
+    SafetyRun run;
+    ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
+    WriteEvent(run.folder, L"cut", UtcInSeconds(30), 40, "CUT", "STAR");
+    ASSERT_TRUE(run.Start());
+    ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 30000));
+    Sleep(10000);
+    uint64_t killedAt = NowMs();
+    run.program->Kill();
+    std::vector<std::wstring> cut = SortedFiles(run.Videos(), L"*.avi");
+    ASSERT_EQ(cut.size(), 1u);
+    EXPECT_TRUE(ListFiles(run.Videos(), L"*.txt").empty());
+
+    Program again(run.folder);
+    ASSERT_TRUE(again.Start());
+    ASSERT_TRUE(again.WaitReady());
+    std::wstring line = L"WARNING: recording \"VideoFiles\\" + cut[0] + L"\" was cut short and has been repaired: ";
+    ASSERT_TRUE(again.WaitForMessage(line, 5000)) << Narrow(again.Messages());
+    HWND main = again.MainWindow();
+    ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kRecordingTitle; }, 10000));
+    ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kMainTitle; }, 40000));
+    ASSERT_TRUE(WaitUntil([&] { return ListFiles(run.Videos(), L"*.txt").size() == 2; }, 10000));
+    again.Kill();
+
+    std::vector<std::wstring> videos = SortedFiles(run.Videos(), L"*.avi");
+    ASSERT_EQ(videos.size(), 2u);
+    EXPECT_EQ(videos[0], cut[0]);
+    EXPECT_EQ(videos[1], cut[0].substr(0, cut[0].size() - 4) + L"_1.avi");
+
+    std::wstring repaired = run.Videos() + L"\\" + cut[0];
+    testsupport::ProbedVideo probed = testsupport::ProbeVideo(Narrow(repaired));
+    ASSERT_TRUE(probed.ok) << probed.raw;
+    std::vector<synthcam::FrameStamp> stamps = testsupport::ReadRecordedStamps(Narrow(repaired), 640);
+    ASSERT_FALSE(stamps.empty());
+    size_t beforeKill = 0;
+    for (const synthcam::FrameStamp& stamp : stamps)
+        beforeKill += stamp.utcMs <= killedAt ? 1 : 0;
+    // The camera makes a frame each 33.3 ms from the event's start.
+    double made = static_cast<double>(killedAt - stamps.front().utcMs) / (1000.0 / 30);
+    std::printf("killed after %.0f frames; %zu of them in the repaired file\n", made, beforeKill);
+    EXPECT_GE(static_cast<double>(beforeKill), 0.9 * made);
+    EXPECT_GE(made, 9 * 30.0) << "the file starts at the event's start";
+    std::string report = ReadBytes(run.ReportOf(cut[0]));
+    EXPECT_NE(report.find("Number of recorded frames:  " + std::to_string(stamps.size())), std::string::npos)
+        << report;
+    EXPECT_NE(Narrow(again.Messages()).find(std::to_string(stamps.size()) + " frames recovered"), std::string::npos);
+
+    std::vector<synthcam::FrameStamp> rest = testsupport::ReadRecordedStamps(Narrow(run.Videos() + L"\\" + videos[1]), 640);
+    ASSERT_FALSE(rest.empty());
+    EXPECT_GT(rest.front().utcMs, killedAt);
+}
