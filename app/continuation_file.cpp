@@ -1,7 +1,10 @@
 #include "app/continuation_file.h"
 
+#include <windows.h>
+
 #include <cwchar>
 #include <string>
+#include <vector>
 
 bool ContinuationFilePath(const wchar_t* firstPath, uint32_t count, wchar_t* out, size_t capacity)
 {
@@ -18,4 +21,31 @@ bool ContinuationFilePath(const wchar_t* firstPath, uint32_t count, wchar_t* out
     wmemcpy(out, path.c_str(), kept);
     out[kept] = 0;
     return true;
+}
+
+bool NextFreeContinuation(const wchar_t* firstPath, uint32_t& count,
+                          const std::function<bool(const wchar_t*)>& holdsData, wchar_t* out, size_t capacity)
+{
+    constexpr uint32_t kMostTried = 10000;
+    std::vector<wchar_t> path(capacity > 0 ? capacity : 1);
+    for (uint32_t next = count + 1; next <= count + kMostTried; ++next) {
+        if (!ContinuationFilePath(firstPath, next, path.data(), path.size()))
+            return false;
+        if (!holdsData(path.data())) {
+            if (capacity > 0)
+                wmemcpy(out, path.data(), path.size());
+            count = next;
+            return true;
+        }
+    }
+    return false;
+}
+
+bool FileHoldsData(const wchar_t* path)
+{
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    if (!GetFileAttributesExW(path, GetFileExInfoStandard, &data))
+        return false;
+    return (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 || data.nFileSizeHigh != 0 ||
+        data.nFileSizeLow != 0;
 }

@@ -10,6 +10,7 @@
 #include "app/loaded_options.h"
 #include "app/power_actions.h"
 #include "app/program_folder.h"
+#include "app/recording_repair.h"
 #include "app/recording_control.h"
 #include "app/startup_state.h"
 #include "app/time_zone.h"
@@ -166,6 +167,10 @@ MainWindow::MainWindow(HINSTANCE instanceHandle)
 
     PlaceInitialWindows(mainWindow, clippingWindow, userMessagesWindow, richEdit, recordControlsWindow);
     ShowWindow(richEdit, SW_SHOW);
+
+    // Recordings that a crash or a power cut left unfinished are mended
+    // before an event can record again, perhaps under the same name.
+    RepairCutRecordings(options.VideoDirectory[0] ? options.VideoDirectory : L"VideoFiles\\");
 
     // The camera runs and the events are loaded before the main window
     // appears. Without a device neither happens.

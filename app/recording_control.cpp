@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "app/continuation_file.h"
 #include "app/time_zone.h"
 #include "base/report.h"
 #include "base/ticks.h"
@@ -60,6 +61,23 @@ void TakeGpsSnapshotAndCloseLink()
     ShowWindow(gpsWindow, SW_HIDE);
 }
 
+// A restart of a recording (a second device plugged in, a device chosen, a
+// standard found again, an event taken up after a crash) would open its
+// file anew and lose what it holds: the recording goes on in the next free
+// continuation file instead, with a report of its own.
+void KeepRecordedFile()
+{
+    VideoSourceInfo* source = CurrentSource();
+    if (!source || !FileHoldsData(RecordingFilePath))
+        return;
+    uint32_t count = source->continuationCount;
+    wchar_t next[kRecordingFilePathCapacity];
+    if (NextFreeContinuation(source->manualFilePath, count, FileHoldsData, next, kRecordingFilePathCapacity)) {
+        source->continuationCount = count;
+        lstrcpynW(RecordingFilePath, next, kRecordingFilePathCapacity);
+    }
+}
+
 }  // namespace
 
 HRESULT StopVideo()
@@ -85,6 +103,7 @@ HRESULT StartVideo()
     bool useCurrentDirectory = options.VideoDirectory[0] == 0;
     bool recording = CurrentDeviceRecording();
     if (recording) {
+        KeepRecordedFile();
         gpsSnapshot.valid = 0;
         TakeGpsSnapshotAndCloseLink();
         // No recording runs with frame integration: the file has none.

@@ -93,4 +93,8 @@ set(MAVU_E2E_LONG_SCENARIOS
     DeviceFormat.TickingAutoDetectAgainFindsTheStandardByTrial
     DeviceFormat.TheDeviceGoneWhileOpenLeavesEveryControlHarmless
     DeviceFormat.ADeviceOfUnknownFormatIsReportedAndTheWindowShowsAsItStood
+    RecordingSafety.FullHdEventUnderLoadEndsWithItsReportAndAReadableFile
+    RecordingSafety.ASecondCameraMidEventLeavesTheFirstSecondsInTheirFile
+    RecordingSafety.ACameraPulledAndNotReturnedKeepsTheOneReportOfItsLastFrame
+    RecordingSafety.AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnBesideIt
 )

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 
 TEST(DeviceChange, OnlyDevNodesChangedIsTakenAndOnlyWhenNothingElseRuns)
@@ -66,4 +67,39 @@ TEST(DeviceChange, AContinuationPathIsCutToTheRoomItHas)
     wchar_t out[256];
     ASSERT_TRUE(ContinuationFilePath(first.c_str(), 10, out, 256));
     EXPECT_EQ(std::wstring(out), std::wstring(250, L'a') + L"_10.a");
+}
+
+TEST(DeviceChange, ARestartGoesOnInTheNextContinuationThatHoldsNothing)
+{
+    struct Row {
+        std::set<std::wstring> holding;  // files with data in them
+        uint32_t count;  // the recording's continuation count before
+        const wchar_t* path;  // null: none to be had
+        uint32_t countAfter;
+    } rows[] = {
+        {{L"x.avi"}, 0, L"x_1.avi", 1},
+        // Continuations left by earlier runs, or by a device that came back,
+        // are passed over: no file that holds frames is opened anew.
+        {{L"x.avi", L"x_1.avi", L"x_2.avi"}, 0, L"x_3.avi", 3},
+        {{L"x.avi", L"x_1.avi", L"x_2.avi"}, 1, L"x_3.avi", 3},
+        {{L"x.avi", L"x_2.avi"}, 0, L"x_1.avi", 1},
+        {{L"x.avi", L"x_2.avi"}, 2, L"x_3.avi", 3},
+    };
+    for (const Row& row : rows) {
+        uint32_t count = row.count;
+        wchar_t out[64] = L"untouched";
+        bool found = NextFreeContinuation(
+            L"x.avi", count, [&](const wchar_t* path) { return row.holding.count(path) > 0; }, out, 64);
+        EXPECT_TRUE(found);
+        EXPECT_EQ(std::wstring(out), row.path);
+        EXPECT_EQ(count, row.countAfter);
+    }
+
+    uint32_t count = 0;
+    wchar_t out[64] = L"untouched";
+    EXPECT_FALSE(NextFreeContinuation(L"x.AVI", count, [](const wchar_t*) { return false; }, out, 64));
+    EXPECT_FALSE(NextFreeContinuation(L"x.avi", count, [](const wchar_t*) { return true; }, out, 64))
+        << "every name taken";
+    EXPECT_EQ(count, 0u);
+    EXPECT_EQ(std::wstring(out), L"untouched");
 }
