@@ -60,71 +60,102 @@ void KeepDiskBusy(const std::wstring& folder, std::atomic<bool>& stop, std::atom
     DeleteFileW(path.c_str());
 }
 
+struct RunFigures {
+    bool ok = false;
+    FrameQueueCounts queue;
+    long cameraDelivered = -1, cameraDropped = -1;
+    long diskBlocks = 0;
+};
+
+// One recording of kRecordMs through the file branch, with or without the
+// disk kept busy beside it.
+RunFigures Record(bool busyDisk)
+{
+    RunFigures figures;
+    devicetest::SyntheticDevices devices;
+    if (!devices.Add(L"Bench Cam", L"hd"))
+        return figures;
+    ComPtr<IBaseFilter> camera = devicetest::BindDevice(L"Bench Cam");
+    ComPtr<IGraphBuilder> graph;
+    CoCreateInstance(CLSID_FilterGraph, nullptr, CLSCTX_INPROC_SERVER, IID_IGraphBuilder, graph.PutVoid());
+    std::string folder = devicetest::WorkFolder("sink-bench");
+    std::wstring wideFolder(folder.begin(), folder.end());
+    std::wstring file = wideFolder + L"\\bench.avi";
+
+    GraphFrameQueue queue;
+    ComPtr<IBaseFilter> mux;
+    ComPtr<IFileSinkFilter> sink;
+    ComPtr<IMediaControl> control;
+    bool built = camera && graph && SUCCEEDED(graph->AddFilter(camera.Get(), L"Bench Cam")) &&
+        SUCCEEDED(devicetest::SelectFormat(camera.Get(), MEDIASUBTYPE_YUY2, kWidth, kHeight)) &&
+        SUCCEEDED(queue.Add(graph.Get(), L"Capture Queue", 150, 256ull << 20)) &&
+        SUCCEEDED(AssembleFileBranch(graph.Get(), file.c_str(), mux.Put(), sink.Put()));
+    ComPtr<IPin> capture;
+    if (built) {
+        capture = devicetest::FindPin(camera.Get(), L"Capture");
+        ComPtr<IPin> queueIn = devicetest::FindPin(queue.Get(), L"In");
+        ComPtr<IPin> queueOut = devicetest::FindPin(queue.Get(), L"Out");
+        ComPtr<IPin> muxIn = devicetest::FindPin(mux.Get(), L"Input 01");
+        built = capture && queueIn && queueOut && muxIn &&
+            SUCCEEDED(graph->ConnectDirect(capture.Get(), queueIn.Get(), nullptr)) &&
+            SUCCEEDED(graph->ConnectDirect(queueOut.Get(), muxIn.Get(), nullptr)) &&
+            SUCCEEDED(graph->QueryInterface(IID_IMediaControl, control.PutVoid()));
+    }
+    if (built) {
+        std::atomic<bool> stopDisk{false};
+        std::atomic<long> blocks{0};
+        std::thread disk;
+        if (busyDisk) {
+            disk = std::thread(KeepDiskBusy, wideFolder, std::ref(stopDisk), std::ref(blocks));
+            Sleep(500);
+        }
+        control->Run();
+        Sleep(kRecordMs);
+        ComPtr<IAMDroppedFrames> frames;
+        if (SUCCEEDED(capture->QueryInterface(IID_IAMDroppedFrames, frames.PutVoid()))) {
+            frames->GetNumNotDropped(&figures.cameraDelivered);
+            frames->GetNumDropped(&figures.cameraDropped);
+        }
+        queue->Seal(20000);
+        control->Stop();
+        stopDisk = true;
+        if (disk.joinable())
+            disk.join();
+        figures.queue = queue->Counts();
+        figures.diskBlocks = blocks;
+        figures.ok = true;
+    }
+    if (control)
+        control->Stop();
+    capture.Reset();
+    graph.Reset();
+    DeleteFileW(file.c_str());
+    return figures;
+}
+
 }  // namespace
 
 int wmain()
 {
     CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-    int status = 1;
-    {
-        devicetest::SyntheticDevices devices;
-        if (!devices.Add(L"Bench Cam", L"hd")) {
-            std::printf("cannot register the synthetic camera\n");
-            return 1;
-        }
-        ComPtr<IBaseFilter> camera = devicetest::BindDevice(L"Bench Cam");
-        ComPtr<IGraphBuilder> graph;
-        CoCreateInstance(CLSID_FilterGraph, nullptr, CLSCTX_INPROC_SERVER, IID_IGraphBuilder, graph.PutVoid());
-        std::string folder = devicetest::WorkFolder("sink-bench");
-        std::wstring wideFolder(folder.begin(), folder.end());
-        std::wstring file = wideFolder + L"\\bench.avi";
-
-        GraphFrameQueue queue;
-        ComPtr<IBaseFilter> mux;
-        ComPtr<IFileSinkFilter> sink;
-        ComPtr<IMediaControl> control;
-        bool built = camera && graph && SUCCEEDED(graph->AddFilter(camera.Get(), L"Bench Cam")) &&
-            SUCCEEDED(devicetest::SelectFormat(camera.Get(), MEDIASUBTYPE_YUY2, kWidth, kHeight)) &&
-            SUCCEEDED(queue.Add(graph.Get(), L"Capture Queue", 150, 256ull << 20)) &&
-            SUCCEEDED(AssembleFileBranch(graph.Get(), file.c_str(), mux.Put(), sink.Put()));
-        if (built) {
-            ComPtr<IPin> capture = devicetest::FindPin(camera.Get(), L"Capture");
-            ComPtr<IPin> queueIn = devicetest::FindPin(queue.Get(), L"In");
-            ComPtr<IPin> queueOut = devicetest::FindPin(queue.Get(), L"Out");
-            ComPtr<IPin> muxIn = devicetest::FindPin(mux.Get(), L"Input 01");
-            built = capture && queueIn && queueOut && muxIn &&
-                SUCCEEDED(graph->ConnectDirect(capture.Get(), queueIn.Get(), nullptr)) &&
-                SUCCEEDED(graph->ConnectDirect(queueOut.Get(), muxIn.Get(), nullptr)) &&
-                SUCCEEDED(graph->QueryInterface(IID_IMediaControl, control.PutVoid()));
-        }
-        if (!built) {
+    double copy = MemcpyMs();
+    int status = 0;
+    std::printf("file branch at %dx%d YUY2, 30 fps, %lu s each; a frame lasts 33.3 ms, a memcpy of it %.2f ms\n",
+                kWidth, kHeight, kRecordMs / 1000, copy);
+    for (bool busy : {false, true}) {
+        RunFigures run = Record(busy);
+        if (!run.ok) {
             std::printf("cannot build the recording graph\n");
-        } else {
-            std::atomic<bool> stopDisk{false};
-            std::atomic<long> blocks{0};
-            std::thread disk(KeepDiskBusy, wideFolder, std::ref(stopDisk), std::ref(blocks));
-            Sleep(500);
-            control->Run();
-            Sleep(kRecordMs);
-            queue->Seal(20000);
-            control->Stop();
-            stopDisk = true;
-            disk.join();
-            FrameQueueCounts counts = queue->Counts();
-            double copy = MemcpyMs();
-            std::printf("file branch at %dx%d YUY2, 30 fps, %lu s, disk busy (%ld blocks of 32 MB written "
-                        "beside it)\n",
-                        kWidth, kHeight, kRecordMs / 1000, blocks.load());
-            std::printf("  longest Receive on the camera's thread: %.2f ms = %.2f x a memcpy of the frame "
-                        "(%.2f ms); a frame lasts 33.3 ms\n",
-                        counts.longestReceiveMs, counts.longestReceiveMs / copy, copy);
-            std::printf("  frames to the file: %ld, dropped by the queue: %ld\n", counts.delivered, counts.dropped);
-            status = 0;
+            status = 1;
+            continue;
         }
-        if (control)
-            control->Stop();
-        graph.Reset();
-        DeleteFileW(file.c_str());
+        std::printf("  %s: longest Receive on the camera's thread %.2f ms = %.0f x the memcpy; camera delivered "
+                    "%ld, dropped %ld; to the file %ld, dropped by the queue %ld",
+                    busy ? "disk busy" : "disk quiet", run.queue.longestReceiveMs, run.queue.longestReceiveMs / copy,
+                    run.cameraDelivered, run.cameraDropped, run.queue.delivered, run.queue.dropped);
+        if (busy)
+            std::printf(" (%ld blocks of 32 MB written and flushed beside it)", run.diskBlocks);
+        std::printf("\n");
     }
     CoUninitialize();
     return status;

@@ -123,7 +123,8 @@ public:
     ComPtr<IBaseFilter> magnifyBaseFilter;
     ComPtr<IBaseFilter> transformBaseFilter;
 
-    // Renderers, each made once and reused.
+    // Renderers, each made once and reused, but for the VMR9, which is made
+    // anew for each build (video_player_renderers.cpp says why).
     ComPtr<IBaseFilter> nullRenderer;
     ComPtr<IBaseFilter> vmr7;
     ComPtr<IVMRFilterConfig> vmr7Config;
@@ -164,7 +165,7 @@ public:
     // program's sink, because the platform's builder wouldn't.
     bool fileBranchAssembled = false;
     // A recording's two queues, each taking frames off the camera's thread:
-    // in front of the mux, and after the preview pin.
+    // in front of the mux, and in front of the renderer.
     GraphFrameQueue captureQueue;
     GraphFrameQueue previewQueue;
 
@@ -185,7 +186,6 @@ public:
 private:
     HRESULT AddFileBranch(const wchar_t* filePath, IBaseFilter* sourceFilter, const VideoFormat* format);
     HRESULT JoinQueueToMux();
-    void SplicePreviewQueue(IBaseFilter* sourceFilter);
     // What a recording's report counts: frames in the file and frames lost,
     // or neither where they can't be had.
     struct RecordedCounts {

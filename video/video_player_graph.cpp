@@ -31,13 +31,6 @@ void Report(const wchar_t* text)
     ReportUserMessage(text, false);
 }
 
-// Joins two pins directly, or through what the graph finds between them.
-HRESULT JoinPins(IGraphBuilder* graph, IPin* from, IPin* to)
-{
-    HRESULT hr = graph->ConnectDirect(from, to, nullptr);
-    return SUCCEEDED(hr) ? hr : graph->Connect(from, to);
-}
-
 }  // namespace
 
 HRESULT VideoPlayer::JoinQueueToMux()
@@ -67,34 +60,6 @@ HRESULT VideoPlayer::JoinQueueToMux()
     return S_OK;
 }
 
-void VideoPlayer::SplicePreviewQueue(IBaseFilter* sourceFilter)
-{
-    ComPtr<IBaseFilter> tee;
-    ComPtr<IPin> previewPin;
-    if (SUCCEEDED(FindSmartTee(graph.Get(), tee.Put())) && tee)
-        previewPin = ComPtr<IPin>(GetFilterPin(tee.Get(), PINDIR_OUTPUT, L"Preview"));
-    else
-        previewPin = ComPtr<IPin>(GetFilterPin(sourceFilter, PINDIR_OUTPUT, L"Preview"));
-    ComPtr<IPin> downstream;
-    if (!previewPin || FAILED(previewPin->ConnectedTo(downstream.Put())) || !downstream)
-        return;
-    if (FAILED(previewQueue.Add(graph.Get(), L"Preview Queue", kPreviewQueueFrames, kPreviewQueueBytes)))
-        return;
-    ComPtr<IPin> input(GetFilterPin(previewQueue.Get(), PINDIR_INPUT, nullptr));
-    ComPtr<IPin> output(GetFilterPin(previewQueue.Get(), PINDIR_OUTPUT, nullptr));
-    graph->Disconnect(previewPin.Get());
-    graph->Disconnect(downstream.Get());
-    if (input && output && SUCCEEDED(graph->ConnectDirect(previewPin.Get(), input.Get(), nullptr)) &&
-        SUCCEEDED(JoinPins(graph.Get(), output.Get(), downstream.Get())))
-        return;
-    // The preview goes on as it was built, on the camera's thread.
-    previewQueue.Remove(graph.Get());
-    graph->Disconnect(previewPin.Get());
-    graph->Disconnect(downstream.Get());
-    JoinPins(graph.Get(), previewPin.Get(), downstream.Get());
-    Report(L"NOTE: the preview could not be given a thread of its own; a slow display may cost recorded frames\r\n");
-}
-
 HRESULT VideoPlayer::StopGraph()
 {
     if (captureQueue && graphState == GraphRunning) {
@@ -105,7 +70,13 @@ HRESULT VideoPlayer::StopGraph()
         if (!captureQueue->Seal(kCaptureDrainMs))
             Report(L"WARNING: the disk did not take the last frames of the recording in time\r\n");
     }
-    return mediaControl->Stop();
+    HRESULT hr = mediaControl->Stop();
+    // The mux has finished the file once the graph stopped: the program's
+    // sink lets it go at once, so that it can be copied, moved or deleted
+    // while the camera waits for its next start.
+    if (SUCCEEDED(hr) && fileBranchAssembled && fileSink)
+        static_cast<FileSinkFilter*>(fileSink.Get())->CloseFile();
+    return hr;
 }
 
 HRESULT VideoPlayer::RemoveGraphFilters()
@@ -225,13 +196,20 @@ HRESULT VideoPlayer::RenderVideoStream(const wchar_t* filePath, bool useColor, I
         Report(L"Logic error: attempt to render video stream with invalid filter graph\r\n");
         return E_FAIL;
     }
-    if (FAILED(captureBuilder->RenderStream(&PIN_CATEGORY_PREVIEW, &MEDIATYPE_Video, sourceFilter, nullptr,
-                                            currentRenderer))) {
+    if (filePath && filePath[0])
+        recording = 1;
+    // A recording's preview goes through a queue of its own, so that a
+    // screen that can't keep up never holds the camera back. It stands in
+    // the preview from the start: this platform's VMR9 makes a new Direct3D
+    // device at each connection and keeps the old one, so the renderer is
+    // joined once per build and never spliced.
+    if (recording && FAILED(previewQueue.Add(graph.Get(), L"Preview Queue", kPreviewQueueFrames, kPreviewQueueBytes)))
+        Report(L"NOTE: the preview could not be given a thread of its own; a slow display may cost recorded frames\r\n");
+    if (FAILED(captureBuilder->RenderStream(&PIN_CATEGORY_PREVIEW, &MEDIATYPE_Video, sourceFilter,
+                                            previewQueue ? previewQueue.Get() : nullptr, currentRenderer))) {
         Report(L"SEVERE: cannot render preview stream\r\n");
         return E_FAIL;
     }
-    if (filePath && filePath[0])
-        recording = 1;
     const VideoFormat* format = CurrentVideoFormat();
     if (!format) {
         Report(L"SEVERE: current video format is NULL\r\n");
@@ -245,8 +223,6 @@ HRESULT VideoPlayer::RenderVideoStream(const wchar_t* filePath, bool useColor, I
 
     bool wanted = pixelSaturationOn || frameIntegrationOn || useColor;
     if ((recording && (removeFiltersWhileRecording || displayOffWhileRecording)) || !wanted) {
-        if (recording)
-            SplicePreviewQueue(sourceFilter);
         graphState = GraphBuilt;
         return S_OK;
     }
@@ -344,13 +320,6 @@ HRESULT VideoPlayer::RenderVideoStream(const wchar_t* filePath, bool useColor, I
                              capturePin.Get(), input.Get(), output.Get(), captureDownstream.Get());
         }
     }
-    // The pins held above must go before the preview pin is spliced again.
-    previewPin.Reset();
-    capturePin.Reset();
-    downstream.Reset();
-    transformOutput.Reset();
-    if (recording)
-        SplicePreviewQueue(sourceFilter);
     graphState = GraphBuilt;
     return S_OK;
 }

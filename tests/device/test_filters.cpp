@@ -143,6 +143,8 @@ HRESULT STDMETHODCALLTYPE TestSinkPin::Receive(IMediaSample* sample)
     HRESULT hr = CBaseInputPin::Receive(sample);
     if (hr != S_OK)
         return hr;
+    if (sink_->receiveDelayMs > 0)
+        Sleep(static_cast<DWORD>(sink_->receiveDelayMs));
     synthcam::Subtype subtype;
     int width, height;
     if (!PictureOf(mediaType_, &subtype, &width, &height))

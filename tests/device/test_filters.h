@@ -56,6 +56,9 @@ public:
     std::vector<ReceivedFrame> Frames();
     void Clear();
 
+    // How long each Receive takes, as a slow disk or screen would make it.
+    volatile LONG receiveDelayMs = 0;
+
 private:
     friend class TestSinkPin;
     CCritSec filterLock_;

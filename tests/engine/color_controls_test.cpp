@@ -176,10 +176,10 @@ TEST_F(ColorControlTest, WithTheFileBoxTheRecordingChangesAndTheContrastSliderMo
                       "AVI Mux.AVI Out -> File Writer.in",
                       "Cam.Capture -> Smart Tee.Input",
                       "Capture Queue.Out -> AVI Mux.Input 01",
-                      "Color Control Render.out0 -> VMR9.VMR Input0",
-                      "Preview Queue.Out -> Color Control Render.in0",
+                      "Color Control Render.out0 -> Preview Queue.In",
+                      "Preview Queue.Out -> VMR9.VMR Input0",
                       "Smart Tee.Capture -> Capture Queue.In",
-                      "Smart Tee.Preview -> Preview Queue.In",
+                      "Smart Tee.Preview -> Color Control Render.in0",
                   }));
     });
     EXPECT_NEAR(Median(testsupport::ReadRecordedBackgrounds(plain, 640, 480)), kSky, 2.5);
@@ -202,10 +202,10 @@ TEST_F(ColorControlTest, WithTheFileBoxTheRecordingChangesAndTheContrastSliderMo
                       "Cam.Capture -> Smart Tee.Input",
                       "Capture Queue.Out -> AVI Mux.Input 01",
                       "Color Control Capture.out0 -> Capture Queue.In",
-                      "Color Control Render.out0 -> VMR9.VMR Input0",
-                      "Preview Queue.Out -> Color Control Render.in0",
+                      "Color Control Render.out0 -> Preview Queue.In",
+                      "Preview Queue.Out -> VMR9.VMR Input0",
                       "Smart Tee.Capture -> Color Control Capture.in0",
-                      "Smart Tee.Preview -> Preview Queue.In",
+                      "Smart Tee.Preview -> Color Control Render.in0",
                   }));
     });
     EXPECT_NE(report.find("Codec: NONE"), std::string::npos) << report;

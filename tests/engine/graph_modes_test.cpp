@@ -53,9 +53,9 @@ const std::vector<std::string> kRecordingPreview = {
 };
 const std::vector<std::string> kRecordingPreviewTransform = {
     "Cam.Capture -> Smart Tee.Input",
-    "MAVU Transform Filter Preview.XForm Out -> VMR9.VMR Input0",
-    "Preview Queue.Out -> MAVU Transform Filter Preview.XForm In",
-    "Smart Tee.Preview -> Preview Queue.In",
+    "MAVU Transform Filter Preview.XForm Out -> Preview Queue.In",
+    "Preview Queue.Out -> VMR9.VMR Input0",
+    "Smart Tee.Preview -> MAVU Transform Filter Preview.XForm In",
 };
 
 }  // namespace

@@ -1,0 +1,156 @@
+// The frame queue between a camera and a slow consumer: the camera's
+// thread never waits, what the queue can't hold is counted, and a seal
+// hands over every queued frame before the stop.
+#include "device/graph_helpers.h"
+#include "device/test_filters.h"
+#include "filters/frame_queue_filter.h"
+
+#include <gtest/gtest.h>
+
+using namespace devicetest;
+
+namespace {
+
+// A webcam at 640x480 YUY2, 30 frames a second, into a queue of `frames`
+// buffers and a sink that takes `delayMs` for each frame.
+class QueueGraph {
+public:
+    QueueGraph(long frames, LONG delayMs)
+    {
+        queue_ = new FrameQueueFilter(L"Queue", frames, 1ull << 30);
+        queue_->NonDelegatingAddRef();
+        sink_ = new TestSink;
+        sink_->NonDelegatingAddRef();
+        sink_->receiveDelayMs = delayMs;
+    }
+    ~QueueGraph()
+    {
+        if (control_)
+            control_->Stop();
+        if (graph_) {
+            graph_->RemoveFilter(camera_.Get());
+            graph_->RemoveFilter(queue_);
+            graph_->RemoveFilter(sink_);
+        }
+        camera_.Reset();
+        control_.Reset();
+        graph_.Reset();
+        EXPECT_EQ(sink_->NonDelegatingRelease(), 0u);
+        EXPECT_EQ(queue_->NonDelegatingRelease(), 0u);
+    }
+
+    bool Build()
+    {
+        if (!devices_.Add(L"Queue Cam", L"webcam") ||
+            FAILED(CoCreateInstance(CLSID_FilterGraph, nullptr, CLSCTX_INPROC_SERVER, IID_IGraphBuilder,
+                                    graph_.PutVoid())))
+            return false;
+        camera_ = BindDevice(L"Queue Cam");
+        return camera_ && SUCCEEDED(SelectFormat(camera_.Get(), MEDIASUBTYPE_YUY2, 640, 480)) &&
+            SUCCEEDED(graph_->AddFilter(camera_.Get(), L"Cam")) && SUCCEEDED(graph_->AddFilter(queue_, L"Queue")) &&
+            SUCCEEDED(graph_->AddFilter(sink_, L"Sink")) &&
+            SUCCEEDED(graph_->ConnectDirect(FindPin(camera_.Get(), L"Capture").Get(), FindPin(queue_, L"In").Get(),
+                                            nullptr)) &&
+            SUCCEEDED(
+                graph_->ConnectDirect(FindPin(queue_, L"Out").Get(), FindPin(sink_, L"In").Get(), nullptr)) &&
+            SUCCEEDED(graph_->QueryInterface(IID_IMediaControl, control_.PutVoid()));
+    }
+    // The camera's own counts: frames it handed on, and frames it lost.
+    void CameraCounts(long* delivered, long* dropped) const
+    {
+        ComPtr<IAMDroppedFrames> frames;
+        FindPin(camera_.Get(), L"Capture")->QueryInterface(IID_IAMDroppedFrames, frames.PutVoid());
+        *delivered = *dropped = -1;
+        if (frames) {
+            frames->GetNumNotDropped(delivered);
+            frames->GetNumDropped(dropped);
+        }
+    }
+
+    FrameQueueFilter* queue_ = nullptr;
+    TestSink* sink_ = nullptr;
+    ComPtr<IMediaControl> control_;
+
+private:
+    SyntheticDevices devices_;
+    ComPtr<IGraphBuilder> graph_;
+    ComPtr<IBaseFilter> camera_;
+};
+
+}  // namespace
+
+TEST(FrameQueue, ASlowConsumerCostsCountedQueueDropsAndNeverTheCamerasFrames)
+{
+    // Each frame takes three frame times to consume: two of three can't be
+    // kept in four buffers.
+    QueueGraph graph(4, 100);
+    ASSERT_TRUE(graph.Build());
+    ASSERT_TRUE(SUCCEEDED(graph.control_->Run()));
+    Sleep(3000);
+    long cameraDelivered = 0, cameraDropped = 0;
+    graph.CameraCounts(&cameraDelivered, &cameraDropped);
+    ASSERT_TRUE(graph.queue_->Seal(5000));
+    graph.control_->Stop();
+
+    FrameQueueCounts counts = graph.queue_->Counts();
+    std::vector<ReceivedFrame> frames = graph.sink_->Frames();
+    std::printf("camera %ld delivered, %ld dropped; queue %ld delivered, %ld dropped; longest Receive %.2f ms\n",
+                cameraDelivered, cameraDropped, counts.delivered, counts.dropped, counts.longestReceiveMs);
+    // The camera never waited for a buffer, so it lost nothing.
+    EXPECT_EQ(cameraDropped, 0);
+    EXPECT_GE(cameraDelivered, 75);
+    EXPECT_LT(counts.longestReceiveMs, 30.0);
+    // Every frame the camera handed on is delivered or counted.
+    EXPECT_EQ(static_cast<long>(frames.size()), counts.delivered);
+    EXPECT_GT(counts.dropped, cameraDelivered / 3);
+    EXPECT_GE(counts.delivered + counts.dropped, cameraDelivered);
+    // In order, and each gap the queue made is marked.
+    for (size_t i = 1; i < frames.size(); ++i) {
+        EXPECT_GT(frames[i].stamp.counter, frames[i - 1].stamp.counter) << i;
+        if (frames[i].stamp.counter != frames[i - 1].stamp.counter + 1) {
+            EXPECT_TRUE(frames[i].discontinuity) << i;
+        }
+    }
+}
+
+TEST(FrameQueue, ASealHandsOverEveryQueuedFrameBeforeTheStop)
+{
+    // Deep enough for the whole run: the consumer falls behind, the queue
+    // catches it up after the seal.
+    QueueGraph graph(100, 60);
+    ASSERT_TRUE(graph.Build());
+    ASSERT_TRUE(SUCCEEDED(graph.control_->Run()));
+    Sleep(1500);
+    EXPECT_TRUE(graph.queue_->Seal(10000));
+    size_t atSeal = graph.sink_->Frames().size();
+    Sleep(300);
+    EXPECT_EQ(graph.sink_->Frames().size(), atSeal) << "nothing goes out after the seal";
+    graph.control_->Stop();
+
+    FrameQueueCounts counts = graph.queue_->Counts();
+    EXPECT_EQ(counts.dropped, 0);
+    EXPECT_GE(counts.delivered, 35);
+    EXPECT_EQ(static_cast<long>(atSeal), counts.delivered);
+    EXPECT_NE(counts.lastArrival, 0u);
+}
+
+TEST(FrameQueue, ItsBuffersAreBoundByCountAndBytes)
+{
+    struct Row {
+        long maxFrames;
+        uint64_t maxBytes;
+        long frameBytes;
+        long buffers;
+    } rows[] = {
+        {150, 256ull << 20, 640 * 480 * 2, 150},
+        {150, 256ull << 20, 1920 * 1080 * 2, 64},
+        {150, 256ull << 20, 1920 * 1080 * 4, 32},
+        // Always one at least.
+        {150, 1000, 1920 * 1080 * 2, 1},
+        {0, 256ull << 20, 1000, 1},
+        {1, 1ull << 30, 1920 * 1080 * 4, 1},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(FrameQueueFilter::Capacity(row.maxFrames, row.maxBytes, row.frameBytes), row.buffers)
+            << row.maxFrames << " " << row.maxBytes << " " << row.frameBytes;
+}
