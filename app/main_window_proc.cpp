@@ -2,6 +2,7 @@
 #include <windows.h>
 #include <commctrl.h>
 
+#include "app/disk_space.h"
 #include "app/device_change.h"
 #include "app/display_commands.h"
 #include "app/gps_command.h"
@@ -169,6 +170,9 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
         return 0;
     case WM_DEVICECHANGE:
         return OnDeviceChange(wParam);
+    case kDiskFullMessage:
+        OnDiskFull();
+        return 0;
     }
     return DefWindowProcW(window, message, wParam, lParam);
 }

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "app/continuation_file.h"
+#include "app/disk_space.h"
 #include "app/time_zone.h"
 #include "base/report.h"
 #include "base/ticks.h"
@@ -82,6 +83,7 @@ void KeepRecordedFile()
 
 HRESULT StopVideo()
 {
+    StopDiskWatch();
     bool wasRecording = CurrentDeviceRecording();
     // The marks are still on the device here: the report's heading follows them.
     HRESULT result = CurrentVideoPlayer()->StopCamera(wasRecording, RecordingFilePath,
@@ -127,6 +129,14 @@ HRESULT StartVideo()
         std::wstring line = L"Start recording at " + UtcClockText() + L" (UTC)";
         lstrcpynW(player.startRecordingLine, line.c_str(), static_cast<int>(std::size(player.startRecordingLine)));
         ReportUserMessage(player.startRecordingLine, true);
+        // An event's recording for its duration; one by hand for the default
+        // duration of an event.
+        uint64_t durationMs = eventRecording ? eventDurationMs.load()
+                                             : (defaultDuration.wHour * 3600ull + defaultDuration.wMinute * 60ull +
+                                                defaultDuration.wSecond) *
+                                                 1000;
+        WarnIfRecordingWontFit(durationMs);
+        StartDiskWatch();
     }
     if (magnifyOn) {
         // The new graph's renderer takes the magnified size, and the main
@@ -216,4 +226,20 @@ void MarkRecordingStopped()
         source->manualFilePath[0] = 0;
     }
     ApplyRecordingState(false);
+}
+
+void OnDiskFull()
+{
+    StopDiskWatch();
+    VideoSourceInfo* source = CurrentSource();
+    bool recording = source && (source->isManualRecording || source->isEventRecording) && RecordingFilePath[0];
+    if (!recording || CurrentVideoPlayer()->graphState != GraphRunning)
+        return;
+    // As when the device goes: the file so far is finished with its report,
+    // the marks stay, and the event's end or the Stop button ends the rest.
+    StopVideo();
+    ReportUserMessage((L"WARNING: the disk of the video folder \"" + VideoFolder() +
+                       L"\" is full: the recording was stopped\r\n")
+                          .c_str(),
+                      true);
 }

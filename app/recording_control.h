@@ -40,3 +40,8 @@ void MarkRecordingStopped();
 
 // The title, buttons and menus of the recording state.
 void ApplyRecordingState(bool recording);
+
+// The main window's handling of the disk watch's message: the recording
+// stops as if its device had gone; the event's end and the next events go
+// on as usual.
+void OnDiskFull();

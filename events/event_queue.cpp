@@ -1,5 +1,6 @@
 #include "events/event_queue.h"
 
+#include "app/disk_space.h"
 #include "app/power_actions.h"
 #include "app/recording_control.h"
 #include "app/time_zone.h"
@@ -133,6 +134,7 @@ void ArmNextEvent()
     currentEventTime = next->eventTime;
     currentEventDuration = next->duration;
     StartCountdown();
+    WarnIfRecordingWontFit(eventDurationMs);
 }
 
 void PrepareEventTimes(const SYSTEMTIME& eventTime, const SYSTEMTIME& duration)

@@ -1,5 +1,6 @@
 #include "filters/file_sink_filter.h"
 
+#include <atomic>
 #include <cstring>
 #include <new>
 
@@ -8,6 +9,8 @@ namespace {
 // {6C2E3C0B-4F3A-4E8B-9B57-3D1F0A9C5E21}: the sink is never registered; the
 // id only answers GetClassID.
 const CLSID CLSID_MavuFileSink = {0x6c2e3c0b, 0x4f3a, 0x4e8b, {0x9b, 0x57, 0x3d, 0x1f, 0x0a, 0x9c, 0x5e, 0x21}};
+
+std::atomic<void (*)(HRESULT)> writeFailureHook{nullptr};
 
 HRESULT LastErrorResult()
 {
@@ -110,7 +113,12 @@ HRESULT STDMETHODCALLTYPE FileSinkInputPin::Write(const void* data, ULONG size, 
     return sink_->WithOpenFile([&](HANDLE file) {
         DWORD done = 0;
         BOOL succeeded = WriteFile(file, data, size, &done, nullptr);
-        return TransferResult(succeeded, done, size, written, STG_E_MEDIUMFULL);
+        HRESULT hr = TransferResult(succeeded, done, size, written, STG_E_MEDIUMFULL);
+        if (hr != S_OK) {
+            if (auto hook = writeFailureHook.load())
+                hook(hr);
+        }
+        return hr;
     });
 }
 
@@ -283,6 +291,11 @@ HRESULT FileSinkFilter::OpenFile()
         SetFilePointerEx(file_, start, nullptr, FILE_BEGIN);
     }
     return S_OK;
+}
+
+void FileSinkFilter::SetWriteFailureHook(void (*hook)(HRESULT))
+{
+    writeFailureHook = hook;
 }
 
 void FileSinkFilter::SetLeadingBytes(std::vector<uint8_t> bytes)

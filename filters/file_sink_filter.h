@@ -72,6 +72,10 @@ public:
     // anything the multiplexer writes: a recording's provisional header,
     // which the multiplexer overwrites when it finishes the file.
     void SetLeadingBytes(std::vector<uint8_t> bytes);
+    // Called, on the writing thread, with the result of each write to a
+    // file that fails or falls short: the disk may be full. One for the
+    // process.
+    static void SetWriteFailureHook(void (*hook)(HRESULT));
 
 private:
     friend class FileSinkInputPin;

@@ -97,4 +97,6 @@ set(MAVU_E2E_LONG_SCENARIOS
     RecordingSafety.ASecondCameraMidEventLeavesTheFirstSecondsInTheirFile
     RecordingSafety.ACameraPulledAndNotReturnedKeepsTheOneReportOfItsLastFrame
     RecordingSafety.AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnBesideIt
+    Night.TwentyEventsInARowAreRecordedAndLeaveNothingBehind
+    Disk.AFullDiskStopsTheRecordingWithItsFileAndReportAndTheNextEventRecords
 )

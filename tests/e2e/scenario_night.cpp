@@ -1,0 +1,124 @@
+// A night of events in one run of the program: twenty recordings in a row,
+// each complete, and the process no bigger after the last than after the
+// first.
+#include <gtest/gtest.h>
+
+#include "device/graph_helpers.h"
+#include "e2e/harness.h"
+#include "support/ffprobe.h"
+#include "support/handle_count.h"
+#include "support/recorded_frames.h"
+
+#include <psapi.h>
+#include <tlhelp32.h>
+
+#include <algorithm>
+#include <cstdio>
+
+using namespace e2e;
+
+namespace {
+
+constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
+
+struct ProcessFigures {
+    long handles = -1;
+    long threads = -1;
+    double privateMb = -1;
+};
+
+// What the process holds, read from outside it. The handle count is the
+// platform's GetProcessHandleCount where it gives one, and the system's
+// handle table where it answers 0 (as under Wine).
+ProcessFigures Measure(DWORD processId)
+{
+    ProcessFigures figures;
+    HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, processId);
+    if (process) {
+        DWORD count = 0;
+        if (GetProcessHandleCount(process, &count) && count > 0)
+            figures.handles = static_cast<long>(count);
+        PROCESS_MEMORY_COUNTERS_EX memory{};
+        memory.cb = sizeof memory;
+        if (GetProcessMemoryInfo(process, reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory), sizeof memory))
+            figures.privateMb = static_cast<double>(memory.PrivateUsage) / (1 << 20);
+        CloseHandle(process);
+    }
+    if (figures.handles <= 0)
+        figures.handles = testsupport::ProcessHandleCount(processId);
+    HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+    if (snapshot != INVALID_HANDLE_VALUE) {
+        THREADENTRY32 entry{};
+        entry.dwSize = sizeof entry;
+        long threads = 0;
+        for (BOOL more = Thread32First(snapshot, &entry); more; more = Thread32Next(snapshot, &entry))
+            threads += entry.th32OwnerProcessID == processId ? 1 : 0;
+        figures.threads = threads;
+        CloseHandle(snapshot);
+    }
+    return figures;
+}
+
+}  // namespace
+
+TEST(Night, TwentyEventsInARowAreRecordedAndLeaveNothingBehind)
+{
+    constexpr int kEvents = 20;
+    // Events closer than 30 s after the end of the one before are refused.
+    constexpr int kApartSeconds = 36;
+    devicetest::SyntheticDevices devices;
+    ASSERT_TRUE(devices.Add(L"Sky Cam", L"webcam"));
+    std::wstring folder = MakeWorkFolderForCurrentTest();
+    for (int i = 0; i < kEvents; ++i) {
+        char name[16];
+        std::snprintf(name, sizeof name, "N%02d", i);
+        WriteEvent(folder, std::wstring(L"night_") + std::to_wstring(100 + i), UtcInSeconds(25 + kApartSeconds * i),
+                   5, name);
+    }
+    WriteOptions(folder, Option("DefaultRenderer", "VMR9"));
+    Program program(folder);
+    ASSERT_TRUE(program.Start());
+    ASSERT_TRUE(program.WaitReady());
+    HWND main = program.MainWindow();
+
+    std::vector<ProcessFigures> after;
+    for (int i = 0; i < kEvents; ++i) {
+        SCOPED_TRACE(i);
+        ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kRecordingTitle; }, (kApartSeconds + 15) * 1000))
+            << Narrow(program.Messages());
+        ASSERT_TRUE(WaitUntil([&] { return WindowText(main) != kRecordingTitle; }, 20000));
+        ASSERT_TRUE(WaitUntil(
+            [&] { return ListFiles(folder + L"\\VideoFiles", L"*.txt").size() == static_cast<size_t>(i + 1); },
+            10000));
+        Sleep(2000);
+        after.push_back(Measure(program.ProcessId()));
+        std::printf("after event %2d: %ld handles, %ld threads, %.1f MB private\n", i + 1, after.back().handles,
+                    after.back().threads, after.back().privateMb);
+        std::fflush(stdout);
+    }
+    program.Kill();
+
+    const ProcessFigures& first = after.front();
+    const ProcessFigures& last = after.back();
+    ASSERT_GT(first.handles, 0);
+    ASSERT_GT(first.threads, 0);
+    EXPECT_LE(last.handles, first.handles + 5);
+    EXPECT_LE(last.threads, first.threads + 2);
+    if (first.privateMb > 0) {
+        EXPECT_LE(last.privateMb, first.privateMb + 20);
+    }
+
+    std::vector<std::wstring> videos = ListFiles(folder + L"\\VideoFiles", L"*.avi");
+    std::sort(videos.begin(), videos.end());
+    ASSERT_EQ(videos.size(), static_cast<size_t>(kEvents));
+    for (const std::wstring& video : videos) {
+        SCOPED_TRACE(Narrow(video));
+        std::wstring avi = folder + L"\\VideoFiles\\" + video;
+        std::vector<synthcam::FrameStamp> stamps = testsupport::ReadRecordedStamps(Narrow(avi), 640);
+        EXPECT_GE(stamps.size(), 130u);
+        std::string report = ReadBytes(avi.substr(0, avi.size() - 4) + L".txt");
+        long missing = testsupport::MissingStampedFrames(stamps);
+        EXPECT_GE(missing, 0);
+        EXPECT_LE(missing, testsupport::ReportedDroppedFrames(report)) << report;
+    }
+}
