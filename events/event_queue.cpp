@@ -15,6 +15,7 @@
 #include "video/video_sources.h"
 
 #include <algorithm>
+#include <memory>
 
 namespace {
 
@@ -66,7 +67,11 @@ void LoadEvents()
         return;
     RecordingFilePath[0] = 0;
     scheduledEvents.clear();
-    currentEvent = nullptr;
+    // The event armed before is freed one scan later: a countdown tick on
+    // its timer's thread may be reading it this very moment. So no scan
+    // leaves more than one record behind, however many a night holds.
+    static std::unique_ptr<EventRecord> retiredEvent;
+    retiredEvent.reset(currentEvent.exchange(nullptr));
 
     WIN32_FIND_DATAW found;
     HANDLE search = FindFirstFileW(L"Events\\*.mef", &found);

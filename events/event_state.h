@@ -16,7 +16,7 @@
 #include "events/event_rules.h"
 
 extern std::vector<std::unique_ptr<EventRecord>> scheduledEvents;  // latest first
-extern std::atomic<EventRecord*> currentEvent;  // the armed event, never freed
+extern std::atomic<EventRecord*> currentEvent;  // the armed event, freed by the scan after next
 // Copies of the armed event's time and duration; zero when nothing is armed.
 extern SYSTEMTIME currentEventTime;
 extern SYSTEMTIME currentEventDuration;
