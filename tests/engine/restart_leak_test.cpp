@@ -7,27 +7,11 @@
 #include "support/handle_count.h"
 #include "video/capture_settings.h"
 
-#include <tlhelp32.h>
-
 #include <cstdio>
 
 using namespace enginetest;
 
 namespace {
-
-long ThreadsOfThisProcess()
-{
-    HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
-    if (snapshot == INVALID_HANDLE_VALUE)
-        return -1;
-    THREADENTRY32 entry{};
-    entry.dwSize = sizeof entry;
-    long threads = 0;
-    for (BOOL more = Thread32First(snapshot, &entry); more; more = Thread32Next(snapshot, &entry))
-        threads += entry.th32OwnerProcessID == GetCurrentProcessId() ? 1 : 0;
-    CloseHandle(snapshot);
-    return threads;
-}
 
 // The platform's count where it gives one, else the system's handle table
 // (GetProcessHandleCount answers 0 under Wine).
@@ -61,7 +45,7 @@ TEST_F(EngineTest, RestartsInPreviewAndRecordingLeaveNoThreadBehind)
         Sleep(500);
         ASSERT_EQ(player->StopCamera(false, L"", RecordingNotes{}), S_OK);
         Sleep(300);
-        threads.push_back(ThreadsOfThisProcess());
+        threads.push_back(testsupport::ProcessThreadCount(GetCurrentProcessId()));
         handles.push_back(HandlesOfThisProcess());
         std::printf("after cycle %d: %ld threads, %ld handles\n", cycle + 1, threads.back(), handles.back());
     }

@@ -1,5 +1,7 @@
 #include "support/handle_count.h"
 
+#include <tlhelp32.h>
+
 #include <vector>
 
 namespace testsupport {
@@ -49,6 +51,20 @@ long ProcessHandleCount(DWORD processId)
             ++count;
     }
     return count;
+}
+
+long ProcessThreadCount(DWORD processId)
+{
+    HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+    if (snapshot == INVALID_HANDLE_VALUE)
+        return -1;
+    THREADENTRY32 entry{};
+    entry.dwSize = sizeof entry;
+    long threads = 0;
+    for (BOOL more = Thread32First(snapshot, &entry); more; more = Thread32Next(snapshot, &entry))
+        threads += entry.th32OwnerProcessID == processId ? 1 : 0;
+    CloseHandle(snapshot);
+    return threads;
 }
 
 }  // namespace testsupport

@@ -9,4 +9,8 @@ namespace testsupport {
 // -1 when the table can't be read.
 long ProcessHandleCount(DWORD processId);
 
+// The threads of a process, by the platform's thread walk; -1 when it
+// can't be taken.
+long ProcessThreadCount(DWORD processId);
+
 }  // namespace testsupport
