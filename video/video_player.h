@@ -123,8 +123,7 @@ public:
     ComPtr<IBaseFilter> magnifyBaseFilter;
     ComPtr<IBaseFilter> transformBaseFilter;
 
-    // Renderers, each made once and reused, but for the VMR9, which is made
-    // anew for each build (video_player_renderers.cpp says why).
+    // Renderers, each made once and reused.
     ComPtr<IBaseFilter> nullRenderer;
     ComPtr<IBaseFilter> vmr7;
     ComPtr<IVMRFilterConfig> vmr7Config;

@@ -139,14 +139,6 @@ HRESULT VideoPlayer::CreateVideoRenderer(int32_t choice, const VideoFormat* form
         return S_OK;
     }
     case RendererVmr9: {
-        // A VMR9 is made for each build and let go at the next. This
-        // platform's VMR9 makes a new Direct3D device (with its thread, its
-        // X resources and its surfaces) each time its input is joined, and
-        // releases only the last when it goes: reused over a night of
-        // events it grows by one device a build.
-        vmr9Control.Reset();
-        vmr9Config.Reset();
-        vmr9.Reset();
         if (!vmr9) {
             if (FAILED(CoCreateInstance(CLSID_VideoMixingRenderer9, nullptr, CLSCTX_INPROC_SERVER, IID_IBaseFilter,
                                         vmr9.PutVoid())) ||
