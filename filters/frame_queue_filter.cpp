@@ -202,6 +202,14 @@ HRESULT FrameQueueFilter::Take(IMediaSample* sample)
     HRESULT hr = output_.GetDeliveryBuffer(&copy, nullptr, nullptr, AM_GBF_NOWAIT);
     bool copied = SUCCEEDED(hr) && copy && SUCCEEDED(CopyFrame(sample, copy, gap));
     std::lock_guard<std::mutex> lock(mutex_);
+    if (sealed_ || stopping_) {
+        // Sealed while this frame was copied: the seal has seen the queue
+        // empty, and whatever is downstream may stop now, so the frame
+        // stays out.
+        if (copy)
+            copy->Release();
+        return S_OK;
+    }
     if (!copied) {
         if (copy)
             copy->Release();
