@@ -98,9 +98,14 @@ struct Scheduling {
 
     // The event moment as a user sets it: the picker a second short of it,
     // then its seconds raised by the keyboard, which the program is told of.
+    // The seconds field wraps within its minute (59 steps up to 00 of the
+    // same minute), so the time set first is the moment with the seconds one
+    // below, in the moment's own minute.
     void PickEventTime(const SYSTEMTIME& moment) const
     {
-        SetPickerTime(eventPicker, Shifted(moment, -1));
+        SYSTEMTIME before = moment;
+        before.wSecond = static_cast<WORD>((moment.wSecond + 59) % 60);
+        SetPickerTime(eventPicker, before);
         StepPickerFieldUp(eventPicker, kEventSecondsField);
     }
     void SetDuration(WORD hours, WORD minutes, WORD seconds) const
