@@ -106,6 +106,9 @@ public:
 
     // Renderers and the size of the picture.
     HRESULT CreateVideoRenderer(int32_t choice, const VideoFormat* format, const wchar_t* filePath);
+    // Waits until the VMR9 has drawn every frame it was given; called while
+    // it is still joined, before it is let go.
+    void WaitForVmr9Drawing();
     HRESULT UpdateFrameSizeEvr(const RECT& rectangle);
     HRESULT UpdateFrameSizeVmr9(const RECT& rectangle);
     HRESULT UpdateFrameSizeVmr7(const RECT& rectangle);
@@ -123,7 +126,8 @@ public:
     ComPtr<IBaseFilter> magnifyBaseFilter;
     ComPtr<IBaseFilter> transformBaseFilter;
 
-    // Renderers, each made once and reused.
+    // Renderers, each made once and reused, but for the VMR9, which is made
+    // anew for each build (video_player_renderers.cpp says why).
     ComPtr<IBaseFilter> nullRenderer;
     ComPtr<IBaseFilter> vmr7;
     ComPtr<IVMRFilterConfig> vmr7Config;

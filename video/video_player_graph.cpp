@@ -93,6 +93,7 @@ HRESULT VideoPlayer::RemoveGraphFilters()
         StopGraph();
         graphState = GraphBuilt;
     }
+    WaitForVmr9Drawing();
     ComPtr<IEnumFilters> filters;
     HRESULT hr = graph->EnumFilters(filters.Put());
     if (FAILED(hr)) {

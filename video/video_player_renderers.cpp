@@ -5,6 +5,9 @@
 
 #include <mfidl.h>
 
+#include <cstdlib>
+#include <vector>
+
 #include "base/platform_guids.h"
 #include "base/report.h"
 #include "video/frame_size.h"
@@ -86,6 +89,40 @@ void VideoPlayer::UpdateRendererFrameSize()
         ReportUserMessage(L"WARNING: unable to reset the renderer frame size when magnify video is applied\r\n", true);
 }
 
+void VideoPlayer::WaitForVmr9Drawing()
+{
+    // Releasing a VMR9 while its Direct3D device still has frames queued to
+    // draw can deadlock this platform's Direct3D (the device's release waits
+    // for its command thread, which needs the lock the release holds). A
+    // copy of the current image is read back synchronously, so every frame
+    // queued before it has been drawn when it returns. Where the renderer
+    // offers no such copy there is nothing to wait for.
+    if (!vmr9 || currentRenderer != vmr9.Get())
+        return;
+    ComPtr<IPin> input;
+    ComPtr<IEnumPins> pins;
+    if (FAILED(vmr9->EnumPins(pins.Put())) || !pins || pins->Next(1, input.Put(), nullptr) != S_OK)
+        return;
+    pins.Reset();
+    ComPtr<IPin> peer;
+    if (FAILED(input->ConnectedTo(peer.Put())) || !peer)
+        return;
+    peer.Reset();
+    input.Reset();
+    ComPtr<IBasicVideo> basicVideo;
+    if (FAILED(vmr9->QueryInterface(IID_IBasicVideo, basicVideo.PutVoid())) || !basicVideo)
+        return;
+    long width = 0, height = 0;
+    if (FAILED(basicVideo->GetVideoSize(&width, &height)) || width <= 0 || height == 0 || width > 16384 ||
+        std::abs(height) > 16384)
+        return;
+    // Room for the header and four bytes a pixel, the widest the copy holds.
+    size_t bytes = sizeof(BITMAPINFOHEADER) + static_cast<size_t>(width) * std::abs(height) * 4;
+    std::vector<long> image((bytes + sizeof(long) - 1) / sizeof(long));
+    long size = static_cast<long>(image.size() * sizeof(long));
+    basicVideo->GetCurrentImage(&size, image.data());
+}
+
 HRESULT VideoPlayer::CreateVideoRenderer(int32_t choice, const VideoFormat* format, const wchar_t* filePath)
 {
     if (displayOffWhileRecording && filePath && filePath[0])
@@ -139,6 +176,14 @@ HRESULT VideoPlayer::CreateVideoRenderer(int32_t choice, const VideoFormat* form
         return S_OK;
     }
     case RendererVmr9: {
+        // A VMR9 is made for each build and let go at the next. This
+        // platform's VMR9 makes a new Direct3D device (with its thread, its
+        // X resources and its surfaces) each time its input is joined, and
+        // releases only the last when it goes: reused over a night of
+        // events it grows by one device a build.
+        vmr9Control.Reset();
+        vmr9Config.Reset();
+        vmr9.Reset();
         if (!vmr9) {
             if (FAILED(CoCreateInstance(CLSID_VideoMixingRenderer9, nullptr, CLSCTX_INPROC_SERVER, IID_IBaseFilter,
                                         vmr9.PutVoid())) ||
