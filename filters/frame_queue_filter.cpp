@@ -168,6 +168,8 @@ FrameQueueFilter::FrameQueueFilter(const wchar_t* name, long maxFrames, uint64_t
 FrameQueueFilter::~FrameQueueFilter()
 {
     StopDelivery();
+    if (upstreamDrops_)
+        upstreamDrops_->Release();
 }
 
 CBasePin* FrameQueueFilter::GetPin(int n)
@@ -198,6 +200,7 @@ HRESULT FrameQueueFilter::Take(IMediaSample* sample)
             return S_OK;
         gap = gap_;
     }
+    long upstreamLost = UpstreamLostSinceLastArrival();
     IMediaSample* copy = nullptr;
     HRESULT hr = output_.GetDeliveryBuffer(&copy, nullptr, nullptr, AM_GBF_NOWAIT);
     bool copied = SUCCEEDED(hr) && copy && SUCCEEDED(CopyFrame(sample, copy, gap));
@@ -210,14 +213,17 @@ HRESULT FrameQueueFilter::Take(IMediaSample* sample)
             copy->Release();
         return S_OK;
     }
+    lostSinceQueued_ += upstreamLost;
     if (!copied) {
         if (copy)
             copy->Release();
         ++counts_.dropped;
+        ++lostSinceQueued_;
         gap_ = true;
     } else {
         gap_ = false;
-        queue_.push_back({copy, arrival});
+        queue_.push_back({copy, arrival, lostSinceQueued_});
+        lostSinceQueued_ = 0;
         changed_.notify_all();
     }
     LARGE_INTEGER ended, frequency;
@@ -236,6 +242,8 @@ void FrameQueueFilter::StartDelivery()
     sealed_ = false;
     gap_ = false;
     counts_ = {};
+    lostSinceQueued_ = 0;
+    lostSinceDelivered_ = 0;
     thread_ = std::thread([this] { DeliveryLoop(); });
 }
 
@@ -266,20 +274,79 @@ void FrameQueueFilter::DeliveryLoop()
         Queued next = queue_.front();
         queue_.pop_front();
         delivering_ = true;
+        long lostBefore = next.lostBefore + lostSinceDelivered_;
         lock.unlock();
         HRESULT hr = output_.Deliver(next.sample);
+        if (SUCCEEDED(hr) && observer_)
+            observer_->FrameDelivered(next.sample, lostBefore);
         next.sample->Release();
         lock.lock();
         delivering_ = false;
         if (SUCCEEDED(hr)) {
             ++counts_.delivered;
             counts_.lastArrival = next.arrival;
+            lostSinceDelivered_ = 0;
         } else {
             ++counts_.dropped;
+            lostSinceDelivered_ = lostBefore + 1;
             gap_ = true;
         }
         changed_.notify_all();
     }
+}
+
+void FrameQueueFilter::Observe(FrameQueueObserver* observer, IAMDroppedFrames* upstreamDrops)
+{
+    if (upstreamDrops)
+        upstreamDrops->AddRef();
+    if (upstreamDrops_)
+        upstreamDrops_->Release();
+    upstreamDrops_ = upstreamDrops;
+    observer_ = observer;
+}
+
+long FrameQueueFilter::UpstreamLostSinceLastArrival()
+{
+    long count = 0;
+    if (!upstreamDrops_ || FAILED(upstreamDrops_->GetNumDropped(&count)))
+        return 0;
+    // A counter that went back was started again upstream.
+    long lost = upstreamDropped_ >= 0 && count >= upstreamDropped_ ? count - upstreamDropped_
+                                                                     : (upstreamDropped_ >= 0 ? count : 0);
+    upstreamDropped_ = count;
+    return lost;
+}
+
+HRESULT STDMETHODCALLTYPE FrameQueueFilter::Run(REFERENCE_TIME start)
+{
+    HRESULT hr = CBaseFilter::Run(start);
+    if (FAILED(hr))
+        return hr;
+    // Frames the upstream filter drops from here on count; the first
+    // frame's count is taken against this one.
+    upstreamDropped_ = -1;
+    UpstreamLostSinceLastArrival();
+    if (observer_) {
+        IReferenceClock* clock = nullptr;
+        {
+            CAutoLock lock(&clockLock_);
+            clock = clock_;
+            if (clock)
+                clock->AddRef();
+        }
+        observer_->StreamRuns(clock, start);
+        if (clock)
+            clock->Release();
+    }
+    return hr;
+}
+
+HRESULT STDMETHODCALLTYPE FrameQueueFilter::Stop()
+{
+    HRESULT hr = CBaseFilter::Stop();
+    if (observer_)
+        observer_->StreamStops();
+    return hr;
 }
 
 bool FrameQueueFilter::Seal(DWORD timeoutMs)

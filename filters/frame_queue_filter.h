@@ -53,6 +53,23 @@ private:
     FrameQueueFilter* queue_;
 };
 
+// Told of the stream as the queue hands it on. Nothing of the frames is
+// copied for it: it sees each sample downstream has taken.
+class FrameQueueObserver {
+public:
+    virtual ~FrameQueueObserver() = default;
+    // The graph runs from `start` on its reference clock (null when it has
+    // none), on the thread that runs the graph.
+    virtual void StreamRuns(IReferenceClock* clock, REFERENCE_TIME start) = 0;
+    // A frame downstream took, in order, on the queue's delivery thread,
+    // with the frames lost since the one before it: those the upstream
+    // filter counted as dropped, those the queue had no room for, and those
+    // downstream refused.
+    virtual void FrameDelivered(IMediaSample* sample, long lostBefore) = 0;
+    // The stream stopped: nothing follows until the next StreamRuns.
+    virtual void StreamStops() = 0;
+};
+
 // What a queue let through since it last started.
 struct FrameQueueCounts {
     long delivered = 0;  // frames handed downstream and taken
@@ -77,6 +94,14 @@ public:
     bool Seal(DWORD timeoutMs);
     FrameQueueCounts Counts() const;
 
+    // Who is told of the frames delivered, and the upstream counter of
+    // dropped frames that is read as each frame arrives; either may be null.
+    // Set while the filter is stopped; both are held until set again.
+    void Observe(FrameQueueObserver* observer, IAMDroppedFrames* upstreamDrops);
+
+    HRESULT STDMETHODCALLTYPE Run(REFERENCE_TIME start) override;
+    HRESULT STDMETHODCALLTYPE Stop() override;
+
     // How many buffers a queue holds for frames of `frameBytes`.
     static long Capacity(long maxFrames, uint64_t maxBytes, long frameBytes);
 
@@ -87,9 +112,13 @@ private:
     struct Queued {
         IMediaSample* sample;
         uint64_t arrival;
+        long lostBefore;
     };
 
     HRESULT Take(IMediaSample* sample);
+    // Frames the upstream counter counted since the last arrival; 0 without
+    // a counter.
+    long UpstreamLostSinceLastArrival();
     void StartDelivery();
     void StopDelivery();
     void DeliveryLoop();
@@ -109,4 +138,10 @@ private:
     bool delivering_ = false;
     bool gap_ = false;  // a frame was lost since the last one queued
     FrameQueueCounts counts_;
+
+    FrameQueueObserver* observer_ = nullptr;
+    IAMDroppedFrames* upstreamDrops_ = nullptr;
+    long upstreamDropped_ = -1;  // the upstream count at the last arrival; -1 before the first
+    long lostSinceQueued_ = 0;  // lost since the last frame queued
+    long lostSinceDelivered_ = 0;  // lost in the queue since the last frame delivered
 };
