@@ -9,6 +9,7 @@
 #include "app/main_window.h"
 #include "app/recording_control.h"
 #include "app/startup_state.h"
+#include "base/program_version.h"
 #include "base/report.h"
 #include "events/event_list_window.h"
 #include "events/schedule_window.h"
@@ -35,7 +36,7 @@ namespace {
 
 void OnAbout()
 {
-    ReportUserMessage(L"MAVU Video Capture Version 2.1", true);
+    ReportUserMessage(kProgramVersionWideText, true);
     ReportUserMessage(L"Report errors to \"" MAVU_SUPPORT_ADDRESS L"\".  Please describe", false);
     ReportUserMessage(L"how to duplicate the error and attach a saved user message log file.\n", false);
 }

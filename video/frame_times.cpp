@@ -2,8 +2,8 @@
 
 #include <windows.h>
 
-#include <cinttypes>
 #include <cstdio>
+#include <cstring>
 
 #include "base/ticks.h"
 
@@ -55,26 +55,107 @@ uint64_t FrameUtc(uint64_t streamZeroUtc, int64_t streamTime)
     return streamZeroUtc + static_cast<uint64_t>(streamTime);
 }
 
+namespace {
+
+char* PutDigits(char* out, uint64_t value, int width)
+{
+    for (int i = width - 1; i >= 0; --i) {
+        out[i] = static_cast<char>('0' + value % 10);
+        value /= 10;
+    }
+    return out + width;
+}
+
+char* PutUnsigned(char* out, uint64_t value)
+{
+    char digits[24];
+    int count = 0;
+    do {
+        digits[count++] = static_cast<char>('0' + value % 10);
+        value /= 10;
+    } while (value);
+    while (count)
+        *out++ = digits[--count];
+    return out;
+}
+
+char* PutSigned(char* out, int64_t value)
+{
+    if (value < 0) {
+        *out++ = '-';
+        return PutUnsigned(out, static_cast<uint64_t>(-(value + 1)) + 1);
+    }
+    return PutUnsigned(out, static_cast<uint64_t>(value));
+}
+
+// "YYYY-MM-DDThh:mm:ss.fffZ" into `out` (24 characters). The date and time
+// of a whole second are worked out once for every row of that second.
+char* PutUtc(char* out, uint64_t utc)
+{
+    thread_local uint64_t cachedSecond = ~0ull;
+    thread_local char cachedText[20];
+    uint64_t second = utc / kTicksPerSecond;
+    if (second != cachedSecond) {
+        SYSTEMTIME time = TicksToSystemTime(second * kTicksPerSecond);
+        char* at = cachedText;
+        at = PutDigits(at, time.wYear, 4);
+        *at++ = '-';
+        at = PutDigits(at, time.wMonth, 2);
+        *at++ = '-';
+        at = PutDigits(at, time.wDay, 2);
+        *at++ = 'T';
+        at = PutDigits(at, time.wHour, 2);
+        *at++ = ':';
+        at = PutDigits(at, time.wMinute, 2);
+        *at++ = ':';
+        at = PutDigits(at, time.wSecond, 2);
+        *at = '.';
+        cachedSecond = second;
+    }
+    std::memcpy(out, cachedText, 20);
+    out = PutDigits(out + 20, (utc % kTicksPerSecond) / kTicksPerMillisecond, 3);
+    *out++ = 'Z';
+    return out;
+}
+
+}  // namespace
+
 std::string UtcText(uint64_t utc)
 {
-    SYSTEMTIME time = TicksToSystemTime(utc);
-    char text[40];
-    std::snprintf(text, sizeof text, "%04u-%02u-%02uT%02u:%02u:%02u.%03uZ", time.wYear, time.wMonth, time.wDay,
-                  time.wHour, time.wMinute, time.wSecond, time.wMilliseconds);
-    return text;
+    char text[24];
+    PutUtc(text, utc);
+    return std::string(text, sizeof text);
+}
+
+void AppendFrameTimeRow(std::string& out, long frame, uint64_t utc, int64_t streamTime, long droppedBefore)
+{
+    char text[96];
+    char* at = PutSigned(text, frame);
+    *at++ = ',';
+    at = PutUtc(at, utc);
+    *at++ = ',';
+    // The stream time in whole microseconds first, so that the three
+    // decimals are exact and a negative time keeps its sign.
+    int64_t micro = streamTime / 10;
+    if (micro < 0) {
+        *at++ = '-';
+        micro = -micro;
+    }
+    at = PutUnsigned(at, static_cast<uint64_t>(micro) / 1000);
+    *at++ = '.';
+    at = PutDigits(at, static_cast<uint64_t>(micro) % 1000, 3);
+    *at++ = ',';
+    at = PutSigned(at, droppedBefore);
+    *at++ = '\r';
+    *at++ = '\n';
+    out.append(text, static_cast<size_t>(at - text));
 }
 
 std::string FrameTimeRow(long frame, uint64_t utc, int64_t streamTime, long droppedBefore)
 {
-    // The stream time in whole microseconds first, so that the three
-    // decimals are exact and a negative time keeps its sign.
-    int64_t micro = streamTime / 10;
-    const char* sign = micro < 0 ? "-" : "";
-    uint64_t magnitude = static_cast<uint64_t>(micro < 0 ? -micro : micro);
-    char text[120];
-    std::snprintf(text, sizeof text, "%ld,%s,%s%" PRIu64 ".%03u,%ld\r\n", frame, UtcText(utc).c_str(), sign,
-                  magnitude / 1000, static_cast<unsigned>(magnitude % 1000), droppedBefore);
-    return text;
+    std::string row;
+    AppendFrameTimeRow(row, frame, utc, streamTime, droppedBefore);
+    return row;
 }
 
 std::string FrameTimeHeading(const FrameTimeHeader& header)
@@ -83,7 +164,7 @@ std::string FrameTimeHeading(const FrameTimeHeader& header)
     char line[200];
     text += "# " + header.program + "\r\n";
     text += "# device: " + Utf8(header.device) + "\r\n";
-    text += "# format: " + header.format + "\r\n";
+    text += "# format: " + Utf8(header.format) + "\r\n";
     std::snprintf(line, sizeof line, "# frame rate: %.3f frames per second\r\n", header.framesPerSecond);
     text += line;
     text += "# time base: computer clock, UTC\r\n";

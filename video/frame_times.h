@@ -44,14 +44,16 @@ uint64_t FrameUtc(uint64_t streamZeroUtc, int64_t streamTime);
 // "YYYY-MM-DDThh:mm:ss.fffZ", the milliseconds cut, not rounded.
 std::string UtcText(uint64_t utc);
 
-// One row: "frame,utc,stream_ms,dropped_before" and the line end.
+// One row: "frame,utc,stream_ms,dropped_before" and the line end; appended
+// to `out`, or as a text of its own.
+void AppendFrameTimeRow(std::string& out, long frame, uint64_t utc, int64_t streamTime, long droppedBefore);
 std::string FrameTimeRow(long frame, uint64_t utc, int64_t streamTime, long droppedBefore);
 
 // What the record's comment lines say.
 struct FrameTimeHeader {
     std::string program;  // name and version
     std::wstring device;
-    std::string format;  // e.g. "YUY2 640x480"
+    std::wstring format;  // e.g. "YUY2 640x480"
     double framesPerSecond = 0;
     uint64_t streamZeroUtc = 0;
     int64_t clockSpread = 0;  // of the pair that gave stream time zero, in 100 ns

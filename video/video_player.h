@@ -18,6 +18,7 @@
 #include <propsys.h>
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -25,6 +26,7 @@
 #include "filters/mavu_video_magnify_filter.h"
 #include "filters/mavu_video_transform_filter.h"
 #include "video/capture_settings.h"
+#include "video/frame_time_record.h"
 #include "video/graph_frame_queue.h"
 #include "video/run_report.h"
 #include "video/video_sources.h"
@@ -170,6 +172,8 @@ public:
     // A recording's two queues, each taking frames off the camera's thread:
     // in front of the mux, and in front of the renderer.
     GraphFrameQueue captureQueue;
+    // The frame-time record of the recording the capture queue feeds.
+    std::unique_ptr<FrameTimeRecord> frameTimeRecord;
     GraphFrameQueue previewQueue;
 
     // The source's frame counts, and their values when the run began.
@@ -189,6 +193,9 @@ public:
 private:
     HRESULT AddFileBranch(const wchar_t* filePath, IBaseFilter* sourceFilter, const VideoFormat* format);
     HRESULT JoinQueueToMux();
+    // Makes the frame-time record of the recording into `filePath` and has
+    // the capture queue tell it of each frame it hands to the mux.
+    void StartFrameTimeRecord(const wchar_t* filePath, const VideoFormat* format);
     // What a recording's report counts: frames in the file and frames lost,
     // or neither where they can't be had.
     struct RecordedCounts {

@@ -3,7 +3,9 @@
 // preview, and the source's stream format.
 #include "video/video_player.h"
 
+#include "base/program_version.h"
 #include "base/report.h"
+#include "gps/clock_check.h"
 #include "video/codecs.h"
 #include "video/file_branch.h"
 #include "video/graph_pins.h"
@@ -120,9 +122,34 @@ HRESULT VideoPlayer::RemoveGraphFilters()
     fileSink.Reset();
     mux.Reset();
     fileBranchAssembled = false;
+    if (captureQueue)
+        captureQueue->Observe(nullptr, nullptr);
+    frameTimeRecord.reset();
     captureQueue.Reset();
     previewQueue.Reset();
     return result;
+}
+
+void VideoPlayer::StartFrameTimeRecord(const wchar_t* filePath, const VideoFormat* format)
+{
+    FrameTimeHeader header;
+    header.program = kProgramVersionText;
+    const VideoSourceInfo* source = CurrentSource();
+    header.device = source ? source->name : L"";
+    header.format = format->videoFormatName;
+    const AM_MEDIA_TYPE* type = format->mediaType;
+    if (type && type->formattype == FORMAT_VideoInfo && type->pbFormat && type->cbFormat >= sizeof(VIDEOINFOHEADER)) {
+        REFERENCE_TIME period = reinterpret_cast<const VIDEOINFOHEADER*>(type->pbFormat)->AvgTimePerFrame;
+        if (period > 0)
+            header.framesPerSecond = 1e7 / static_cast<double>(period);
+    }
+    if (header.framesPerSecond <= 0)
+        header.framesPerSecond = format->frameRate;
+    GpsClockOffset offset = LastGpsClockOffset();
+    header.gpsOffsetKnown = offset.known;
+    header.gpsOffsetSeconds = offset.seconds;
+    frameTimeRecord = std::make_unique<FrameTimeRecord>(filePath, header);
+    captureQueue->Observe(frameTimeRecord.get(), droppedFrames.Get());
 }
 
 HRESULT VideoPlayer::AddFileBranch(const wchar_t* filePath, IBaseFilter* sourceFilter, const VideoFormat* format)
@@ -165,6 +192,7 @@ HRESULT VideoPlayer::AddFileBranch(const wchar_t* filePath, IBaseFilter* sourceF
     }
     captureBuilder->FindInterface(&PIN_CATEGORY_CAPTURE, &MEDIATYPE_Video, sourceFilter, IID_IAMDroppedFrames,
                                   droppedFrames.PutVoid());
+    StartFrameTimeRecord(filePath, format);
 
     ComPtr<IConfigAviMux> muxConfig;
     if (FAILED(mux->QueryInterface(IID_IConfigAviMux, muxConfig.PutVoid())) ||
