@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "gps/clock_check.h"
 #include "gps/nmea_scan.h"
 
 namespace {
@@ -86,6 +87,10 @@ GgaParse ParseGgaBuffer(const unsigned char* buffer, size_t capacity, size_t byt
     reading.time.wSecond = clock.seconds;
     reading.time.wMilliseconds = clock.decimals;
     reading.timeFieldOffset = static_cast<uint32_t>(kTimeFieldOffset);
+    size_t fieldEnd = FindByte(text, timeField, ',');
+    if (fieldEnd != kNotFound)
+        reading.timeOfDayKnown = GgaTimeOfDay(reinterpret_cast<const char*>(text.bytes) + timeField,
+                                              fieldEnd - timeField, &reading.timeOfDay);
 
     // Latitude: behind the comma after the time, its letter behind the next.
     size_t comma = FindByte(text, timeField, ',');

@@ -25,6 +25,11 @@ struct GpsReading {
     SYSTEMTIME time;  // today's UTC date with the sentence's time of day
     uint32_t sentenceBytes;  // from the sentence's start to the end of the text
     uint32_t timeFieldOffset;  // always 7
+    // The time field read as it is meant, "hhmmss.ss", in seconds after
+    // midnight, for the check of the computer's clock; not known for an
+    // empty or malformed field.
+    bool timeOfDayKnown;
+    double timeOfDay;
 };
 
 enum class GgaParse {

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "base/report.h"
+#include "gps/clock_check.h"
 #include "gps/gps_probe.h"
 
 GpsLink gpsLink;
@@ -76,6 +77,7 @@ int OpenGpsPort(int portIndex, int baudIndex)
         return FailTrial();
 
     gpsReadSize = GpsReadSizeForRate(rate);
+    ForgetGpsClockWarning();
     std::wstring line = GpsConnectText(portIndex, rate);
     lstrcpynW(gpsLink.connectText, line.c_str(), kGpsConnectTextCapacity);
     ReportUserMessage(gpsLink.connectText, false);

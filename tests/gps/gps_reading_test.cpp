@@ -2,11 +2,14 @@
 // the platform's serial reads bring, and what the reading makes of it.
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <cwchar>
 #include <string>
 #include <vector>
 
 #include "e2e/harness.h"
 #include "gps/gps_link.h"
+#include "gps/clock_check.h"
 #include "gps/gps_reader.h"
 #include "gps_fixture.h"
 #include "support/handle_count.h"
@@ -154,4 +157,55 @@ TEST_F(GpsReadingTest, HangUpGivesEmptyReadsAndClosingLeavesNoHandleBehind)
     // A closed link fails without reading, and with no line.
     EXPECT_EQ(ReadGpsWithRetry(reading), 0);
     EXPECT_TRUE(Lines().empty());
+}
+
+// Each reading sets the GGA's time against the computer's when the burst
+// began: a receiver 3 s ahead is reported once, as the computer being
+// behind; one in step, or one whose sentences carry no time, is not.
+TEST_F(GpsReadingTest, EachReadingChecksTheComputerClockAndAnOffsetBeyondASecondIsToldOnce)
+{
+    struct Case {
+        const char* script;
+        double ahead;
+        bool warned;
+    } cases[] = {
+        {"steady", 3.0, true},
+        {"steady", 0.0, false},
+        {"notime", 3.0, false},
+    };
+    for (const Case& each : cases) {
+        SCOPED_TRACE(std::string(each.script) + " " + std::to_string(each.ahead));
+        ASSERT_TRUE(receiver.Start(3, 4800, each.script, false, each.ahead));
+        ASSERT_EQ(ConnectGps(nullptr), 1);
+        testsupport::TakeReportedLines();
+        // Readings at different moments of the bursts: some begin with
+        // bytes already waiting, some wait for the burst.
+        for (int i = 0; i < 5; ++i) {
+            GpsReading reading;
+            ASSERT_EQ(ReadGpsWithRetry(reading), 1);
+            Sleep(230 * i);
+            if (each.script == std::string("steady")) {
+                GpsClockOffset offset = LastGpsClockOffset();
+                ASSERT_TRUE(offset.known);
+                std::printf("receiver %.1f s ahead, reading %d: computer minus GPS %.3f s\n", each.ahead, i,
+                            offset.seconds);
+                EXPECT_NEAR(offset.seconds, -each.ahead, 0.3) << "reading " << i;
+            }
+        }
+        std::vector<std::wstring> lines = Lines();
+        size_t warnings = 0;
+        for (const std::wstring& line : lines) {
+            if (line.rfind(L"WARNING: computer clock is ", 0) != 0)
+                continue;
+            ++warnings;
+            double seconds = 0;
+            wchar_t side[16] = {};
+            ASSERT_EQ(swscanf(line.c_str(), L"WARNING: computer clock is %lf s %15ls GPS time", &seconds, side), 2);
+            EXPECT_STREQ(side, L"behind");
+            EXPECT_NEAR(seconds, each.ahead, 0.3);
+        }
+        EXPECT_EQ(warnings, each.warned ? 1u : 0u) << lines.size() << " lines";
+        receiver.Stop();
+        CloseGps();
+    }
 }

@@ -53,7 +53,7 @@ SyntheticGps::~SyntheticGps()
     Stop();
 }
 
-bool SyntheticGps::Start(int port, int baud, const std::string& script, bool keepOtherLinks)
+bool SyntheticGps::Start(int port, int baud, const std::string& script, bool keepOtherLinks, double clockAheadSeconds)
 {
     Stop();
     static std::atomic<int> counter{0};
@@ -64,7 +64,8 @@ bool SyntheticGps::Start(int port, int baud, const std::string& script, bool kee
     std::ostringstream command;
     command << "rm -rf '" << state_ << "' && mkdir -p '" << state_ << "' && setsid python3 '" << MAVU_SOURCE_DIR_UNIX
             << "/tools/synthgps/synthgps.py' --prefix '" << kPrefix << "' --port " << port << " --baud " << baud
-            << " --script " << script << " --state '" << state_ << "' --seconds 900"
+            << " --script " << script << " --clock-ahead " << clockAheadSeconds << " --state '" << state_
+            << "' --seconds 900"
             << " </dev/null >'" << state_ << ".out' 2>&1 &";
     e2e::RunUnix(command.str());
     running_ = e2e::WaitUntil([&] { return Exists(state_ + "/pty"); }, 15000, 20);

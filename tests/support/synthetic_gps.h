@@ -18,9 +18,11 @@ public:
 
     // Removes the prefix's COM links (Wine maps the host's silent /dev/ttyS0
     // to the first free one at each server start) unless told to keep them,
-    // then starts a receiver on COMn at its own rate with a script; returns
-    // once its port is linked.
-    bool Start(int port, int baud, const std::string& script, bool keepOtherLinks = false);
+    // then starts a receiver on COMn at its own rate with a script, its clock
+    // that many seconds ahead of the computer's; returns once its port is
+    // linked.
+    bool Start(int port, int baud, const std::string& script, bool keepOtherLinks = false,
+               double clockAheadSeconds = 0);
     // Switches the script at its next burst.
     bool SetScript(const std::string& script);
     // Closes the pty under the program, as a receiver pulled out.

@@ -18,6 +18,7 @@ Scripts (--script), one burst a second:
   zerobyte  a zero byte at the start of each burst, then a whole burst
   flood     one burst of --flood-bytes bytes of GGA sentences, far more than a read asks for
   silence   nothing at all: a port that exists and stays silent
+  notime    steady, but the GGA's time field is empty
 
 Control while it runs, through files in --state DIR:
   stop      ends it: the COM link is removed
@@ -42,7 +43,7 @@ import termios
 import time
 import tty
 
-SCRIPTS = ["steady", "nofix", "cut", "zerobyte", "flood", "silence"]
+SCRIPTS = ["steady", "nofix", "cut", "zerobyte", "flood", "silence", "notime"]
 TICK = 0.01  # seconds between two looks at the line
 GAP = 0.2  # least silence between two bursts
 
@@ -111,11 +112,12 @@ def clock_text(moment):
     return moment.strftime("%H%M%S.") + "%02d" % (moment.microsecond // 10000)
 
 
-def gga(moment, position, fix=True):
+def gga(moment, position, fix=True, timed=True):
+    clock = clock_text(moment) if timed else ""
     if not fix:
-        return sentence("GPGGA,%s,,,,,0,00,,,M,,M,," % clock_text(moment))
+        return sentence("GPGGA,%s,,,,,0,00,,,M,,M,," % clock)
     return sentence("GPGGA,%s,%s,%s,1,%02d,0.9,%s,M,46.9,M,," % (
-        clock_text(moment), position.latitude, position.longitude, position.satellites, position.altitude))
+        clock, position.latitude, position.longitude, position.satellites, position.altitude))
 
 
 def gsa(fix=True):
@@ -137,7 +139,7 @@ def burst(script, moment, position, flood_bytes):
     if script == "silence":
         return b""
     fix = script != "nofix"
-    whole = gga(moment, position, fix) + gsa(fix) + rmc(moment, position, fix)
+    whole = gga(moment, position, fix, script != "notime") + gsa(fix) + rmc(moment, position, fix)
     if script == "cut":
         other = Position(argparse.Namespace(latitude="5107.0000,S", longitude="00131.0000,W",
                                             altitude="100.0", satellites=9))
@@ -351,7 +353,9 @@ class Receiver:
 
             now = time.time()
             if current is None and now >= next_start:
-                moment = datetime.datetime.fromtimestamp(next_start, datetime.timezone.utc)
+                # The receiver's own clock, which may run ahead of this
+                # computer's (or behind, with a negative --clock-ahead).
+                moment = datetime.datetime.fromtimestamp(next_start + self.args.clock_ahead, datetime.timezone.utc)
                 data = burst(self.script, moment, self.position, self.args.flood_bytes)
                 current = (next_start, data, {})
                 sent_until = next_start
@@ -399,6 +403,8 @@ def main():
     parser.add_argument("--altitude", default="545.4")
     parser.add_argument("--satellites", type=int, default=8)
     parser.add_argument("--flood-bytes", type=int, default=12000)
+    parser.add_argument("--clock-ahead", type=float, default=0,
+                        help="seconds the receiver's time runs ahead of this computer's clock")
     parser.add_argument("--state", help="folder for control and log files")
     parser.add_argument("--seconds", type=float, default=0, help="end after this long (0: run until stopped)")
     parser.add_argument("--hangup-after", type=float, default=0, help="hang up after this many seconds")
