@@ -7,6 +7,7 @@
 #include "e2e/harness.h"
 #include "support/code_page.h"
 #include "support/ffprobe.h"
+#include "support/frame_time_rows.h"
 #include "tools/synthcam/sky.h"
 
 #include <regex>
@@ -127,6 +128,8 @@ void RecordOneEvent(const Environment& environment)
     EXPECT_LE(startOffset, 1.5);
     double length = (static_cast<double>(stamps.back().utcMs) - static_cast<double>(stamps.front().utcMs)) / 1000;
     EXPECT_NEAR(length, 10.0, 1.0);
+    // Beside it, each frame's UTC.
+    testsupport::ExpectRecordMatchesTheStamps(Narrow(avi), stamps, 1000.0 / 30);
 
     std::string report = ReadBytes(avi.substr(0, avi.size() - 4) + L".txt");
     EXPECT_EQ(report.rfind("Event recording: \r\r\n", 0), 0u) << report;

@@ -7,6 +7,7 @@
 #include "device/graph_helpers.h"
 #include "e2e/harness.h"
 #include "support/ffprobe.h"
+#include "support/frame_time_rows.h"
 #include "tools/synthcam/sky.h"
 
 #include <memory>
@@ -197,6 +198,9 @@ TEST(HotPlug, PullAndReplugTwiceDuringAnEventGoesOnInNumberedFilesAndEndsOnTime)
         pieces.push_back(ReadPiece(run, name));
         EXPECT_EQ(video.frames, static_cast<int>(pieces.back().stamps.size()));
         ExpectNothingLost(pieces.back(), "Event recording: \r\r\n");
+        // Each piece has its frame-time record beside it.
+        testsupport::ExpectRecordMatchesTheStamps(Narrow(run.Videos() + L"\\" + name), pieces.back().stamps,
+                                                  1000.0 / 30);
     }
     for (int i = 0; i < 2; ++i)
         ExpectGapOnlyWhileAway(pieces[i], pieces[i + 1], pulled[i], plugged[i]);

@@ -3,6 +3,7 @@
 #include "engine/engine_fixture.h"
 
 #include "support/ffprobe.h"
+#include "support/frame_time_rows.h"
 #include "support/recorded_frames.h"
 #include "support/stand_ins.h"
 #include "tools/standins/test_compressor.h"
@@ -183,6 +184,8 @@ TEST_F(CompressorTest, ARecordingThroughThePairedCompressorIsWrittenInItsCodecAn
     long missing = testsupport::MissingStampedFrames(stamps);
     EXPECT_GE(missing, 0);
     EXPECT_LE(missing, testsupport::ReportedDroppedFrames(report)) << report;
+    // The record beside it holds the same frames' times.
+    testsupport::ExpectRecordMatchesTheStamps(avi, stamps, 1000.0 / 30);
 }
 
 TEST_F(CompressorTest, ACompressorPairedWithASubtypeItRefusesStopsTheRecordingStart)

@@ -5,6 +5,7 @@
 
 #include "e2e/harness.h"
 #include "support/ffprobe.h"
+#include "support/frame_time_rows.h"
 #include "support/recorded_frames.h"
 #include "tools/synthcam/sky.h"
 #include "video/device_hot_plug.h"
@@ -164,4 +165,5 @@ TEST_F(EngineTest, APulledRecordingKeepsEveryFrameTheDeviceDelivered)
     // The last frame is one of the moment of the pull.
     EXPECT_LE(stamps.back().utcMs, pulledAt + 50);
     EXPECT_GE(stamps.back().utcMs + 200, pulledAt);
+    testsupport::ExpectRecordMatchesTheStamps(avi, stamps, 1000.0 / 30);
 }

@@ -4,6 +4,7 @@
 
 #include "e2e/harness.h"
 #include "support/ffprobe.h"
+#include "support/frame_time_rows.h"
 
 #include <regex>
 
@@ -103,6 +104,8 @@ TEST_F(RecordingTest, RecordingWritesTheAviAndTheReport)
         << recorded.reportLines;
     EXPECT_NEAR(std::stoi(counts[1]), video.frames, 2);
     ExpectReportLines(recorded, {R"(Number of recorded frames:  \d+)", R"(Number of dropped frames:  \d+)"});
+    testsupport::ExpectRecordMatchesTheStamps(recorded.avi, testsupport::ReadRecordedStamps(recorded.avi, 640),
+                                              1000.0 / 30);
 }
 
 // A source without IAMDroppedFrames still records; its report says the

@@ -95,7 +95,7 @@ TEST(FrameTimes, RowsAndHeading)
     FrameTimeHeader header;
     header.program = "MAVU Video Capture 1.0";
     header.device = L"Caméra";
-    header.format = "YUY2 640x480";
+    header.format = L"YUY2 640x480";
     header.framesPerSecond = 25;
     header.streamZeroUtc = utc;
     header.clockSpread = 1234;

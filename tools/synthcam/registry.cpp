@@ -148,6 +148,8 @@ HRESULT AddDevice(const std::wstring& name, const std::wstring& profile, const s
         hr = WriteBagString(bag, L"FrameLimit", std::to_wstring(pacing.frameLimit));
     if (SUCCEEDED(hr) && pacing.startDelayMs > 0)
         hr = WriteBagString(bag, L"StartDelay", std::to_wstring(pacing.startDelayMs));
+    if (SUCCEEDED(hr) && pacing.dropEvery > 0)
+        hr = WriteBagString(bag, L"DropEvery", std::to_wstring(pacing.dropEvery));
     bag->Release();
     return hr;
 }

@@ -22,11 +22,12 @@ struct DeviceEntry {
 };
 
 // How a device streams, beyond its profile: a run that delivers only so
-// many frames (a count a test can rely on), and a start that takes its time
-// as some USB cameras' do.
+// many frames (a count a test can rely on), a start that takes its time
+// as some USB cameras' do, and frames the camera itself loses now and then.
 struct DevicePacing {
     long frameLimit = 0;  // frames each run delivers; 0 for no limit
     long startDelayMs = 0;  // added to the start of each run
+    long dropEvery = 0;  // every Nth frame slot is dropped and counted; 0 for none
 };
 
 // Registers an in-process COM class served by the DLL at that path, and

@@ -258,6 +258,14 @@ void SynthCamPin::StreamLoop()
             continue;
         }
 
+        if (camera_->DropEvery() > 0 && slot % camera_->DropEvery() == camera_->DropEvery() - 1) {
+            // A frame the camera loses by itself, and counts.
+            ++dropped_;
+            ++counter;
+            ++slot;
+            discontinuity = true;
+            continue;
+        }
         IMediaSample* sample = nullptr;
         HRESULT hr = GetDeliveryBuffer(&sample, nullptr, nullptr, AM_GBF_NOWAIT);
         // Slots that passed while the buffer was awaited are frames lost.
@@ -549,6 +557,7 @@ HRESULT STDMETHODCALLTYPE SynthCamFilter::Load(IPropertyBag* bag, IErrorLog* log
     signal_ = (signal == L"pal" || signal == L"PAL") ? 'P' : 'N';
     frameLimit_ = wcstol(ReadBagString(bag, L"FrameLimit").c_str(), nullptr, 10);
     startDelayMs_ = wcstol(ReadBagString(bag, L"StartDelay").c_str(), nullptr, 10);
+    dropEvery_ = wcstol(ReadBagString(bag, L"DropEvery").c_str(), nullptr, 10);
     // The event outlives the device's entry: a pull signals it and takes
     // the entry away, and this filter keeps hearing of it.
     std::wstring plug = ReadBagString(bag, L"Plug");

@@ -124,6 +124,7 @@ public:
     // start.
     long FrameLimit() const { return frameLimit_; }
     long StartDelayMs() const { return startDelayMs_; }
+    long DropEvery() const { return dropEvery_; }
 
 private:
     void MakePins();
@@ -148,6 +149,7 @@ private:
     std::atomic<bool> lossReported_{false};
     long frameLimit_ = 0;
     long startDelayMs_ = 0;
+    long dropEvery_ = 0;
 };
 
 }  // namespace synthcam

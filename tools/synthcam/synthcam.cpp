@@ -1,6 +1,6 @@
 // synthcam: adds, removes and lists synthetic capture devices.
 //
-//   synthcam add NAME PROFILE [pal|ntsc] [frames=N] [start-delay=MS]
+//   synthcam add NAME PROFILE [pal|ntsc] [frames=N] [start-delay=MS] [drop-every=N]
 //   synthcam remove NAME
 //   synthcam pull NAME
 //   synthcam remove-all
@@ -19,12 +19,12 @@ namespace {
 int Usage()
 {
     std::fwprintf(stderr,
-                  L"usage: synthcam add NAME PROFILE [pal|ntsc] [frames=N] [start-delay=MS] | remove NAME | "
+                  L"usage: synthcam add NAME PROFILE [pal|ntsc] [frames=N] [start-delay=MS] [drop-every=N] | remove NAME | "
                   L"pull NAME | remove-all | list | profiles\n");
     return 2;
 }
 
-// "frames=N" and "start-delay=MS" after the signal; false for anything else.
+// "frames=N", "start-delay=MS" and "drop-every=N" after the signal; false for anything else.
 bool ReadPacing(const std::wstring& argument, synthcam::DevicePacing& pacing)
 {
     auto value = [&](const wchar_t* key, long& into) {
@@ -34,7 +34,8 @@ bool ReadPacing(const std::wstring& argument, synthcam::DevicePacing& pacing)
         into = wcstol(argument.c_str() + prefix.size(), nullptr, 10);
         return into > 0;
     };
-    return value(L"frames=", pacing.frameLimit) || value(L"start-delay=", pacing.startDelayMs);
+    return value(L"frames=", pacing.frameLimit) || value(L"start-delay=", pacing.startDelayMs) ||
+           value(L"drop-every=", pacing.dropEvery);
 }
 
 void PrintUtf8(const std::wstring& text)

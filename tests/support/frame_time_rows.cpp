@@ -1,0 +1,123 @@
+#include "support/frame_time_rows.h"
+
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+
+namespace testsupport {
+
+namespace {
+
+bool ParseUtc(const std::string& text, uint64_t* ms)
+{
+    SYSTEMTIME time{};
+    unsigned year, month, day, hour, minute, second, milli;
+    char zone = 0;
+    if (std::sscanf(text.c_str(), "%4u-%2u-%2uT%2u:%2u:%2u.%3u%c", &year, &month, &day, &hour, &minute, &second,
+                    &milli, &zone) != 8 ||
+        zone != 'Z' || text.size() != 24)
+        return false;
+    time.wYear = static_cast<WORD>(year);
+    time.wMonth = static_cast<WORD>(month);
+    time.wDay = static_cast<WORD>(day);
+    time.wHour = static_cast<WORD>(hour);
+    time.wMinute = static_cast<WORD>(minute);
+    time.wSecond = static_cast<WORD>(second);
+    time.wMilliseconds = static_cast<WORD>(milli);
+    FILETIME file{};
+    if (!SystemTimeToFileTime(&time, &file))
+        return false;
+    *ms = synthcam::UtcMsSince2020(file);
+    return true;
+}
+
+}  // namespace
+
+FrameTimeFile ReadFrameTimeFile(const std::string& path)
+{
+    FrameTimeFile result;
+    std::ifstream in(path, std::ios::binary);
+    if (!in)
+        return result;
+    std::string line;
+    bool ok = true;
+    while (std::getline(in, line)) {
+        if (!line.empty() && line.back() == '\r')
+            line.pop_back();
+        else
+            ok = false;  // every line ends in CR LF
+        if (line.rfind("# ", 0) == 0) {
+            result.comments.push_back(line.substr(2));
+            continue;
+        }
+        if (result.header.empty()) {
+            result.header = line;
+            continue;
+        }
+        std::stringstream cells(line);
+        std::string frame, utc, stream, dropped;
+        FrameTimeRow row;
+        if (!std::getline(cells, frame, ',') || !std::getline(cells, utc, ',') || !std::getline(cells, stream, ',') ||
+            !std::getline(cells, dropped) || !ParseUtc(utc, &row.utcMs)) {
+            ok = false;
+            continue;
+        }
+        row.frame = std::stol(frame);
+        row.streamMs = std::stod(stream);
+        row.droppedBefore = std::stol(dropped);
+        result.rows.push_back(row);
+    }
+    result.ok = ok && !result.header.empty();
+    return result;
+}
+
+FrameTimeAgreement CompareWithStamps(const std::vector<FrameTimeRow>& rows,
+                                     const std::vector<synthcam::FrameStamp>& stamps)
+{
+    FrameTimeAgreement agreement;
+    agreement.sameCount = rows.size() == stamps.size();
+    size_t count = std::min(rows.size(), stamps.size());
+    if (count == 0)
+        return agreement;
+    std::vector<double> offsets;
+    agreement.droppedMismatches = 0;
+    for (size_t i = 0; i < count; ++i) {
+        offsets.push_back(std::fabs(static_cast<double>(rows[i].utcMs) - static_cast<double>(stamps[i].utcMs)));
+        long gap = i == 0 ? static_cast<long>(stamps[0].counter)
+                          : static_cast<long>(stamps[i].counter) - static_cast<long>(stamps[i - 1].counter) - 1;
+        if (rows[i].droppedBefore != gap)
+            ++agreement.droppedMismatches;
+        agreement.droppedTotal += rows[i].droppedBefore;
+    }
+    agreement.worstMs = *std::max_element(offsets.begin(), offsets.end());
+    std::nth_element(offsets.begin(), offsets.begin() + static_cast<long>(offsets.size() / 2), offsets.end());
+    agreement.medianMs = offsets[offsets.size() / 2];
+    return agreement;
+}
+
+void ExpectRecordMatchesTheStamps(const std::string& aviPath, const std::vector<synthcam::FrameStamp>& stamps,
+                                  double framePeriodMs)
+{
+    std::string path = aviPath.substr(0, aviPath.size() - 4) + ".frames.csv";
+    FrameTimeFile record = ReadFrameTimeFile(path);
+    ASSERT_TRUE(record.ok) << path;
+    EXPECT_EQ(record.header, "frame,utc,stream_ms,dropped_before");
+    for (size_t i = 0; i < record.rows.size(); ++i)
+        ASSERT_EQ(record.rows[i].frame, static_cast<long>(i));
+    FrameTimeAgreement agreement = CompareWithStamps(record.rows, stamps);
+    std::printf("%s: %zu rows, %zu frames; UTC off by %.1f ms at the median, %.1f ms at worst; %ld dropped\n",
+                path.c_str(), record.rows.size(), stamps.size(), agreement.medianMs, agreement.worstMs,
+                agreement.droppedTotal);
+    EXPECT_TRUE(agreement.sameCount) << record.rows.size() << " rows, " << stamps.size() << " frames";
+    EXPECT_LE(agreement.medianMs, 5.0);
+    EXPECT_LE(agreement.worstMs, framePeriodMs);
+    EXPECT_EQ(agreement.droppedMismatches, 0);
+}
+
+}  // namespace testsupport
