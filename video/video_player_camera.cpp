@@ -143,6 +143,17 @@ HRESULT VideoPlayer::RunGraph()
         ReportUserMessage(L"Logic error: attempt to run filter graph with a NULL media control interface\r\n", true);
         return E_FAIL;
     }
+    // Every filter runs on the graph's clock, which stamps the frames and
+    // times the file. This platform's graph gives its clock only to the
+    // filters it holds when the clock is chosen, not to those added to a
+    // later build; setting the same clock again hands it to each one.
+    ComPtr<IMediaFilter> graphFilter;
+    ComPtr<IReferenceClock> clock;
+    if (SUCCEEDED(graph->QueryInterface(IID_IMediaFilter, graphFilter.PutVoid())) &&
+        SUCCEEDED(graphFilter->GetSyncSource(clock.Put())) && clock)
+        graphFilter->SetSyncSource(clock.Get());
+    graphFilter.Reset();
+    clock.Reset();
     HRESULT hr = mediaControl->Run();
     if (FAILED(hr)) {
         ReportUserMessage(L"WARNING: attempt to run filter graph failed\r\n", true);
