@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstdio>
 #include <functional>
 #include <memory>
 #include <thread>
@@ -246,6 +247,18 @@ TEST(Gps, ManualRecordingTakesOneReadingAndWithoutAutostartTheLinkStaysClosed)
     Click(stop);
     ASSERT_TRUE(WaitUntil([&] { return WindowText(run.Main()) == kMainTitle; }, 15000));
     ExpectPositionOfTheFix(run.Report());
+    // The reading checked the computer's clock, and the frame-time record
+    // says by how much it differs from the receiver's (in step here).
+    std::wstring videos = run.folder + L"\\VideoFiles";
+    std::vector<std::wstring> records = ListFiles(videos, L"*.frames.csv");
+    ASSERT_EQ(records.size(), 1u);
+    std::string record = ReadBytes(videos + L"\\" + records[0]);
+    double offset = 99;
+    size_t at = record.find("# computer clock minus GPS time: ");
+    ASSERT_NE(at, std::string::npos) << record.substr(0, 600);
+    ASSERT_EQ(std::sscanf(record.c_str() + at + 33, "%lf s", &offset), 1) << record.substr(at, 60);
+    EXPECT_NEAR(offset, 0.0, 0.3);
+    EXPECT_EQ(run.program->CountMessages(L"WARNING: computer clock is"), 0);
     // Without AutostartGPS nothing reconnects.
     Sleep(6000);
     EXPECT_EQ(run.program->CountMessages(kAttempting), 1);

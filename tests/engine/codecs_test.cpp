@@ -89,9 +89,7 @@ protected:
         CodecTest::SetUp();
         compressor = std::make_unique<testsupport::RegisteredTestCompressor>();
         RemakePlayer();
-        ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
-        ScanDevices();
-        currentSourceIndex = 0;
+        ASSERT_TRUE(UseOneCamera());
     }
     void TearDown() override
     {
@@ -142,9 +140,7 @@ TEST_F(CompressorTest, TheTrialListsAYuy2OnlyCompressorForYuy2AndNotForRgb24)
 TEST_F(CodecTest, WinesOwnCompressorsConnectToNoneOfTheSyntheticFormats)
 {
     ASSERT_GT(installedCodecs.size(), 1u) << "the prefix lists Wine's compressors";
-    ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
-    ScanDevices();
-    currentSourceIndex = 0;
+    ASSERT_TRUE(UseOneCamera());
     const struct {
         VideoSubtype subtype;
         int width, height;

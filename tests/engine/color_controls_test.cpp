@@ -78,9 +78,7 @@ class ColorControlTest : public EngineTest {
 protected:
     void StartWebcamWithTheTool()
     {
-        ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
-        ScanDevices();
-        currentSourceIndex = 0;
+        ASSERT_TRUE(UseOneCamera());
         brightnessContrastOn = 1;
     }
 };

@@ -14,9 +14,7 @@ using namespace enginetest;
 
 TEST_F(EngineTest, IntegrationMeasuresTheSkyBackgroundAndTakesItOffTheAddedFrames)
 {
-    ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
-    ScanDevices();
-    currentSourceIndex = 0;
+    ASSERT_TRUE(UseOneCamera());
     frameIntegrationOn = 1;
     frameIntegrationCount = 3;
     ASSERT_EQ(player->StartCamera(false, L""), S_OK) << testing::PrintToString(TakeMessages());

@@ -100,6 +100,17 @@ void EngineTest::ScanDevices()
     ASSERT_TRUE(SUCCEEDED(GetAttachedVideoDeviceList()));
 }
 
+bool EngineTest::UseOneCamera(const synthcam::DevicePacing& pacing)
+{
+    if (!devices.Add(L"Cam", L"webcam", L"ntsc", pacing))
+        return false;
+    ScanDevices();
+    if (videoSources.size() != 1)
+        return false;
+    currentSourceIndex = 0;
+    return true;
+}
+
 VideoSourceInfo* EngineTest::Source(const std::wstring& name)
 {
     for (VideoSourceInfo* source : videoSources)

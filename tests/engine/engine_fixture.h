@@ -22,6 +22,9 @@ protected:
 
     // Enumerates and validates the devices now registered.
     void ScanDevices();
+    // Adds the one synthetic webcam "Cam", scans, and makes it the device in
+    // use; false unless it is the only device found.
+    bool UseOneCamera(const synthcam::DevicePacing& pacing = {});
     // The device of that name in the engine's list, or null.
     VideoSourceInfo* Source(const std::wstring& name);
     // Everything reported since the last call, in order, as one text.

@@ -12,9 +12,7 @@ TEST_F(EngineTest, FramesTheCameraDropsShowAsDroppedBeforeTheNextRow)
 {
     synthcam::DevicePacing pacing;
     pacing.dropEvery = 7;
-    ASSERT_TRUE(devices.Add(L"Cam", L"webcam", L"ntsc", pacing));
-    ScanDevices();
-    currentSourceIndex = 0;
+    ASSERT_TRUE(UseOneCamera(pacing));
     std::string avi = devicetest::WorkFolder("engine-frame-times-drops") + "/drops.avi";
     std::string report = RecordFor(std::wstring(avi.begin(), avi.end()), 3000);
     std::vector<synthcam::FrameStamp> stamps = testsupport::ReadRecordedStamps(avi, 640);
@@ -39,9 +37,7 @@ TEST_F(EngineTest, FramesTheCameraDropsShowAsDroppedBeforeTheNextRow)
 // once, and the recording goes on.
 TEST_F(EngineTest, ARecordThatCannotBeWrittenIsToldOnceAndTheRecordingGoesOn)
 {
-    ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
-    ScanDevices();
-    currentSourceIndex = 0;
+    ASSERT_TRUE(UseOneCamera());
     std::string folder = devicetest::WorkFolder("engine-frame-times-unwritable");
     std::string avi = folder + "/blocked.avi";
     CreateDirectoryA((folder + "/blocked.frames.csv").c_str(), nullptr);

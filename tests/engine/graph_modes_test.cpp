@@ -62,10 +62,7 @@ const std::vector<std::string> kRecordingPreviewTransform = {
 
 TEST_F(EngineTest, EachModeBuildsTheChainOfItsRow)
 {
-    ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
-    ScanDevices();
-    ASSERT_EQ(videoSources.size(), 1u);
-    currentSourceIndex = 0;
+    ASSERT_TRUE(UseOneCamera());
     std::string folder = devicetest::WorkFolder("graph-modes");
     std::wstring file(folder.begin(), folder.end());
     file += L"/mode.avi";

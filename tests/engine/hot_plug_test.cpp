@@ -137,9 +137,7 @@ TEST_F(EngineTest, AScanWithoutAPlaceForItsIndexSaysSoAndDoesNothing)
 // delivered before the pull and ends where the pull was.
 TEST_F(EngineTest, APulledRecordingKeepsEveryFrameTheDeviceDelivered)
 {
-    ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
-    ScanDevices();
-    currentSourceIndex = 0;
+    ASSERT_TRUE(UseOneCamera());
     std::string avi = devicetest::WorkFolder("engine-pull") + "/pulled.avi";
     DeleteFileA(avi.c_str());
     std::wstring path(avi.begin(), avi.end());

@@ -28,10 +28,7 @@ long HandlesOfThisProcess()
 
 TEST_F(EngineTest, RestartsInPreviewAndRecordingLeaveNoThreadBehind)
 {
-    ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
-    ScanDevices();
-    ASSERT_EQ(videoSources.size(), 1u);
-    currentSourceIndex = 0;
+    ASSERT_TRUE(UseOneCamera());
     rendererChoice = 1;
     std::string folder = devicetest::WorkFolder("restart-leak");
     std::vector<long> threads, handles;

@@ -124,6 +124,17 @@ TEST(GgaReading, TimeOfDayGoesIntoTodaysDateAndTheClockIsLeftAlone)
     // From the sentence's start to the end of the text.
     EXPECT_EQ(parsed.reading.sentenceBytes,
               Gga("031415.926,4807.038,N,01131.000,E,1,08,0.9,545.4,M,,M,,").size() + kBetween.size());
+    // The clock check reads the field as meant: .926 of a second.
+    ASSERT_TRUE(parsed.reading.timeOfDayKnown);
+    EXPECT_NEAR(parsed.reading.timeOfDay, 3 * 3600 + 14 * 60 + 15.926, 1e-9);
+    // ".5" is half a second there, though the clock above makes it 5 ms.
+    Parsed half = Parse(Gga("031415.5,4807.038,N,01131.000,E,1,08,0.9,545.4,M,,M,,") + kBetween);
+    EXPECT_EQ(half.reading.time.wMilliseconds, 5);
+    EXPECT_NEAR(half.reading.timeOfDay, 3 * 3600 + 14 * 60 + 15.5, 1e-9);
+    // An empty time field is read, but gives no time for the check.
+    Parsed empty = Parse(Gga(",4807.038,N,01131.000,E,1,08,0.9,545.4,M,,M,,") + kBetween);
+    ASSERT_EQ(empty.outcome, GgaParse::Read);
+    EXPECT_FALSE(empty.reading.timeOfDayKnown);
 }
 
 TEST(GgaReading, TheLastSentenceTooCloseToTheEndGivesWayToTheOneBefore)
