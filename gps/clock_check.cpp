@@ -86,7 +86,7 @@ void NoteGpsClockOffset(double offsetSeconds)
     std::wstring warning = ClockOffsetWarning(offsetSeconds);
     {
         std::lock_guard<std::mutex> lock(offsetMutex);
-        lastOffset = {true, offsetSeconds};
+        lastOffset = {true, offsetSeconds, lastOffset.measurements + 1};
         if (warning.empty() || warnedThisConnection)
             return;
         warnedThisConnection = true;

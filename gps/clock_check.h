@@ -27,6 +27,7 @@ std::wstring ClockOffsetWarning(double offsetSeconds);
 struct GpsClockOffset {
     bool known = false;
     double seconds = 0;
+    long measurements = 0;  // how many were taken in this run
 };
 GpsClockOffset LastGpsClockOffset();
 

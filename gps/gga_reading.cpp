@@ -73,6 +73,7 @@ GgaParse ParseGgaBuffer(const unsigned char* buffer, size_t capacity, size_t byt
             return GgaParse::NoSentence;
     }
     reading.sentenceBytes = static_cast<uint32_t>(static_cast<int64_t>(text.length) - position);
+    reading.sentenceStart = position;
     reading.time = utcNow;
 
     // Even from position -1 the field lies inside the buffer, at byte 6.

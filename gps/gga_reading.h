@@ -24,6 +24,7 @@ struct GpsReading {
     wchar_t timeText[kGpsTimeTextCapacity];  // "%2.2hu:%2.2hu:%2.2hu.%3.3hu"
     SYSTEMTIME time;  // today's UTC date with the sentence's time of day
     uint32_t sentenceBytes;  // from the sentence's start to the end of the text
+    int64_t sentenceStart;  // where the sentence starts in the buffer; -1 for none
     uint32_t timeFieldOffset;  // always 7
     // The time field read as it is meant, "hhmmss.ss", in seconds after
     // midnight, for the check of the computer's clock; not known for an

@@ -18,23 +18,27 @@ uint64_t PreciseUtcNow()
     return (static_cast<uint64_t>(now.dwHighDateTime) << 32) | now.dwLowDateTime;
 }
 
-// When the first byte of the burst a read took arrived, in UTC; 0 when
-// that can't be told. The receiver sends at the line's rate, ten bits a
-// byte. Bytes that were waiting when the read began came before it, all of
-// one burst: the read before ended on the silence after the last one.
-// With none waiting, the read took the burst as it came and returned on the
-// silence after it, or at once when its buffer was full.
-uint64_t BurstStart(HANDLE port, DWORD waiting, DWORD got, uint32_t size, uint64_t before, uint64_t after)
+// When the GGA sentence a reading took arrived, in UTC; 0 when that can't
+// be told. The receiver sends at the line's rate, ten bits a byte, and a
+// read ends on the first silence, so what it took after the bytes already
+// waiting is one stretch of one burst, whose last byte came just before
+// that silence. A sentence among the bytes that were waiting came at a
+// moment nobody saw (maybe a burst or more earlier), and a read that filled
+// its buffer didn't end on a silence: neither is timed. The sentence leads
+// its burst with these receivers, so this is when the burst began.
+uint64_t SentenceArrival(HANDLE port, DWORD waiting, DWORD got, uint32_t size, int64_t sentenceStart,
+                         uint64_t after)
 {
     int32_t rateIndex = gpsLink.baudIndex;
-    if (rateIndex < 0 || rateIndex >= static_cast<int32_t>(std::size(kGpsRates)) || got == 0)
+    if (rateIndex < 0 || rateIndex >= static_cast<int32_t>(std::size(kGpsRates)) || got >= size ||
+        sentenceStart < static_cast<int64_t>(waiting) || sentenceStart >= static_cast<int64_t>(got))
+        return 0;
+    COMMTIMEOUTS timeouts{};
+    if (!GetCommTimeouts(port, &timeouts))
         return 0;
     const uint64_t byteTicks = 10 * 10000000ull / kGpsRates[rateIndex];
-    if (waiting > 0)
-        return before - static_cast<uint64_t>(waiting) * byteTicks;
-    COMMTIMEOUTS timeouts{};
-    uint64_t silence = got < size && GetCommTimeouts(port, &timeouts) ? timeouts.ReadIntervalTimeout * 10000ull : 0;
-    return after - silence - static_cast<uint64_t>(got) * byteTicks;
+    uint64_t lastByte = after - timeouts.ReadIntervalTimeout * 10000ull;
+    return lastByte - static_cast<uint64_t>(got - 1 - sentenceStart) * byteTicks;
 }
 
 }  // namespace
@@ -49,7 +53,6 @@ int ReadGpsSentence(GpsReading& reading)
     DWORD errors = 0;
     COMSTAT status{};
     DWORD waiting = ClearCommError(port, &errors, &status) ? status.cbInQue : 0;
-    uint64_t before = PreciseUtcNow();
     DWORD got = 0;
     if (!ReadFile(port, gpsBuffer, size, &got, nullptr))
         return 0;
@@ -70,9 +73,9 @@ int ReadGpsSentence(GpsReading& reading)
         break;
     }
     if (reading.timeOfDayKnown) {
-        uint64_t burstStart = BurstStart(port, waiting, got, size, before, after);
-        if (burstStart)
-            NoteGpsClockOffset(ClockOffsetSeconds(reading.timeOfDay, burstStart));
+        uint64_t arrival = SentenceArrival(port, waiting, got, size, reading.sentenceStart, after);
+        if (arrival)
+            NoteGpsClockOffset(ClockOffsetSeconds(reading.timeOfDay, arrival));
     }
     // Cleared only after a success: a failed reading's bytes stay behind.
     std::memset(gpsBuffer, 0, std::min<size_t>(size_t{size} + 20, kGpsBufferSize));
