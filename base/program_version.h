@@ -1,8 +1,13 @@
 // The program's name and version, as About says them and the frame-time
-// record's first line repeats them.
+// record's first line repeats them. The version number comes from the build
+// (the project's version in CMakeLists.txt).
 #pragma once
 
-#define MAVU_PROGRAM_VERSION_TEXT "MAVU Video Capture Version 2.1"
+#ifndef MAVU_VERSION
+#error "MAVU_VERSION comes from the build"
+#endif
+
+#define MAVU_PROGRAM_VERSION_TEXT "MAVU Video Capture Version " MAVU_VERSION
 #define MAVU_WIDEN2(text) L##text
 #define MAVU_WIDEN(text) MAVU_WIDEN2(text)
 

@@ -4,8 +4,10 @@
 
 #include <windows.h>
 
+#include "base/program_version.h"
+
 // The class name is also the single-instance key.
 constexpr const wchar_t* kMainWindowClass = L"MAVU_VideoCapture";
-constexpr const wchar_t* kMainWindowTitle = L"MAVU Video Capture Version 2.1";
+constexpr const wchar_t* kMainWindowTitle = kProgramVersionWideText;
 
 extern HWND mainWindow;

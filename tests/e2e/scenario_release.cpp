@@ -1,0 +1,81 @@
+// The release zip, unpacked into an empty folder of a prefix of its own by
+// tests/release/zip_in_fresh_prefix.sh: the zip's synthcam.exe registers
+// the rehearsal camera, and the zip's program records an event with it,
+// leaving the AVI, its report and its frame-time record.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "e2e/harness.h"
+#include "support/ffprobe.h"
+#include "support/frame_time_rows.h"
+
+using namespace e2e;
+
+namespace {
+
+constexpr wchar_t kMainTitle[] = L"MAVU Video Capture Version 2.1";
+constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
+constexpr unsigned kExitCommand = 33099;
+
+// Runs a program of the zip with its arguments and gives its exit code, or
+// -1 when it didn't start or end.
+long RunFromZip(const std::wstring& folder, const wchar_t* program, const std::wstring& arguments)
+{
+    std::wstring executable = folder + L"\\" + program;
+    std::wstring line = L"\"" + executable + L"\" " + arguments;
+    STARTUPINFOW startup{sizeof startup};
+    PROCESS_INFORMATION info{};
+    if (!CreateProcessW(executable.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr, folder.c_str(),
+                        &startup, &info))
+        return -1;
+    DWORD code = static_cast<DWORD>(-1);
+    if (WaitForSingleObject(info.hProcess, 30000) == WAIT_OBJECT_0)
+        GetExitCodeProcess(info.hProcess, &code);
+    CloseHandle(info.hThread);
+    CloseHandle(info.hProcess);
+    return static_cast<long>(code);
+}
+
+}  // namespace
+
+TEST(Release, TheZipRecordsAnEventInAFreshPrefixWithItsOwnCamera)
+{
+    const char* unpacked = std::getenv("MAVU_RELEASE_FOLDER");
+    if (!unpacked)
+        GTEST_SKIP() << "tests/release/zip_in_fresh_prefix.sh runs this on the release zip";
+    std::wstring folder(unpacked, unpacked + std::string(unpacked).size());
+    ASSERT_EQ(RunFromZip(folder, L"synthcam.exe", L"add \"Rehearsal Camera\" webcam"), 0);
+
+    // The rehearsal camera's YUY2 picture shows through VMR9 here.
+    WriteOptions(folder, Option("DefaultRenderer", "VMR9"));
+    WriteEvent(folder, L"Rehearsal_Star", UtcInSeconds(25), 6, "Rehearsal", "Star");
+    Program program(folder);
+    ASSERT_TRUE(program.Start());
+    ASSERT_TRUE(program.WaitReady());
+    HWND main = program.MainWindow();
+    ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kRecordingTitle; }, 40000)) << Narrow(program.Messages());
+    ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kMainTitle; }, 30000));
+    std::wstring videos = folder + L"\\VideoFiles";
+    ASSERT_TRUE(WaitUntil([&] { return !ListFiles(videos, L"*.txt").empty(); }, 10000));
+    PostCommand(main, kExitCommand);
+    EXPECT_TRUE(program.WaitExit(30000));
+    program.Kill();
+    EXPECT_EQ(RunFromZip(folder, L"synthcam.exe", L"remove \"Rehearsal Camera\""), 0);
+
+    std::vector<std::wstring> avis = ListFiles(videos, L"*.avi");
+    ASSERT_EQ(avis.size(), 1u);
+    EXPECT_EQ(avis[0].rfind(L"Rehearsal_Star_", 0), 0u);
+    std::wstring avi = videos + L"\\" + avis[0];
+    std::string report = ReadBytes(avi.substr(0, avi.size() - 4) + L".txt");
+    EXPECT_EQ(report.rfind("Event recording: ", 0), 0u) << report;
+    EXPECT_NE(report.find("Video source device: Rehearsal Camera"), std::string::npos) << report;
+    testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(avi));
+    ASSERT_TRUE(video.ok) << video.raw;
+    EXPECT_GT(video.frames, 120);
+    testsupport::FrameTimeFile record = testsupport::ReadFrameTimeFile(Narrow(avi.substr(0, avi.size() - 4)) +
+                                                                       ".frames.csv");
+    ASSERT_TRUE(record.ok);
+    EXPECT_EQ(static_cast<int>(record.rows.size()), video.frames);
+}
