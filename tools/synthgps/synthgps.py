@@ -33,6 +33,7 @@ import argparse
 import ctypes
 import ctypes.util
 import datetime
+import fcntl
 import math
 import os
 import select
@@ -46,6 +47,26 @@ import tty
 SCRIPTS = ["steady", "nofix", "cut", "zerobyte", "flood", "silence", "notime"]
 TICK = 0.01  # seconds between two looks at the line
 GAP = 0.2  # least silence between two bursts
+
+
+# Linux's termios2: the speed as a number in c_ispeed, when c_cflag's speed
+# code is BOTHER (Wine 10 sets line speeds this way; Wine 8 by a code).
+TCGETS2 = 0x802C542A
+TERMIOS2_BYTES = 44
+ISPEED_OFFSET = 36
+
+
+def line_rate(fd, rates):
+    """The rate the program set on the line: by its speed code, or by the
+    number termios2 holds when the code is BOTHER; 0 when neither tells."""
+    code = termios.tcgetattr(fd)[4]
+    if code in rates:
+        return rates[code]
+    try:
+        raw = fcntl.ioctl(fd, TCGETS2, bytes(TERMIOS2_BYTES))
+    except OSError:
+        return 0
+    return struct.unpack_from("I", raw, ISPEED_OFFSET)[0]
 
 
 def speeds():
@@ -335,7 +356,7 @@ class Receiver:
                     os.read(self.master, 4096)  # the program never writes; this drains any echo
                 except OSError:
                     pass
-            rate = self.rates.get(termios.tcgetattr(self.master)[4], 0)
+            rate = line_rate(self.master, self.rates)
             # A closing is logged with the rate the port had while it was
             # open, an opening with the rate it has now.
             just_opened = False
