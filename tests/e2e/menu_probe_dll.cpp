@@ -20,14 +20,25 @@ BOOL CALLBACK FindOwnMainWindow(HWND window, LPARAM found)
 
 }  // namespace
 
-// The state of a main menu item by its command number, as GetMenuState gives
-// it (0xFFFFFFFF when there is no such item or no main window).
-extern "C" __declspec(dllexport) DWORD WINAPI ProbeMainMenuState(void* command)
+DWORD MainMenuState(void* item, UINT how)
 {
     HWND main = nullptr;
     EnumWindows(FindOwnMainWindow, reinterpret_cast<LPARAM>(&main));
     HMENU menu = main ? GetMenu(main) : nullptr;
     if (!menu)
         return 0xFFFFFFFFu;
-    return GetMenuState(menu, static_cast<UINT>(reinterpret_cast<UINT_PTR>(command)), MF_BYCOMMAND);
+    return GetMenuState(menu, static_cast<UINT>(reinterpret_cast<UINT_PTR>(item)), how);
+}
+
+// The state of a main menu item by its command number, as GetMenuState gives
+// it (0xFFFFFFFF when there is no such item or no main window).
+extern "C" __declspec(dllexport) DWORD WINAPI ProbeMainMenuState(void* command)
+{
+    return MainMenuState(command, MF_BYCOMMAND);
+}
+
+// The same for a popup of the menu bar, by its position from 0 (File).
+extern "C" __declspec(dllexport) DWORD WINAPI ProbeMenuBarState(void* position)
+{
+    return MainMenuState(position, MF_BYPOSITION);
 }

@@ -55,11 +55,12 @@ BYTE* RemoteModuleBase(DWORD processId)
 
 }  // namespace
 
-UINT RemoteMenuState(DWORD processId, unsigned command)
+// Runs one export of the probe in the program with its argument.
+static UINT RunProbe(DWORD processId, const char* exportName, unsigned argument)
 {
     std::wstring path = BinFolder() + L"\\" + kProbeName;
     HMODULE local = LoadLibraryW(path.c_str());
-    FARPROC probe = local ? GetProcAddress(local, "ProbeMainMenuState") : nullptr;
+    FARPROC probe = local ? GetProcAddress(local, exportName) : nullptr;
     HANDLE process = OpenProcess(PROCESS_ALL_ACCESS, FALSE, processId);
     if (!probe || !process) {
         if (process)
@@ -70,11 +71,22 @@ UINT RemoteMenuState(DWORD processId, unsigned command)
     BYTE* remoteBase = LoadProbe(process, path) ? RemoteModuleBase(processId) : nullptr;
     if (remoteBase) {
         void* start = remoteBase + (reinterpret_cast<BYTE*>(probe) - reinterpret_cast<BYTE*>(local));
-        if (!RunRemoteThread(process, start, reinterpret_cast<void*>(static_cast<UINT_PTR>(command)), &state))
+        if (!RunRemoteThread(process, start, reinterpret_cast<void*>(static_cast<UINT_PTR>(argument)), &state))
             state = 0xFFFFFFFFu;
     }
     CloseHandle(process);
     return state;
+}
+
+UINT RemoteMenuState(DWORD processId, unsigned command)
+{
+    return RunProbe(processId, "ProbeMainMenuState", command);
+}
+
+bool IsMenuBarPopupGrey(DWORD processId, unsigned position)
+{
+    UINT state = RunProbe(processId, "ProbeMenuBarState", position);
+    return state != 0xFFFFFFFFu && (state & MF_GRAYED) != 0;
 }
 
 bool IsMenuItemGrey(DWORD processId, unsigned command)

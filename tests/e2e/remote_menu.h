@@ -12,5 +12,7 @@ namespace e2e {
 UINT RemoteMenuState(DWORD processId, unsigned command);
 // The item is there and greyed.
 bool IsMenuItemGrey(DWORD processId, unsigned command);
+// The popup of the menu bar at that position (0 is File) is there and greyed.
+bool IsMenuBarPopupGrey(DWORD processId, unsigned position);
 
 }  // namespace e2e

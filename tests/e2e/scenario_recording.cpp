@@ -3,6 +3,7 @@
 
 #include "device/graph_helpers.h"
 #include "e2e/harness.h"
+#include "e2e/remote_menu.h"
 #include "support/ffprobe.h"
 
 #include <regex>
@@ -84,36 +85,49 @@ TEST(Recording, ManualStartWaitStopWritesTheAviAndItsReport)
     program.Kill();
 }
 
-// While recording, four popups of the main menu and the File popup of User
-// Messages are grey; File, with Exit, stays open to the user. Another
-// process can't read a menu's state here, so the open menu is shown in a
-// screenshot.
+// While recording, four popups of the main menu are grey; File, with Exit,
+// stays open to the user. Another process can't read a menu's state here:
+// the probe loaded into the program reads it.
 TEST(Recording, TheMenusAreGreyWhileRecording)
 {
     ManualRun run;
     ASSERT_TRUE(run.Start());
     Program& program = *run.program;
     HWND main = run.main, start = run.start, stop = run.stop;
+    // The menu bar's popups by position: File stays, the four others grey
+    // while a recording runs, and come back after it.
+    struct Popup {
+        unsigned position;
+        const char* name;
+        bool greyWhileRecording;
+    } popups[] = {{0, "File", false}, {1, "Events", true}, {2, "Display", true}, {3, "Options", true}, {4, "Help", true}};
+    for (const Popup& popup : popups)
+        EXPECT_FALSE(IsMenuBarPopupGrey(program.ProcessId(), popup.position)) << popup.name << " before";
     Click(start);
     ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kRecordingTitle; }, 10000));
-    // The File popup, opened by a click on the menu bar.
+    for (const Popup& popup : popups)
+        EXPECT_EQ(IsMenuBarPopupGrey(program.ProcessId(), popup.position), popup.greyWhileRecording)
+            << popup.name << " while recording";
+    // As a user sees it: the File popup, opened by a click on the menu bar.
     POINT corner{0, 0};
     ClientToScreen(main, &corner);
     POINT onFile{corner.x + 12, corner.y - 10};
     PostMessageW(main, WM_NCLBUTTONDOWN, HTMENU, MAKELPARAM(onFile.x, onFile.y));
-    HWND popup = nullptr;
+    HWND menu = nullptr;
     ASSERT_TRUE(WaitUntil(
         [&] {
-            popup = FindProcessWindow(program.ProcessId(), L"#32768");
-            return popup && IsVisible(popup);
+            menu = FindProcessWindow(program.ProcessId(), L"#32768");
+            return menu && IsVisible(menu);
         },
         5000));
     Sleep(300);
     EXPECT_TRUE(TakeScreenshot("menu-while-recording"));
-    PostMessageW(popup, WM_KEYDOWN, VK_ESCAPE, 0);
+    PostMessageW(menu, WM_KEYDOWN, VK_ESCAPE, 0);
     PostMessageW(main, WM_KEYDOWN, VK_ESCAPE, 0);
     Sleep(300);
     Click(stop);
     ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kMainTitle; }, 10000));
+    for (const Popup& popup : popups)
+        EXPECT_FALSE(IsMenuBarPopupGrey(program.ProcessId(), popup.position)) << popup.name << " after";
     program.Kill();
 }
