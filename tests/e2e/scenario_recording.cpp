@@ -6,6 +6,7 @@
 #include "e2e/remote_menu.h"
 #include "support/ffprobe.h"
 
+#include <cstring>
 #include <regex>
 
 using namespace e2e;
@@ -130,4 +131,57 @@ TEST(Recording, TheMenusAreGreyWhileRecording)
     for (const Popup& popup : popups)
         EXPECT_FALSE(IsMenuBarPopupGrey(program.ProcessId(), popup.position)) << popup.name << " after";
     program.Kill();
+}
+
+// Exit from the menu, or the close box, while a recording runs by hand or
+// for an event: the program ends, and the recording is stopped first, with
+// its file finished and its report written.
+TEST(Recording, ExitOrTheCloseBoxDuringARecordingFinishesItsFileAndReport)
+{
+    constexpr unsigned kExitCommand = 33099;
+    struct Case {
+        const char* name;
+        bool event;
+        bool closeBox;
+        const char* reportStart;
+    } cases[] = {
+        {"by hand, Exit", false, false, "Manual recording\r\r\n"},
+        {"by hand, close box", false, true, "Manual recording\r\r\n"},
+        {"event, Exit", true, false, "Event recording: "},
+    };
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.name);
+        ManualRun run;
+        ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
+        run.folder = MakeWorkFolder(L"Recording.Exit " + std::wstring(each.name, each.name + std::strlen(each.name)));
+        WriteOptions(run.folder, Option("DefaultRenderer", "VMR9"));
+        if (each.event)
+            WriteEvent(run.folder, L"Exit_event", UtcInSeconds(14), 20, "Exit");
+        run.program = std::make_unique<Program>(run.folder);
+        ASSERT_TRUE(run.program->Start() && run.program->WaitReady());
+        HWND main = run.program->MainWindow();
+        if (!each.event) {
+            HWND start = FindChild(run.program->RecordControlsWindow(), L"Button", nullptr);
+            ASSERT_NE(start, nullptr);
+            Click(start);
+        }
+        ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kRecordingTitle; }, 30000));
+        Sleep(3000);
+        if (each.closeBox)
+            PostMessageW(main, WM_CLOSE, 0, 0);
+        else
+            PostCommand(main, kExitCommand);
+        ASSERT_TRUE(run.program->WaitExit(30000)) << "the program ends";
+
+        std::wstring videos = run.folder + L"\\VideoFiles";
+        std::vector<std::wstring> avis = ListFiles(videos, L"*.avi");
+        ASSERT_EQ(avis.size(), 1u);
+        std::wstring avi = videos + L"\\" + avis[0];
+        std::string report = ReadBytes(avi.substr(0, avi.size() - 4) + L".txt");
+        EXPECT_EQ(report.rfind(each.reportStart, 0), 0u) << report;
+        EXPECT_NE(report.find("Stop recording at "), std::string::npos) << report;
+        testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(avi));
+        ASSERT_TRUE(video.ok) << video.raw;
+        EXPECT_GT(video.frames, 60);
+    }
 }

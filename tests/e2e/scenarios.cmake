@@ -44,6 +44,7 @@ set(MAVU_E2E_SCENARIOS
     Video.Vmr7WithoutQualityInterfaceIsRefused
     Recording.ManualStartWaitStopWritesTheAviAndItsReport
     Recording.TheMenusAreGreyWhileRecording
+    Recording.ExitOrTheCloseBoxDuringARecordingFinishesItsFileAndReport
     Events.OneEventRecordsCentredOnItsMoment
     Events.LoadingSaysWhatOverlapsAndPassesOverWhatIsOver
     Events.ManualRecordingDuringACountdownCancelsItAndStopReloads
