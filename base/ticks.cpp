@@ -32,3 +32,10 @@ uint64_t UtcNowTicks()
     GetSystemTime(&now);
     return SystemTimeToTicks(now);
 }
+
+uint64_t PreciseUtcNowTicks()
+{
+    FILETIME now{};
+    GetSystemTimePreciseAsFileTime(&now);
+    return (static_cast<uint64_t>(now.dwHighDateTime) << 32) | now.dwLowDateTime;
+}

@@ -21,3 +21,5 @@ SYSTEMTIME UtcFromLocal(const SYSTEMTIME& local, int32_t utcOffsetMinutes);
 
 // The present UTC time by GetSystemTime, as ticks.
 uint64_t UtcNowTicks();
+// The present UTC time as precisely as the system keeps it, as ticks.
+uint64_t PreciseUtcNowTicks();

@@ -5,6 +5,7 @@
 #include <mutex>
 
 #include "base/report.h"
+#include "base/ticks.h"
 
 namespace {
 
@@ -13,7 +14,6 @@ GpsClockOffset lastOffset;
 bool warnedThisConnection = false;
 
 constexpr double kSecondsPerDay = 86400.0;
-constexpr uint64_t kTicksPerSecond = 10000000;
 
 bool IsDigit(char c)
 {

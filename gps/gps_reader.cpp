@@ -5,18 +5,12 @@
 #include <iterator>
 
 #include "base/report.h"
+#include "base/ticks.h"
 #include "gps/clock_check.h"
 #include "gps/gps_link.h"
 #include "gps/gps_probe.h"
 
 namespace {
-
-uint64_t PreciseUtcNow()
-{
-    FILETIME now{};
-    GetSystemTimePreciseAsFileTime(&now);
-    return (static_cast<uint64_t>(now.dwHighDateTime) << 32) | now.dwLowDateTime;
-}
 
 // When the GGA sentence a reading took arrived, in UTC; 0 when that can't
 // be told. The receiver sends at the line's rate, ten bits a byte, and a
@@ -56,7 +50,7 @@ int ReadGpsSentence(GpsReading& reading)
     DWORD got = 0;
     if (!ReadFile(port, gpsBuffer, size, &got, nullptr))
         return 0;
-    uint64_t after = PreciseUtcNow();
+    uint64_t after = PreciseUtcNowTicks();
     if (got == 0) {
         ReportUserMessage(L"Zero bytes read for GPS values refresh\r\n", true);
         return 0;

@@ -3,18 +3,12 @@
 #include <vector>
 
 #include "base/report.h"
+#include "base/ticks.h"
 
 namespace {
 
 constexpr size_t kWriteBytes = 64 * 1024;
 constexpr ULONGLONG kWriteIntervalMs = 1000;
-
-uint64_t PreciseUtcNow()
-{
-    FILETIME now{};
-    GetSystemTimePreciseAsFileTime(&now);
-    return (static_cast<uint64_t>(now.dwHighDateTime) << 32) | now.dwLowDateTime;
-}
 
 }  // namespace
 
@@ -40,7 +34,7 @@ void FrameTimeRecord::StreamRuns(IReferenceClock* clock, REFERENCE_TIME start)
             ClockReading reading;
             if (FAILED(clock->GetTime(&reading.referenceBefore)))
                 break;
-            reading.utc = PreciseUtcNow();
+            reading.utc = PreciseUtcNowTicks();
             if (FAILED(clock->GetTime(&reading.referenceAfter)))
                 break;
             readings.push_back(reading);
@@ -55,7 +49,7 @@ void FrameTimeRecord::StreamRuns(IReferenceClock* clock, REFERENCE_TIME start)
     } else {
         // Without a clock the samples carry no times either: the rows
         // then say the frame's number and its losses only.
-        header_.streamZeroUtc = PreciseUtcNow();
+        header_.streamZeroUtc = PreciseUtcNowTicks();
         header_.clockSpread = 0;
         header_.clockReadings = 0;
     }
