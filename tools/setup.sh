@@ -5,6 +5,7 @@ set -euo pipefail
 packages=(
     cmake ninja-build g++-mingw-w64-x86-64-posix
     wine wine64 mesa-vulkan-drivers
+    fonts-wine fonts-liberation
     xvfb x11-utils imagemagick
     googletest ffmpeg socat
     python3

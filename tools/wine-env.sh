@@ -6,14 +6,14 @@ mavu_display_ready() {
     if [ -n "${DISPLAY:-}" ] && xdpyinfo >/dev/null 2>&1; then
         return 0
     fi
-    export DISPLAY=:99
+    export DISPLAY="${MAVU_XVFB_DISPLAY:-:99}"
     if xdpyinfo >/dev/null 2>&1; then
         return 0
     fi
     (
         flock 8
         if ! xdpyinfo >/dev/null 2>&1; then
-            setsid Xvfb :99 -screen 0 1920x1080x24 -nolisten tcp </dev/null >/dev/null 2>&1 8>&- &
+            setsid Xvfb "$DISPLAY" -screen 0 1920x1080x24 -nolisten tcp </dev/null >/dev/null 2>&1 8>&- &
             for _ in $(seq 1 100); do
                 xdpyinfo >/dev/null 2>&1 && break
                 sleep 0.1
@@ -70,9 +70,28 @@ mavu_wineserver_ready() {
     wine cmd /c exit </dev/null >/dev/null 2>&1 || true
 }
 
+# The program's dialogs ask for Tahoma, Consolas and Lucida Console. Tahoma is
+# Wine's own (fonts-wine); the two fixed faces are Windows' and stand in here
+# as Liberation Mono, whose advance (0.60 em) equals Lucida Console's and is
+# wider than Consolas' (0.55 em): a text that fits here fits on Windows.
+mavu_fonts_ready() {
+    [ -f "$WINEPREFIX/.mavu-fonts" ] && return 0
+    (
+        flock 9
+        if [ ! -f "$WINEPREFIX/.mavu-fonts" ]; then
+            for face in Consolas "Lucida Console"; do
+                wine reg add 'HKCU\Software\Wine\Fonts\Replacements' /v "$face" /t REG_SZ /d "Liberation Mono" /f \
+                    </dev/null >/dev/null 2>&1 9>&-
+            done
+            touch "$WINEPREFIX/.mavu-fonts"
+        fi
+    ) 9>"$WINEPREFIX.lock"
+}
+
 mavu_wine_ready() {
     mavu_display_ready
     mavu_prefix_ready
     mavu_wineserver_ready
     mavu_direct3d_ready
+    mavu_fonts_ready
 }

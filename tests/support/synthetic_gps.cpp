@@ -12,7 +12,8 @@ namespace testsupport {
 
 namespace {
 
-const std::string kPrefix = std::string(MAVU_BINARY_DIR_UNIX) + "/wineprefix";
+// The prefix as the shell sees it: the one this process runs in.
+const std::string kPrefix = "${WINEPREFIX:-" + std::string(MAVU_BINARY_DIR_UNIX) + "/wineprefix}";
 
 bool Exists(const std::string& unixPath)
 {
@@ -45,7 +46,7 @@ std::wstring UnixToWindows(const std::string& unixPath)
 
 bool RemoveComLinks()
 {
-    return RunUnixAndWait("rm -f '" + kPrefix + "'/dosdevices/com*", 10000);
+    return RunUnixAndWait("rm -f \"" + kPrefix + "\"/dosdevices/com*", 10000);
 }
 
 SyntheticGps::~SyntheticGps()
@@ -63,7 +64,7 @@ bool SyntheticGps::Start(int port, int baud, const std::string& script, bool kee
         return false;
     std::ostringstream command;
     command << "rm -rf '" << state_ << "' && mkdir -p '" << state_ << "' && setsid python3 '" << MAVU_SOURCE_DIR_UNIX
-            << "/tools/synthgps/synthgps.py' --prefix '" << kPrefix << "' --port " << port << " --baud " << baud
+            << "/tools/synthgps/synthgps.py' --prefix \"" << kPrefix << "\" --port " << port << " --baud " << baud
             << " --script " << script << " --clock-ahead " << clockAheadSeconds << " --state '" << state_
             << "' --seconds 900"
             << " </dev/null >'" << state_ << ".out' 2>&1 &";
