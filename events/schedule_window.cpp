@@ -15,6 +15,7 @@
 #include "ui/control_ids.h"
 #include "ui/dialog_common.h"
 #include "ui/fonts.h"
+#include "ui/picker_format.h"
 #include "ui/window_layout.h"
 
 namespace {
@@ -34,7 +35,9 @@ constexpr wchar_t kDeleteWarning[] =
     L"WARNING: unable to delete one or more selected event files - write protected?\r\n";
 
 HWND eventPicker = nullptr;
+PickerFormat eventPickerFormat;
 HWND durationPicker = nullptr;
+PickerFormat durationPickerFormat;
 HWND asteroidEdit = nullptr;
 HWND starEdit = nullptr;
 HWND commentEdit = nullptr;
@@ -53,6 +56,8 @@ bool ReadPicker(HWND picker, SYSTEMTIME& time)
 void SetPicker(HWND picker, const SYSTEMTIME& time)
 {
     SendMessageW(picker, DTM_SETSYSTEMTIME, GDT_VALID, reinterpret_cast<LPARAM>(&time));
+    if (picker == eventPicker)
+        FollowPickerMonth(eventPickerFormat);
 }
 
 std::wstring FieldText(HWND edit, int capacity)
@@ -80,6 +85,7 @@ void FilterField(HWND edit, bool isComment)
 // at which the window opened.
 void OnEventTimeChanged()
 {
+    FollowPickerMonth(eventPickerFormat);
     SYSTEMTIME picked{};
     if (!ReadPicker(eventPicker, picked)) {
         ReportUserMessage(L"Unable to get datetime value\r\n", true);
@@ -195,11 +201,14 @@ LRESULT CALLBACK ScheduleWindowProc(HWND window, UINT message, WPARAM wParam, LP
     return DefWindowProcW(window, message, wParam, lParam);
 }
 
-HWND MakePicker(HWND parent, DWORD style, int x, int y, int width, int height, const wchar_t* format)
+HWND MakePicker(HWND parent, DWORD style, int x, int y, int width, int height, const wchar_t* format,
+                PickerFormat& pickerFormat)
 {
     HWND picker = CreateControl(parent, DATETIMEPICK_CLASSW, L"", style, x, y, width, height, 0,
                                 appFonts[ScheduleEntryFont]);
-    SendMessageW(picker, DTM_SETFORMATW, 0, reinterpret_cast<LPARAM>(format));
+    pickerFormat.picker = picker;
+    pickerFormat.format = format;
+    ApplyPickerFormat(pickerFormat);
     return picker;
 }
 
@@ -220,9 +229,10 @@ HWND CreateScheduleWindow(HINSTANCE instance)
     if (!window)
         return nullptr;
     CreateLabel(window, L"Predicted Event Date and Time (UTC):", 60, 20, 260);
-    eventPicker = MakePicker(window, 0x50810000, 90, 50, 210, 30, L"MMM d',' yyyy   HH':'mm':'ss");
+    eventPicker = MakePicker(window, 0x50810000, 90, 50, 210, 30, L"MMM d',' yyyy   HH':'mm':'ss",
+                             eventPickerFormat);
     CreateLabel(window, L"Recording Duration (hh:mm:ss):", 80, 110, 210);
-    durationPicker = MakePicker(window, 0x50810009, 140, 140, 100, 30, L"HH':'mm':'ss");
+    durationPicker = MakePicker(window, 0x50810009, 140, 140, 100, 30, L"HH':'mm':'ss", durationPickerFormat);
     CreateLabel(window, L"Optional File Prefixes (20 chars max each)", 35, 200, 280);
     CreateLabel(window, L"Asteroid:", 35, 230, 120);
     asteroidEdit = MakeEdit(window, 100, 230, 195, kAsteroidEdit, 20);
