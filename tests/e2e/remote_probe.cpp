@@ -1,4 +1,4 @@
-#include "e2e/remote_menu.h"
+#include "e2e/remote_probe.h"
 
 #include <tlhelp32.h>
 
@@ -9,7 +9,7 @@
 namespace e2e {
 namespace {
 
-constexpr wchar_t kProbeName[] = L"menu_probe.dll";
+constexpr wchar_t kProbeName[] = L"program_probe.dll";
 constexpr DWORD kThreadTimeoutMs = 10000;
 
 // Runs a function in the process on a thread of its own; its exit code.
@@ -93,6 +93,21 @@ bool IsMenuItemGrey(DWORD processId, unsigned command)
 {
     UINT state = RemoteMenuState(processId, command);
     return state != 0xFFFFFFFFu && (state & MF_GRAYED) != 0;
+}
+
+int ClippedTexts(DWORD processId, HWND window, std::wstring* report)
+{
+    const unsigned handle = static_cast<unsigned>(reinterpret_cast<UINT_PTR>(window));
+    UINT clipped = RunProbe(processId, "ProbeClippedTexts", handle);
+    wchar_t path[MAX_PATH + 64] = L"";
+    DWORD folder = GetTempPathW(MAX_PATH, path);
+    wsprintfW(path + folder, L"mavu-text-fit-%lu-%u.txt", processId, handle);
+    if (report) {
+        std::string bytes = ReadBytes(path);
+        report->assign(reinterpret_cast<const wchar_t*>(bytes.data()), bytes.size() / sizeof(wchar_t));
+    }
+    DeleteFileW(path);
+    return clipped == 0xFFFFFFFFu ? -1 : static_cast<int>(clipped);
 }
 
 }  // namespace e2e

@@ -16,7 +16,7 @@
 
 #include "device/graph_helpers.h"
 #include "e2e/harness.h"
-#include "e2e/remote_menu.h"
+#include "e2e/remote_probe.h"
 #include "support/ffprobe.h"
 #include "tools/synthcam/registry.h"
 #include "tools/vmr7standin/registration.h"

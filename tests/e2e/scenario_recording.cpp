@@ -3,7 +3,7 @@
 
 #include "device/graph_helpers.h"
 #include "e2e/harness.h"
-#include "e2e/remote_menu.h"
+#include "e2e/remote_probe.h"
 #include "support/ffprobe.h"
 
 #include <cstring>

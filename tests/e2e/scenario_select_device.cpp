@@ -10,7 +10,7 @@
 
 #include "device/graph_helpers.h"
 #include "e2e/harness.h"
-#include "e2e/remote_menu.h"
+#include "e2e/remote_probe.h"
 #include "ui/commands.h"
 #include "ui/control_ids.h"
 

@@ -11,6 +11,7 @@ set(MAVU_E2E_SCENARIOS
     Messages.AboutWritesThreeLines
     Messages.TheWindowFollowsTheNewestLine
     Screenshots.MainAndUserMessagesWindows
+    Dialogs.EveryTextFitsItsControlInItsOwnFont
     Options.SavedPositionsApplyAtStartUp
     Options.UnreadableFileIsReportedAndDefaultsStand
     Options.FallbackFileIsReadWhenTheFirstIsDamaged
