@@ -52,11 +52,24 @@ mount_root() {
     done
 }
 
+# The project is mounted inside its own build folder while the command runs:
+# everything is unmounted again at the end, so that nothing walking the
+# project's tree meets the root's /proc or the project a second time. One
+# command at a time.
+unmount_root() {
+    local target
+    for target in "$root" /tmp /dev/pts /dev /sys /proc; do
+        mountpoint -q "$chroot_dir$target" && umount -l "$chroot_dir$target"
+    done
+    return 0
+}
+
 mkdir -p "$root/build"
 make_root
+trap unmount_root EXIT
 mount_root
 cd "$root"
-exec chroot "$chroot_dir" env -i \
+chroot "$chroot_dir" env -i \
     HOME=/root PATH=/usr/local/bin:/usr/bin:/bin:/usr/sbin:/sbin \
     LANG=C.UTF-8 TERM="${TERM:-dumb}" \
     MAVU_WINEPREFIX="$root/build/wineprefix-wine10" \
