@@ -26,6 +26,9 @@ std::string WorkFolder(const std::string& name);
 // Sets the capture pin's format to the device's listed format of that
 // subtype and size.
 HRESULT SelectFormat(IBaseFilter* device, REFGUID subtype, int width, int height);
+// Asks the platform whether that renderer takes the device's preview in its
+// present format: a capture graph renders the stream into it, or can't.
+bool RendererConnectsTo(REFCLSID renderer, const std::wstring& deviceName);
 // The reference count an object has, read by adding one and dropping it.
 ULONG ReferenceCount(IUnknown* object);
 

@@ -107,8 +107,6 @@ TEST(ToolWindows, MagnifyDoublesThePictureAndClosingRestoresIt)
 // Where Direct3D draws no picture into the main window, the checks of the
 // picture can't run: the test then says so as skipped once the rest of it
 // has passed.
-constexpr char kNoPicture[] =
-    "the picture checks need Direct3D's Vulkan renderer, which draws into the main window here";
 
 // The slider sets the threshold of the running filter: at 200 the saturated
 // star is painted, at 255 the picture has no warning colour. Save keeps a
@@ -123,7 +121,7 @@ TEST(ToolWindows, PixelSaturationSliderAndItsTwoSaves)
     HWND save = GetDlgItem(window, kSaturationSaveButton);
     EXPECT_FALSE(IsEnabled(save));
     Sleep(2000);
-    bool pictured = Direct3DRendersWithVulkan();
+    bool pictured = PictureShowsIn(run.clipping);
     if (pictured) {
         EXPECT_EQ(WarningPixels("saturation-255", run.clipping), 0) << "no threshold until the slider moves";
     }
@@ -159,7 +157,7 @@ TEST(ToolWindows, PixelSaturationSliderAndItsTwoSaves)
     }
     run.program->Kill();
     if (!pictured)
-        GTEST_SKIP() << kNoPicture;
+        GTEST_SKIP() << kNoPictureHere;
 }
 
 // Counts outside 2 to 30 are refused with the line, and the box shows "2".
@@ -226,7 +224,7 @@ TEST(ToolWindows, BrightnessAndContrastActOnThePreviewAndClosingCentresThem)
     EXPECT_EQ(SendMessageW(brightness, TBM_GETPOS, 0, 0), 50);
     EXPECT_EQ(SendMessageW(contrast, TBM_GETPOS, 0, 0), 50);
     Sleep(2000);
-    bool pictured = Direct3DRendersWithVulkan();
+    bool pictured = PictureShowsIn(run.clipping);
     double middle = pictured ? PictureLevel("brightness-50", run.clipping) : 0;
 
     MoveSlider(brightness, 90);
@@ -249,7 +247,7 @@ TEST(ToolWindows, BrightnessAndContrastActOnThePreviewAndClosingCentresThem)
     }
     run.program->Kill();
     if (!pictured)
-        GTEST_SKIP() << kNoPicture;
+        GTEST_SKIP() << kNoPictureHere;
 }
 
 // Without colour in files the window is the smaller one and has no file box;
@@ -277,7 +275,7 @@ TEST(ToolWindows, FrameIntegrationKeepsTheBackgroundLevelAndARecordingTurnsItOff
     ToolRun run;
     ASSERT_TRUE(run.Start());
     Sleep(1500);
-    bool pictured = Direct3DRendersWithVulkan();
+    bool pictured = PictureShowsIn(run.clipping);
     double plain = pictured ? PictureLevel("integration-off", run.clipping) : 0;
     HWND window = run.Open(IDM_FRAME_INTEGRATION, L"FrameIntegration");
     ASSERT_NE(window, nullptr);
@@ -300,5 +298,5 @@ TEST(ToolWindows, FrameIntegrationKeepsTheBackgroundLevelAndARecordingTurnsItOff
     EXPECT_LE(missing, testsupport::ReportedDroppedFrames(recording.report)) << recording.report;
     run.program->Kill();
     if (!pictured)
-        GTEST_SKIP() << kNoPicture;
+        GTEST_SKIP() << kNoPictureHere;
 }

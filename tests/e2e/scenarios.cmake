@@ -41,7 +41,7 @@ set(MAVU_E2E_SCENARIOS
     Scheduling.DeletingAsksByTheRowsAndRearmsTheNextEvent
     Scheduling.TheListSortsAndShowsItsCells
     Scheduling.AFileThatCannotBeDeletedIsWarnedAboutAndTheOthersGo
-    Video.EvrTakesNoYuy2OnThisPlatformAndSaysSo
+    Video.TheEvrShowsAYuy2CameraOrThePlatformsRefusalIsSaid
     Video.Vmr7WithoutQualityInterfaceIsRefused
     Recording.ManualStartWaitStopWritesTheAviAndItsReport
     Recording.TheMenusAreGreyWhileRecording

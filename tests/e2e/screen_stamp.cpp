@@ -1,5 +1,7 @@
 #include "e2e/screen_stamp.h"
 
+#include <gtest/gtest.h>
+
 #include <windows.h>
 
 #include "e2e/harness.h"
@@ -61,6 +63,23 @@ bool Direct3DRendersWithVulkan()
     return RegGetValueW(HKEY_CURRENT_USER, L"Software\\Wine\\Direct3D", L"renderer", RRF_RT_REG_SZ, nullptr, value,
                         &size) == ERROR_SUCCESS &&
            _wcsicmp(value, L"vulkan") == 0;
+}
+
+const char kNoPictureHere[] =
+    "Direct3D draws no picture into the program's main window here (its OpenGL path into a child window)";
+
+bool PictureShowsIn(HWND clipping)
+{
+    RECT picture{};
+    GetWindowRect(clipping, &picture);
+    synthcam::FrameStamp stamp{};
+    if (!ReadStampOnScreen("picture-check", picture.left + 2, picture.top + 1, 1, &stamp))
+        return false;
+    // The window's own grey background reads as every cell set.
+    bool grey = stamp.counter == 0xFFFFFFu && stamp.utcMs == 0xFFFFFFFFFFull;
+    if (grey && Direct3DRendersWithVulkan())
+        ADD_FAILURE() << "the clipping window is grey though Direct3D renders with Vulkan";
+    return !grey;
 }
 
 }  // namespace e2e

@@ -2,6 +2,8 @@
 // really put on the display, frame number and UTC time.
 #pragma once
 
+#include <windows.h>
+
 #include <string>
 
 #include "tools/synthcam/sky.h"
@@ -17,10 +19,15 @@ bool ReadStampOnScreen(const std::string& name, int x, int y, int scale, synthca
 // screen as bytes R, G, B, row by row.
 bool ReadScreenRgb(const std::string& name, int x, int y, int width, int height, std::string* rgb);
 
-// Whether the prefix's Direct3D uses its Vulkan renderer. Only then does
-// Wine draw a renderer's picture into a child window, such as the program's
-// clipping window: its default OpenGL path, on this distribution's X11
-// driver, draws a child window's picture nowhere.
+// Whether the prefix's Direct3D uses its Vulkan renderer, which draws into
+// child windows (through a copy) wherever it runs.
 bool Direct3DRendersWithVulkan();
+
+// Whether the camera's picture shows in the program's clipping window, read
+// from the screen: some platforms' Direct3D draws nothing into a child window
+// (Wine 8's OpenGL path on Debian). Grey where Vulkan renders is a failure.
+bool PictureShowsIn(HWND clipping);
+// The reason given by a scenario skipped for want of a picture.
+extern const char kNoPictureHere[];
 
 }  // namespace e2e
