@@ -90,6 +90,13 @@ TEST(Dialogs, EveryTextFitsItsControlInItsOwnFont)
     HWND countdown = nullptr;
     ASSERT_TRUE(WaitUntil(
         [&] { return (countdown = FindProcessWindow(process, L"CountdownWindow")) && IsVisible(countdown); }, 10000));
+    // The digits (the one centred text) once the first second has ticked.
+    HWND digits = nullptr;
+    for (HWND child = GetWindow(countdown, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
+        if ((GetWindowLongW(child, GWL_STYLE) & SS_TYPEMASK) == SS_CENTER)
+            digits = child;
+    ASSERT_NE(digits, nullptr);
+    ASSERT_TRUE(WaitUntil([&] { return WindowText(digits).size() >= 5; }, 5000));
     ExpectEveryTextFits(process, countdown);
     TakeScreenshot("dialog-CountdownWindow");
 

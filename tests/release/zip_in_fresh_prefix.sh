@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # The release zip as a user meets it: unpacked into an empty folder of a
-# prefix made for this run alone, then the scenario Release.* of the
-# end-to-end tests drives the zip's own programs there (its synthcam.exe
-# registers the rehearsal camera, its MAVU_VideoCapture.exe records an
-# event).
+# prefix made for this run alone by wineboot and nothing else (what a user
+# has in ~/.wine), then the scenarios Release.* of the end-to-end tests drive
+# the zip's own programs there (its synthcam.exe registers the rehearsal
+# camera, its MAVU_VideoCapture.exe records an event and opens every window).
 #   zip_in_fresh_prefix.sh BUILD_DIR SOURCE_DIR
 set -euo pipefail
 build=$1
@@ -30,8 +30,17 @@ export WINEDEBUG="${WINEDEBUG:--all}"
 export WINEDLLOVERRIDES="${WINEDLLOVERRIDES:-mscoree,mshtml=}"
 # shellcheck source=/dev/null
 source "$source_dir/tools/wine-env.sh"
-mavu_wine_ready
+mavu_display_ready
+wineboot -i </dev/null >/dev/null 2>&1 || true
+wineserver -w
+mavu_wineserver_ready
 status=0
 MAVU_RELEASE_FOLDER="Z:${folder//\//\\}" wine "$build/bin/e2e_tests.exe" --gtest_filter='Release.*' || status=$?
+# A crash in such a prefix starts the debugger, which waits with the crashed
+# process kept: that is a failure even where the scenario went on.
+if pgrep -f "winedbg --auto" >/dev/null; then
+    echo "a program crashed in the plain prefix (winedbg --auto is running)" >&2
+    status=1
+fi
 wineserver -k 2>/dev/null || true
 exit $status
