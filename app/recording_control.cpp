@@ -36,12 +36,6 @@ GpsSnapshot gpsSnapshot;
 
 namespace {
 
-bool CurrentDeviceRecording()
-{
-    VideoSourceInfo* source = CurrentSource();
-    return source && (source->isManualRecording || source->isEventRecording);
-}
-
 // The position for the report, read once as the recording begins; then
 // the port closes, since no recording runs with the serial port in use. The
 // link comes back after the recording only under AutostartGPS.
@@ -84,7 +78,7 @@ void KeepRecordedFile()
 HRESULT StopVideo()
 {
     StopDiskWatch();
-    bool wasRecording = CurrentDeviceRecording();
+    bool wasRecording = CurrentSourceRecording();
     // The marks are still on the device here: the report's heading follows them.
     HRESULT result = CurrentVideoPlayer()->StopCamera(wasRecording, RecordingFilePath,
                                                       RecordingNotes{eventRecordingName, &gpsSnapshot});
@@ -103,7 +97,7 @@ HRESULT StartVideo()
     VideoPlayer& player = *CurrentVideoPlayer();
     player.startRecordingLine[0] = 0;
     bool useCurrentDirectory = options.VideoDirectory[0] == 0;
-    bool recording = CurrentDeviceRecording();
+    bool recording = CurrentSourceRecording();
     if (recording) {
         KeepRecordedFile();
         gpsSnapshot.valid = 0;
@@ -181,7 +175,7 @@ void MakeVideoPathname(bool isEvent, const EventRecord* event)
 void ApplyRecordingState(bool recording)
 {
     if (recording) {
-        SetWindowTextW(mainWindow, L"MAVU Video Capture -- Recording in progress");
+        SetWindowTextW(mainWindow, kRecordingWindowTitle);
         if (countdownWindow)
             SetWindowTextW(countdownWindow, L"Recording Event");
     } else {

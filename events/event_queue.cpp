@@ -65,7 +65,11 @@ void LoadEvents()
 {
     if (videoSources.empty())
         return;
-    RecordingFilePath[0] = 0;
+    // A recording in progress (a save or a delete in the event windows,
+    // which stand open during one) keeps its file's path: its stop writes
+    // the report to it.
+    if (!CurrentSourceRecording())
+        RecordingFilePath[0] = 0;
     scheduledEvents.clear();
     // The event armed before is freed one scan later: a countdown tick on
     // its timer's thread may be reading it this very moment. So no scan
@@ -264,11 +268,17 @@ void OnEventRecordingEnd()
 void CancelCountdown()
 {
     StopTickTimer();
-    eventRecording = 0;
-    RecordingFilePath[0] = 0;
     eventPending = 0;
-    eventDurationMs = 0;
-    SetWindowTextW(mainWindow, kMainWindowTitle);
     if (countdownWindow)
         ShowWindow(countdownWindow, SW_HIDE);
+    // Only the countdown goes: a recording in progress keeps its file, its
+    // event's end and its report.
+    if (CurrentSourceRecording()) {
+        SetWindowTextW(mainWindow, kRecordingWindowTitle);
+        return;
+    }
+    eventRecording = 0;
+    RecordingFilePath[0] = 0;
+    eventDurationMs = 0;
+    SetWindowTextW(mainWindow, kMainWindowTitle);
 }

@@ -9,5 +9,6 @@
 // The class name is also the single-instance key.
 constexpr const wchar_t* kMainWindowClass = L"MAVU_VideoCapture";
 constexpr const wchar_t* kMainWindowTitle = kProgramVersionWideText;
+constexpr const wchar_t* kRecordingWindowTitle = L"MAVU Video Capture -- Recording in progress";
 
 extern HWND mainWindow;

@@ -12,6 +12,12 @@ VideoSourceInfo* CurrentSource()
     return videoSources[currentSourceIndex];
 }
 
+bool CurrentSourceRecording()
+{
+    VideoSourceInfo* source = CurrentSource();
+    return source && (source->isManualRecording || source->isEventRecording);
+}
+
 const VideoFormat* SelectedFormatOf(const VideoSourceInfo* source)
 {
     if (!source || source->currentFrameRateIndex >= source->frameRates.size())

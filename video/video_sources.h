@@ -90,6 +90,8 @@ constexpr uint32_t kNoSource = 0xFFFFFFFFu;
 
 // The device in use, or null.
 VideoSourceInfo* CurrentSource();
+// The device in use is marked as recording, by hand or for an event.
+bool CurrentSourceRecording();
 
 // The format at the three indexes of a device, or null when any index is out
 // of range (for a given device only the two lower indexes are tested).
