@@ -218,14 +218,21 @@ TEST(Scheduling, AnEventScheduledInTheWindowIsWrittenArmedAndRecorded)
     run.program->Kill();
 }
 
-// Four seconds ahead is too soon: the line, the picker back at the present,
-// the window open, and no file.
+// A time before the window opened greys Schedule again. Four seconds ahead
+// is too soon: the line, the picker back at the present, the window open,
+// and no file.
 TEST(Scheduling, AnEventTooCloseToNowIsRefused)
 {
     Scheduling run;
     run.folder = MakeWorkFolderForCurrentTest();
     ASSERT_TRUE(run.Start());
     run.OpenSchedule();
+    HWND scheduleButton = run.Item(run.schedule, kScheduleButton);
+    EXPECT_FALSE(IsEnabled(scheduleButton));
+    run.PickEventTime(UtcInSeconds(4));
+    EXPECT_TRUE(IsEnabled(scheduleButton));
+    run.PickEventTime(UtcInSeconds(-120));
+    EXPECT_FALSE(IsEnabled(scheduleButton)) << "a time before the window opened";
     run.PickEventTime(UtcInSeconds(4));
     ASSERT_TRUE(IsEnabled(run.Item(run.schedule, kScheduleButton)));
     Click(run.Item(run.schedule, kScheduleButton));
@@ -440,5 +447,57 @@ TEST(Scheduling, AFileThatCannotBeDeletedIsWarnedAboutAndTheOthersGo)
     EXPECT_EQ(run.program->CountMessages(L"WARNING: unable to delete"), 1);
     EXPECT_EQ(ListViewRowCount(run.list), 2);
     SetFileAttributesW((run.folder + L"\\Events\\kept.mef").c_str(), FILE_ATTRIBUTE_NORMAL);
+    run.program->Kill();
+}
+
+// While an event records, the two windows that stand open act on the folder
+// and the countdown only: a delete that removes nothing, the save of another
+// event, and the delete of that one (which cancels its countdown) leave the
+// event to end at its time with its file and report.
+TEST(Scheduling, DeletesAndASaveDuringAnEventLeaveItToEndAtItsTime)
+{
+    Scheduling run;
+    run.folder = MakeWorkFolderForCurrentTest();
+    SYSTEMTIME moment = UtcInSeconds(14);
+    WriteProgramEvent(run.folder, L"Vesta_" + Wide(TimeName(moment)), moment, 8, "Vesta", "");
+    ASSERT_TRUE(SetFileAttributesW((run.folder + L"\\Events\\Vesta_" + Wide(TimeName(moment)) + L".mef").c_str(),
+                                   FILE_ATTRIBUTE_READONLY));
+    ASSERT_TRUE(run.Start());
+    // Both are opened before the recording greys their menu items.
+    run.OpenList();
+    run.OpenSchedule();
+    ASSERT_TRUE(WaitUntil([&] { return WindowText(run.Main()) == kRecordingTitle; }, 20000));
+    // The recording begins half a second ahead of the event's start: until
+    // then a reload would find the event still to come and arm it again.
+    Sleep(1500);
+
+    ClickListViewRow(run.list, 0);
+    AnswerMessageBox(run.AskToDelete(), IDYES);
+    ASSERT_TRUE(run.program->WaitForMessage(
+        L"WARNING: unable to delete one or more selected event files - write protected?\r\n", 5000));
+    EXPECT_EQ(WindowText(run.Main()), kRecordingTitle);
+    run.PickEventTime(UtcInSeconds(3600));
+    Click(run.Item(run.schedule, kScheduleButton));
+    ASSERT_TRUE(run.program->WaitForMessage(L"Scheduled an event recording:  ", 5000));
+    ASSERT_TRUE(WaitUntil([&] { return run.EventFiles().size() == 2; }, 5000));
+    // Latest first: the new event, then the one recording.
+    ClickListViewRow(run.list, 0);
+    AnswerMessageBox(run.AskToDelete(), IDYES);
+    ASSERT_TRUE(WaitUntil([&] { return run.EventFiles().size() == 1; }, 5000));
+    EXPECT_EQ(WindowText(run.Main()), kRecordingTitle) << "only the countdown was cancelled";
+
+    // The event ends on its own, about 4 s after its moment, with its report.
+    ASSERT_TRUE(WaitUntil([&] { return !ListFiles(run.folder + L"\\VideoFiles", L"*.txt").empty(); }, 10000))
+        << Narrow(run.program->Messages());
+    std::vector<std::wstring> videos = ListFiles(run.folder + L"\\VideoFiles", L"*.avi");
+    ASSERT_EQ(videos.size(), 1u);
+    EXPECT_EQ(videos[0], Wide("Vesta_" + TimeName(Shifted(moment, -4)) + ".avi"));
+    std::string report = ReadBytes(run.folder + L"\\VideoFiles\\" + videos[0].substr(0, videos[0].size() - 4) + L".txt");
+    EXPECT_EQ(report.rfind("Event recording: ", 0), 0u) << report;
+    testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(run.folder + L"\\VideoFiles\\" + videos[0]));
+    ASSERT_TRUE(video.ok) << video.raw;
+    EXPECT_GT(video.frames, 6 * 30) << "about 8 s at 30 frames a second";
+    SetFileAttributesW((run.folder + L"\\Events\\Vesta_" + Wide(TimeName(moment)) + L".mef").c_str(),
+                       FILE_ATTRIBUTE_NORMAL);
     run.program->Kill();
 }

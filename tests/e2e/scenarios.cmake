@@ -41,6 +41,7 @@ set(MAVU_E2E_SCENARIOS
     Scheduling.DeletingAsksByTheRowsAndRearmsTheNextEvent
     Scheduling.TheListSortsAndShowsItsCells
     Scheduling.AFileThatCannotBeDeletedIsWarnedAboutAndTheOthersGo
+    Scheduling.DeletesAndASaveDuringAnEventLeaveItToEndAtItsTime
     Video.TheEvrShowsAYuy2CameraOrThePlatformsRefusalIsSaid
     Video.Vmr7WithoutQualityInterfaceIsRefused
     Recording.ManualStartWaitStopWritesTheAviAndItsReport
