@@ -157,6 +157,51 @@ TEST_F(CodecTest, WinesOwnCompressorsConnectToNoneOfTheSyntheticFormats)
     EXPECT_EQ(player->StopCamera(false, L"", RecordingNotes{}), S_OK);
 }
 
+// A trial that fails once the camera is stopped names its step, leaves both
+// lists empty and the camera stopped: it doesn't start it again.
+TEST_F(CompressorTest, AFailedTrialNamesItsStepLeavesTheListsEmptyAndTheCameraStopped)
+{
+    struct Case {
+        const char* what;
+        const wchar_t* line;
+        std::function<std::function<void()>(VideoSourceInfo*)> spoil;  // gives the undo
+    } cases[] = {
+        {"the format index beyond the rate's formats",
+         L"Logic error: getting codecs for an out-of-range video format\r\n",
+         [](VideoSourceInfo* source) -> std::function<void()> {
+             VideoFormatsByFrameRate* rate = source->frameRates[source->currentFrameRateIndex];
+             const uint32_t kept = rate->currentFormatIndex;
+             rate->currentFormatIndex = static_cast<uint32_t>(rate->formats.size());
+             return [rate, kept] { rate->currentFormatIndex = kept; };
+         }},
+        {"a format the device refuses",
+         L"WARNING: cannot set video format using stream configuration interface in GetCodecsForSourceDevice\r\n",
+         [](VideoSourceInfo* source) -> std::function<void()> {
+             VideoFormatsByFrameRate* rate = source->frameRates[source->currentFrameRateIndex];
+             auto* info = reinterpret_cast<VIDEOINFOHEADER*>(rate->formats[rate->currentFormatIndex]->mediaType->pbFormat);
+             const LONG kept = info->bmiHeader.biWidth;
+             info->bmiHeader.biWidth = 123;
+             return [info, kept] { info->bmiHeader.biWidth = kept; };
+         }},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        ASSERT_TRUE(SelectFormat(videoSources[0], SubtypeYUY2, 640, 480));
+        ASSERT_EQ(player->StartCamera(false, L""), S_OK);
+        ASSERT_EQ(Trial(SubtypeYUY2).size(), 3u);
+        std::function<void()> undo = c.spoil(videoSources[0]);
+        TakeMessages();
+        EXPECT_EQ(player->GetCodecsForSourceDevice(RestartPreview), E_FAIL);
+        undo();
+        EXPECT_NE(TakeMessages().find(c.line), std::wstring::npos);
+        EXPECT_TRUE(usableCodecs.empty());
+        EXPECT_TRUE(usableCodecIndexes.empty());
+        // Stopped as the trial's stop left it: a start, even one that
+        // fails, would have built the graph anew.
+        EXPECT_EQ(player->graphState, GraphBuilt) << "the camera was started again";
+    }
+}
+
 TEST_F(CompressorTest, ARecordingThroughThePairedCompressorIsWrittenInItsCodecAndTheReportNamesIt)
 {
     ASSERT_EQ(Trial(SubtypeYUY2).size(), 3u);

@@ -100,6 +100,19 @@ TEST_F(GpsReadingTest, ZeroByteAtTheStartOfEachBurstFailsEveryReadingSilently)
     EXPECT_TRUE(Lines().empty()) << "a missing comma fails without a message";
 }
 
+// A burst shorter than a GGA sentence, with none in it, is said to have none
+// (a longer one is parsed from its start all the same).
+TEST_F(GpsReadingTest, ShortBurstsWithoutAGgaSentenceSayEachTimeThatNoneWasFound)
+{
+    Connect(4800, "steady");
+    ChangeScript("nogga");
+    for (int i = 0; i < 2; ++i) {
+        GpsReading reading;
+        EXPECT_EQ(ReadGpsSentence(reading), 0);
+    }
+    EXPECT_EQ(Lines(), std::vector<std::wstring>(2, L"Cannot find GPGGA string\r\n"));
+}
+
 TEST_F(GpsReadingTest, BurstFarLargerThanTheReadIsReadInPiecesOfTheReadSize)
 {
     Connect(38400, "flood");

@@ -19,6 +19,7 @@ Scripts (--script), one burst a second:
   flood     one burst of --flood-bytes bytes of GGA sentences, far more than a read asks for
   silence   nothing at all: a port that exists and stays silent
   notime    steady, but the GGA's time field is empty
+  nogga     a GSA sentence alone: a short burst without any GGA
 
 Control while it runs, through files in --state DIR:
   stop      ends it: the COM link is removed
@@ -44,7 +45,7 @@ import termios
 import time
 import tty
 
-SCRIPTS = ["steady", "nofix", "cut", "zerobyte", "flood", "silence", "notime"]
+SCRIPTS = ["steady", "nofix", "cut", "zerobyte", "flood", "silence", "notime", "nogga"]
 TICK = 0.01  # seconds between two looks at the line
 GAP = 0.2  # least silence between two bursts
 
@@ -161,6 +162,8 @@ def burst(script, moment, position, flood_bytes):
         return b""
     fix = script != "nofix"
     whole = gga(moment, position, fix, script != "notime") + gsa(fix) + rmc(moment, position, fix)
+    if script == "nogga":
+        return gsa(fix)
     if script == "cut":
         other = Position(argparse.Namespace(latitude="5107.0000,S", longitude="00131.0000,W",
                                             altitude="100.0", satellites=9))
