@@ -91,8 +91,6 @@ TEST(BadInput, DamagedEventFilesHaveDefinedOutcomes)
         {"truncated after the root tag", kHeader, 0, Expired},
         {"missing year", EventWith("EventYear", ""), 1, Expired},
         {"missing duration seconds", EventWith("DurationSecond", ""), 1, Expired},
-        {"year in the wrong case", EventWith("EventYear", Key("eventyear", "2040")), 1, Expired},
-        {"element without attribute", EventWith("EventMonth", "\t<EventMonth/>\r\n"), 1, Expired},
         {"month 13", EventWith("EventMonth", Key("EventMonth", "13")), 1, Expired},
         {"30 February", EventWith("EventDay", Key("EventDay", "30")).replace(
              EventWith("", "").find("EventMonth Value=\" 5\""), 21, "EventMonth Value=\" 2\""), 1, Expired},
@@ -104,7 +102,6 @@ TEST(BadInput, DamagedEventFilesHaveDefinedOutcomes)
              EXPECT_EQ(record.eventTime.wYear, 1999);
              EXPECT_EQ(record.expired, 1);  // long over, not unreadable
          }},
-        {"attribute of another name", EventWith("EventYear", "\t<EventYear When=\"2040\"/>\r\n"), 1, Armable},
         {"oversize comment", EventWith("Comment", Key("Comment", hugeComment)), 1,
          [](const EventRecord& record) {
              Armable(record);
@@ -119,14 +116,8 @@ TEST(BadInput, DamagedEventFilesHaveDefinedOutcomes)
              Armable(record);
              EXPECT_EQ(record.eventTime.wYear, 2040);
          }},
-        {"lower-case TRUE", EventWith("Hibernate", Key("Hibernate", "true")), 1,
-         [](const EventRecord& record) { EXPECT_EQ(record.hibernate, 0); }},
         {"nested element inside a key", EventWith("EventDay", "\t<EventDay Value=\" 3\"><x/></EventDay>\r\n"), 1,
          Armable},
-        {"root of another name", "<Other>" + EventWith("", "").substr(kHeader.size(), std::string::npos)
-                                                  .replace(EventWith("", "").size() - kHeader.size() - kFooter.size(),
-                                                           kFooter.size(), "</Other>"),
-         1, Armable},
         {"five megabytes of unknown keys", manyUnknown, 1, Armable},
         {"duration of 99 hours", EventWith("DurationHour", Key("DurationHour", "99")), 1,
          [](const EventRecord& record) { EXPECT_EQ(record.durationTicks, (99ull * 3600 + 10 * 60) * kTicksPerSecond); }},

@@ -182,7 +182,7 @@ TEST(EventFile, FileNameCarriesNamesPrefixAndPredictedMoment)
     EXPECT_EQ(EventFileName(text, L"", moment), L"Events\\05_03_2026_01_02_03.mef");
 }
 
-TEST(EventTimes, RecordingIsCentredOnThePredictedMoment)
+TEST(EventTimes, RecordingIsCentredOnThePredictedMomentAndExpiresAtItsEnd)
 {
     struct Case {
         SYSTEMTIME event;
@@ -214,12 +214,9 @@ TEST(EventTimes, RecordingIsCentredOnThePredictedMoment)
     EXPECT_EQ(longest.durationTicks, 86399ull * kTicksPerSecond);
     EXPECT_EQ(Ticks(event) - longest.startTicks, 431995000000ull);
     EXPECT_EQ(longest.endTicks - Ticks(event), 431995000000ull);
-}
 
-TEST(EventTimes, ExpiredFromTheEndOnwards)
-{
+    // Expired from the end onwards.
     EventRecord record{};
-    SYSTEMTIME event = Time(2026, 7, 15, 12, 0, 0);
     uint64_t end = Ticks(Time(2026, 7, 15, 12, 0, 30));
     ComputeEventTimesAt(record, event, Duration(0, 1, 0), end - 1);
     EXPECT_EQ(record.expired, 0);
