@@ -1,7 +1,4 @@
-// The repair of recordings cut short, over files laid out the way the
-// platform's AVI Mux leaves them when the program dies mid-recording. Each
-// repaired file is read back by a walk of its own here, not by the product's
-// parser.
+// The repair of recordings cut short, on files laid out as the AVI Mux leaves them, read back by a walk of its own.
 #include "video/avi_header.h"
 #include "video/avi_repair_file.h"
 #include "video/avi_repair_plan.h"

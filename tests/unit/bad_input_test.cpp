@@ -1,5 +1,4 @@
-// Damaged event and options files: each is read without a crash or an
-// overflow, and ends in its one defined outcome.
+// Damaged event and options files: each is read without a crash or an overflow, and ends in its one defined outcome.
 #include <gtest/gtest.h>
 
 #include <cwchar>

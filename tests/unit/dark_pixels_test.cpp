@@ -1,5 +1,4 @@
-// The dark level of a frame, over plain buffers: what is counted, which value
-// is chosen, the texts, and that nothing past the frame is read.
+// The dark level of a frame: what is counted, which value is chosen, the texts, and that nothing past it is read.
 #include "filters/dark_pixels.h"
 
 #include "support/guarded_buffer.h"

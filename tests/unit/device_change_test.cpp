@@ -1,6 +1,4 @@
-// What the main window does with a device change that isn't a scan: which
-// notifications it takes, and the names of a recording's continuation
-// files.
+// A device change that isn't a scan: which notifications are taken, and a recording's continuation file names.
 #include "app/continuation_file.h"
 #include "app/device_change.h"
 

@@ -1,6 +1,4 @@
-// The Select Input Device window's rules on plain device records: which row
-// shows which device, the Properties title taken by index, the default
-// flag, the in-use mark, and what OK puts into the options.
+// The Select Input Device window's rules: rows, the Properties title, the default flag, the in-use mark, and OK.
 #include "ui/device_choice_rules.h"
 
 #include <gtest/gtest.h>

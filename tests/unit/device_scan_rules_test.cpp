@@ -1,5 +1,4 @@
-// The classing of a device change, on plain records and names: which device
-// a scan deals with, what it marks, and the faults it reports.
+// The classing of a device change: which device a scan deals with, what it marks, and the faults it reports.
 #include "video/device_scan_rules.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,4 @@
-// The position read out of a receiver's burst: each rule of the GGA reading
-// as a case over the bytes of one read.
+// The position read out of a receiver's burst: each rule of the GGA reading as a case over the bytes of one read.
 #include <gtest/gtest.h>
 
 #include <string>

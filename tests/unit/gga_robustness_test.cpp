@@ -1,7 +1,5 @@
-// Bad bytes from the serial line: random and mutated bursts of every length
-// up to past the program's buffer, read through the GGA rules with an
-// inaccessible page right before or right after the buffer, so that a
-// single read outside it ends the test program.
+// Bad bytes from the serial line, of every length up to past the program's buffer, read through the GGA rules with a
+// guard page right before or after the buffer, so that a single read outside it ends the test program.
 #include <gtest/gtest.h>
 
 #include <windows.h>

@@ -1,6 +1,4 @@
-// The menus' enable and check rules, on the real menu bars built by
-// BuildMenus in hidden windows of this process (another process can't read
-// a menu's state on this platform).
+// The menus' enable and check rules, on real menu bars in hidden windows of this process (only it can read them).
 #include <gtest/gtest.h>
 
 #include <map>

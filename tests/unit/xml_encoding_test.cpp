@@ -1,5 +1,4 @@
-// How the bytes of an options or event file become text: the rule that
-// decides the encoding, and the conversion.
+// How the bytes of an options or event file become text: the rule that decides the encoding, and the conversion.
 #include <gtest/gtest.h>
 
 #include <string>
