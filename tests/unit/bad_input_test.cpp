@@ -226,11 +226,6 @@ TEST(BadInput, DamagedOptionsFilesHaveDefinedOutcomes)
              EXPECT_TRUE(savedSubtypeCodecPairs.empty());
              EXPECT_TRUE(TakeQueuedUserMessages().empty());
          }},
-        {"codec pair with an unknown codec", OptionsText(Key("SubtypeCodecPair", "YUY2|Nothing")), 1,
-         [] {
-             EXPECT_TRUE(savedSubtypeCodecPairs.empty());
-             EXPECT_EQ(TakeQueuedUserMessages().size(), 1u);
-         }},
         {"five megabytes", huge, 1, [] { EXPECT_STREQ(options.VideoNamePrefix, L"late"); }},
         {"UTF-16 mark before garbage", "\xFE\xFF" + Garbage(8191), 0, Defaults},
         {"UTF-16 cut after its first characters", std::string("<\0?\0x", 5), 0, Defaults},

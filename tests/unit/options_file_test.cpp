@@ -341,8 +341,6 @@ TEST_F(OptionsFile, ConfigurationsAndCodecPairsSplitAsStored)
     };
     const Case cases[] = {
         {L"Cam|30|640x480|YUY2|1|2|3|4|5|6|NTSC", true, L"NTSC"},
-        {L"Cam|30|640x480|YUY2|1|2|3|4|5|6", false, nullptr},     // ten fields
-        {L"Cam|30|640x480|YUY2|1|2|3|4|5|6|", false, nullptr},    // empty eleventh
         {L"Cam|30|640x480|YUY2|1|2|3|4|5|6|PAL|x", true, L"PAL|x"},  // the rest, bars included
         {L"Cam||||||||||AUTO", true, L"AUTO"},                      // empty fields are fine
         {L"", false, nullptr},
