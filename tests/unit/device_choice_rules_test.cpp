@@ -96,8 +96,7 @@ TEST(DeviceChoiceRules, PropertiesTitleTakesTheRowNumberedLikeTheDeviceIndex)
     };
     const Case kCases[] = {
         {{{L"Sky Cam", ""}, {L"Side Cam", ""}}, {{0, L"Sky Cam Properties"}, {1, L"Side Cam Properties"}}},
-        {{{L"Gone Cam", "I"}, {L"Sky Cam", ""}, {L"Side Cam", ""}},
-         {{1, L"Side Cam Properties"}, {2, L" Properties"}}},
+        {{{L"Gone Cam", "I"}, {L"Sky Cam", ""}, {L"Side Cam", ""}}, {{1, L"Side Cam Properties"}, {2, L" Properties"}}},
         {{{L"Old Cam", "D"}, {L"Sky Cam", ""}}, {{1, L" Properties"}, {kNoSource, L" Properties"}}},
     };
     for (const Case& c : kCases) {
