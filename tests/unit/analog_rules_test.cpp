@@ -1,6 +1,4 @@
-// The rules of the analog standard: the frame count that means PAL, when a
-// trial changed the standard and what it says, and the rate group and
-// format that go with each standard.
+// The analog standard's rules: the frame count that means PAL, the change line, each standard's group and format.
 #include "video/analog_standard.h"
 
 #include <gtest/gtest.h>

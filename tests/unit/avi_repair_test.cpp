@@ -1,9 +1,4 @@
-// The repair of recordings cut short, over files laid out the way the
-// platform's AVI Mux leaves them when the program dies mid-recording: the
-// provisional header at the start, zeros where the mux's header would go, a
-// reserved standard-index area, frame chunks, perhaps more reserved areas
-// between them, and no idx1. Each repaired file is read back by a walk of
-// its own here, not by the product's parser.
+// The repair of recordings cut short, on files laid out as the AVI Mux leaves them, read back by a walk of its own.
 #include "video/avi_header.h"
 #include "video/avi_repair_file.h"
 #include "video/avi_repair_plan.h"
@@ -37,16 +32,13 @@ void SetLe32At(Bytes& bytes, uint64_t at, uint32_t value)
 
 void AppendLe32(Bytes& bytes, uint32_t value)
 {
-    for (int i = 0; i < 4; ++i)
-        bytes.push_back(static_cast<uint8_t>(value >> (8 * i)));
+    bytes.resize(bytes.size() + 4);
+    SetLe32At(bytes, bytes.size() - 4, value);
 }
 
-uint32_t Code(const char (&text)[5])
+uint32_t Code(const char* text)
 {
-    return static_cast<uint32_t>(static_cast<uint8_t>(text[0])) |
-        static_cast<uint32_t>(static_cast<uint8_t>(text[1])) << 8 |
-        static_cast<uint32_t>(static_cast<uint8_t>(text[2])) << 16 |
-        static_cast<uint32_t>(static_cast<uint8_t>(text[3])) << 24;
+    return Le32(Bytes(text, text + 4), 0);
 }
 
 std::string CodeText(uint32_t code)
@@ -108,6 +100,7 @@ BITMAPINFOHEADER Format(int width = 64, int height = 48, DWORD compression = BI_
 }
 
 constexpr int64_t kFrameTime = 333333;  // 30 frames per second
+constexpr uint64_t kStrh = 24 + 64 + 12;  // the strh chunk of the provisional header
 
 // The mux's own reservations, as Wine's qcap/avimux.c makes them: three
 // lists, avih and dmlh, then per stream a strl list with strh, strf and a
@@ -128,10 +121,10 @@ struct WrittenFrame {
 // Lays out a recording as the mux writes it until it is killed.
 class MuxFile {
 public:
-    explicit MuxFile(const BITMAPINFOHEADER& format = Format())
+    MuxFile()
     {
-        bytes = BuildProvisionalAviHeader(format, kFrameTime);
-        bytes.resize(MuxHeaderArea(sizeof(format)) + 12);
+        bytes = BuildProvisionalAviHeader(Format(), kFrameTime);
+        bytes.resize(MuxHeaderArea(sizeof(BITMAPINFOHEADER)) + 12);
         moviData = bytes.size();
         ReserveIndexArea();
     }
@@ -148,7 +141,11 @@ public:
             uint32_t size = 100 + (n % 7) * 37;
             for (uint32_t k = 0; k < size; ++k)
                 frame.payload.push_back(static_cast<uint8_t>(n * 31 + k * 7 + 1) | 1);
-            AddChunk(frame.id, frame.payload);
+            AppendLe32(bytes, frame.id);
+            AppendLe32(bytes, size);
+            bytes.insert(bytes.end(), frame.payload.begin(), frame.payload.end());
+            if (size & 1)
+                bytes.push_back(0);
             frames.push_back(frame);
         }
     }
@@ -157,35 +154,37 @@ public:
     // writes if it is killed before 4000 more frames: zeros.
     void ReserveIndexArea() { bytes.resize(bytes.size() + kStandardIndexSize); }
 
-    // The same area once the mux has written its index there.
-    void WriteIndexAt(uint64_t at)
+    // The first area once the mux has written its index there.
+    void WriteIndexAtStart()
     {
         Bytes index;
         AppendLe32(index, Code("ix00"));
         AppendLe32(index, kStandardIndexSize - 8);
         index.resize(kStandardIndexSize, 0x11);
-        std::copy(index.begin(), index.end(), bytes.begin() + at);
-        if (at == moviData)
-            indexAtStart = true;
+        std::copy(index.begin(), index.end(), bytes.begin() + moviData);
+        indexAtStart = true;
     }
 
     // Where the repaired movi's content must begin: at the first chunk.
     uint64_t FirstChunk() const { return indexAtStart || frames.empty() ? moviData : frames.front().at; }
-
-    void AddChunk(uint32_t id, const Bytes& payload)
-    {
-        AppendLe32(bytes, id);
-        AppendLe32(bytes, static_cast<uint32_t>(payload.size()));
-        bytes.insert(bytes.end(), payload.begin(), payload.end());
-        if (payload.size() & 1)
-            bytes.push_back(0);
-    }
 
     Bytes bytes;
     uint64_t moviData = 0;  // where the mux's first index area begins
     bool indexAtStart = false;
     std::vector<WrittenFrame> frames;
 };
+
+// Runs of frames, each run after the first behind another reserved area.
+MuxFile Recording(std::initializer_list<int> runs)
+{
+    MuxFile file;
+    for (int run : runs) {
+        if (!file.frames.empty())
+            file.ReserveIndexArea();
+        file.AddFrames(run);
+    }
+    return file;
+}
 
 // A repaired file as an AVI 1.0 reader sees it.
 struct ReadBack {
@@ -300,295 +299,190 @@ void ExpectRepaired(const Bytes& repaired, const MuxFile& written, size_t frames
     EXPECT_EQ(back.moviEnd + 8 + 16 * frames, repaired.size()) << "idx1 follows movi and ends the file";
 }
 
+Bytes Cut(const Bytes& bytes, uint64_t length)
+{
+    return Bytes(bytes.begin(), bytes.begin() + length);
+}
+
 }  // namespace
 
 TEST(AviRepairNames, RecordingNamesAreTheProgramsOwn)
 {
-    struct Row {
-        const wchar_t* name;
-        bool ours;
-    } rows[] = {
-        {L"11_25_2026_20_35_02.avi", true},
-        {L"CUT_STAR_11_25_2026_20_35_02.avi", true},
-        {L"pre_11_25_2026_20_35_02_1.avi", true},
-        {L"11_25_2026_20_35_02_12.avi", true},
-        {L"a b_11_25_2026_20_35_02.avi", true},
-        {L"C:\\Videos\\x_01_01_2027_00_00_00.avi", true},
-        {L"holiday.avi", false},
-        {L"11_25_2026_20_35.avi", false},
-        {L"11_25_2026_20_35_02.AVI", false},
-        {L"11_25_2026_20_35_02.Avi", false},
-        {L"x11_25_2026_20_35_02.avi", false},
-        {L"11_25_2026_20_35_02", false},
-        {L"11_25_2026_20_35_02.avi.txt", false},
-        {L"11_25_2026_20_35_02_0.avi", false},
-        {L"11_25_2026_20_35_02_01.avi", false},
-        {L"11_25_2026_20_35_02_.avi", false},
-        {L"11_25_2026_20_35_02_x.avi", false},
-        {L"1_25_2026_20_35_02.avi", false},
-        {L"11_25_26_20_35_02.avi", false},
-        {L"13_25_2026_20_35_02.avi", false},
-        {L"11_25_2026_24_35_02.avi", false},
-        {L"11-25-2026-20-35-02.avi", false},
-        {L".avi", false},
-        {L"", false},
-        {L"C:\\11_25_2026_20_35_02\\holiday.avi", false},
-    };
-    for (const Row& row : rows)
-        EXPECT_EQ(IsRecordingFileName(row.name), row.ours) << testing::PrintToString(std::wstring(row.name));
+    for (const wchar_t* name :
+         {L"11_25_2026_20_35_02.avi", L"CUT_STAR_11_25_2026_20_35_02.avi", L"pre_11_25_2026_20_35_02_1.avi",
+          L"11_25_2026_20_35_02_12.avi", L"a b_11_25_2026_20_35_02.avi", L"C:\\Videos\\x_01_01_2027_00_00_00.avi"})
+        EXPECT_TRUE(IsRecordingFileName(name)) << testing::PrintToString(std::wstring(name));
+    for (const wchar_t* name :
+         {L"holiday.avi", L"11_25_2026_20_35.avi", L"11_25_2026_20_35_02.AVI", L"11_25_2026_20_35_02.Avi",
+          L"x11_25_2026_20_35_02.avi", L"11_25_2026_20_35_02", L"11_25_2026_20_35_02.avi.txt",
+          L"11_25_2026_20_35_02_0.avi", L"11_25_2026_20_35_02_01.avi", L"11_25_2026_20_35_02_.avi",
+          L"11_25_2026_20_35_02_x.avi", L"1_25_2026_20_35_02.avi", L"11_25_26_20_35_02.avi", L"13_25_2026_20_35_02.avi",
+          L"11_25_2026_24_35_02.avi", L"11-25-2026-20-35-02.avi", L".avi", L"",
+          L"C:\\11_25_2026_20_35_02\\holiday.avi"})
+        EXPECT_FALSE(IsRecordingFileName(name)) << testing::PrintToString(std::wstring(name));
 }
 
-TEST(AviRepairHeader, ProvisionalHeaderCarriesTheFormatAndFitsInTheMuxHeaderArea)
+TEST(AviRepairHeader, ProvisionalHeaderCarriesTheFormatRateAndCompression)
 {
-    BITMAPINFOHEADER format = Format(640, 480);
-    Bytes header = BuildProvisionalAviHeader(format, kFrameTime);
-    EXPECT_LT(header.size(), 400u);
-    EXPECT_LT(header.size() + 12, MuxHeaderArea(sizeof(format)));
-    ASSERT_GE(header.size(), 12u + 12 + 64 + 12 + 64 + 8 + 40);
-    EXPECT_EQ(CodeText(Le32(header, 0)), "RIFF");
-    EXPECT_EQ(Le32(header, 4), 0u);
-    EXPECT_EQ(CodeText(Le32(header, 8)), "AVI ");
-    EXPECT_EQ(CodeText(Le32(header, 12)), "LIST");
-    EXPECT_EQ(Le32(header, 16), header.size() - 20) << "hdrl is all of the rest";
-    EXPECT_EQ(CodeText(Le32(header, 20)), "hdrl");
-    EXPECT_EQ(CodeText(Le32(header, 24)), "avih");
-    EXPECT_EQ(Le32(header, 32), 33333u) << "microseconds per frame";
-    EXPECT_EQ(Le32(header, 32 + 16), 0u) << "frames";
-    EXPECT_EQ(Le32(header, 32 + 24), 1u) << "streams";
-    EXPECT_EQ(Le32(header, 32 + 32), 640u);
-    EXPECT_EQ(Le32(header, 32 + 36), 480u);
-    uint64_t strh = 24 + 64 + 12;
-    EXPECT_EQ(CodeText(Le32(header, strh)), "strh");
-    EXPECT_EQ(CodeText(Le32(header, strh + 8)), "vids");
-    EXPECT_EQ(CodeText(Le32(header, strh + 12)), "DIB ");
-    EXPECT_EQ(Le32(header, strh + 8 + 20), 333333u) << "scale";
-    EXPECT_EQ(Le32(header, strh + 8 + 24), 10000000u) << "rate";
-    uint64_t strf = strh + 64;
-    EXPECT_EQ(CodeText(Le32(header, strf)), "strf");
-    EXPECT_EQ(Le32(header, strf + 4), 40u);
-    EXPECT_EQ(std::memcmp(header.data() + strf + 8, &format, sizeof(format)), 0);
-    EXPECT_EQ(strf + 8 + 40, header.size());
-}
-
-TEST(AviRepairHeader, ProvisionalHeaderNamesTheCompressionAndReducesTheRate)
-{
-    struct Row {
+    struct Case {
         DWORD compression;
         int64_t frameTime;
         const char* handler;
         uint32_t rate, scale, microSeconds;
-    } rows[] = {
+    };
+    const Case kCases[] = {
+        {BI_RGB, 333333, "DIB ", 10000000, 333333, 33333},
         {BI_RGB, 400000, "DIB ", 25, 1, 40000},
         {BI_BITFIELDS, 333333, "DIB ", 10000000, 333333, 33333},
         {Code("MJPG"), 333667, "MJPG", 10000000, 333667, 33366},
         {Code("YUY2"), 0, "YUY2", 30, 1, 33333},
         {Code("YUY2"), -5, "YUY2", 30, 1, 33333},
     };
-    for (const Row& row : rows) {
-        Bytes header = BuildProvisionalAviHeader(Format(320, 240, row.compression), row.frameTime);
-        uint64_t strh = 24 + 64 + 12;
-        EXPECT_EQ(CodeText(Le32(header, strh + 12)), row.handler) << row.frameTime;
-        EXPECT_EQ(Le32(header, strh + 8 + 24), row.rate) << row.frameTime;
-        EXPECT_EQ(Le32(header, strh + 8 + 20), row.scale) << row.frameTime;
-        EXPECT_EQ(Le32(header, 32), row.microSeconds) << row.frameTime;
+    for (const Case& c : kCases) {
+        SCOPED_TRACE(CodeText(c.compression) + " at " + std::to_string(c.frameTime));
+        BITMAPINFOHEADER format = Format(640, 480, c.compression);
+        Bytes header = BuildProvisionalAviHeader(format, c.frameTime);
+        // RIFF, LIST hdrl, avih, LIST strl, strh and strf with the format: nothing more.
+        ASSERT_EQ(header.size(), 12u + 12 + 64 + 12 + 64 + 8 + 40);
+        // avih: microseconds per frame, frames, streams, width, height; strh: type, handler, scale, rate.
+        const std::pair<uint64_t, uint32_t> fields[] = {
+            {0, Code("RIFF")}, {4, 0}, {8, Code("AVI ")}, {12, Code("LIST")},
+            {16, static_cast<uint32_t>(header.size() - 20)}, {20, Code("hdrl")}, {24, Code("avih")},
+            {32, c.microSeconds}, {32 + 16, 0}, {32 + 24, 1}, {32 + 32, 640}, {32 + 36, 480}, {kStrh, Code("strh")},
+            {kStrh + 8, Code("vids")}, {kStrh + 12, Code(c.handler)}, {kStrh + 8 + 20, c.scale},
+            {kStrh + 8 + 24, c.rate}, {kStrh + 64, Code("strf")}, {kStrh + 64 + 4, 40}};
+        for (auto [at, value] : fields)
+            EXPECT_EQ(Le32(header, at), value) << "at " << at << ": " << CodeText(Le32(header, at));
+        EXPECT_EQ(std::memcmp(header.data() + kStrh + 64 + 8, &format, sizeof(format)), 0);
     }
     // A palette after the bitmap header goes into strf with it.
     Bytes withPalette(sizeof(BITMAPINFOHEADER) + 1024, 0x5A);
     BITMAPINFOHEADER format = Format(8, 8);
     std::memcpy(withPalette.data(), &format, sizeof(format));
     Bytes header = BuildProvisionalAviHeader(withPalette, kFrameTime);
-    EXPECT_EQ(Le32(header, 24 + 64 + 12 + 64 + 4), withPalette.size());
+    EXPECT_EQ(Le32(header, kStrh + 64 + 4), withPalette.size());
     EXPECT_LT(header.size() + 12, MuxHeaderArea(withPalette.size()));
 }
 
-TEST(AviRepair, CutInsideTheHeaderLeavesTheFileAlone)
+TEST(AviRepair, NoFormatOrNoWholeFrameLeavesTheFileAlone)
 {
-    MuxFile file;
-    file.AddFrames(3);
-    for (size_t cut : {size_t{0}, size_t{7}, size_t{11}, size_t{100}, size_t{190}, size_t{1000}, size_t{40000},
-                       static_cast<size_t>(file.frames[0].at), static_cast<size_t>(file.frames[0].at + 50)}) {
-        Bytes bytes(file.bytes.begin(), file.bytes.begin() + cut);
+    MuxFile file = Recording({3});
+    std::vector<Bytes> damaged;
+    for (uint64_t cut : {uint64_t{0}, uint64_t{7}, uint64_t{11}, uint64_t{100}, uint64_t{190}, uint64_t{1000},
+                         uint64_t{40000}, file.frames[0].at, file.frames[0].at + 50})
+        damaged.push_back(Cut(file.bytes, cut));
+    // A recording made before the program wrote its header: frames but no format.
+    damaged.push_back(file.bytes);
+    std::fill(damaged.back().begin(), damaged.back().begin() + 400, 0);
+    for (const Bytes& bytes : damaged) {
         AviRepairPlan plan = Plan(bytes);
-        EXPECT_EQ(plan.verdict, AviRepairVerdict::NothingRecoverable) << cut;
-        EXPECT_TRUE(plan.writes.empty()) << cut;
+        EXPECT_EQ(plan.verdict, AviRepairVerdict::NothingRecoverable) << bytes.size();
+        EXPECT_TRUE(plan.writes.empty()) << bytes.size();
     }
 }
 
-TEST(AviRepair, NoProvisionalHeaderMeansNoFormatAndNothingRecoverable)
+TEST(AviRepair, CutShortFilesKeepEveryWholeFrameWhereItWasAndGainAnIndex)
 {
-    // A recording made before the program wrote its header: frames but no format.
-    MuxFile file;
-    file.AddFrames(5);
-    std::fill(file.bytes.begin(), file.bytes.begin() + 400, 0);
-    AviRepairPlan plan = Plan(file.bytes);
-    EXPECT_EQ(plan.verdict, AviRepairVerdict::NothingRecoverable);
-    EXPECT_TRUE(plan.writes.empty());
-}
-
-TEST(AviRepair, CutInsideAChunkDropsThatChunkAndKeepsAllBefore)
-{
-    MuxFile file;
-    file.AddFrames(12);
-    const WrittenFrame& last = file.frames.back();
+    struct Case {
+        std::string what;
+        MuxFile file;  // as the mux wrote it
+        Bytes bytes;  // as it is on disk
+        uint32_t frames;
+        AviDataEnd end;
+        uint64_t dataEnd;  // where the kept chunks end
+        const char* area;  // a reserved area that stays in movi as this chunk, at areaAt
+        uint64_t areaAt;
+    };
+    std::vector<Case> cases;
+    MuxFile file = Recording({12});
+    const WrittenFrame last = file.frames.back();
     // Inside the last chunk's header, its payload, and just short of its end.
     for (uint64_t into :
-         {uint64_t{1}, uint64_t{4}, uint64_t{7}, uint64_t{8}, uint64_t{60}, uint64_t{8 + last.payload.size() - 1}}) {
-        Bytes bytes(file.bytes.begin(), file.bytes.begin() + last.at + into);
-        AviRepairPlan plan = Plan(bytes);
-        ASSERT_EQ(plan.verdict, AviRepairVerdict::Repair) << into;
-        EXPECT_EQ(plan.frames, 11u) << into;
-        EXPECT_EQ(plan.end, AviDataEnd::TornChunk) << into;
-        EXPECT_EQ(plan.dataEnd, last.at) << into;
-        ExpectRepaired(Applied(bytes, plan), file, 11);
-    }
-}
-
-TEST(AviRepair, CutRightAfterTheLastChunkKeepsEveryFrame)
-{
-    MuxFile file;
-    file.AddFrames(9);
-    AviRepairPlan plan = Plan(file.bytes);
-    ASSERT_EQ(plan.verdict, AviRepairVerdict::Repair);
-    EXPECT_EQ(plan.frames, 9u);
-    EXPECT_EQ(plan.end, AviDataEnd::EndOfFile);
-    EXPECT_EQ(plan.newLength, file.bytes.size() + 8 + 16 * 9);
-    ExpectRepaired(Applied(file.bytes, plan), file, 9);
-}
-
-TEST(AviRepair, LastChunkWithoutItsPadByteIsKeptAndPadded)
-{
-    MuxFile file;
-    file.AddFrames(2);  // the second frame's size, 137, is odd
+         {uint64_t{1}, uint64_t{4}, uint64_t{7}, uint64_t{8}, uint64_t{60}, 8 + last.payload.size() - 1})
+        cases.push_back({"cut " + std::to_string(into) + " bytes into the last chunk", file,
+                         Cut(file.bytes, last.at + into), 11, AviDataEnd::TornChunk, last.at, nullptr, 0});
+    file = Recording({9});
+    cases.push_back(
+        {"cut right after the last chunk", file, file.bytes, 9, AviDataEnd::EndOfFile, file.bytes.size(), nullptr, 0});
+    file = Recording({2});  // the second frame's size, 137, is odd
     ASSERT_EQ(file.frames.back().payload.size() % 2, 1u);
-    Bytes bytes(file.bytes.begin(), file.bytes.end() - 1);
-    AviRepairPlan plan = Plan(bytes);
-    ASSERT_EQ(plan.verdict, AviRepairVerdict::Repair);
-    EXPECT_EQ(plan.frames, 2u);
-    ExpectRepaired(Applied(bytes, plan), file, 2);
-}
-
-TEST(AviRepair, ZeroFilledTailIsCutOff)
-{
-    MuxFile file;
-    file.AddFrames(7);
+    cases.push_back({"last chunk without its pad byte", file, Cut(file.bytes, file.bytes.size() - 1), 2,
+                     AviDataEnd::EndOfFile, file.bytes.size(), nullptr, 0});
+    file = Recording({7});
     for (size_t tail : {size_t{1}, size_t{6}, size_t{8}, size_t{4096}, size_t{200001}}) {
         Bytes bytes = file.bytes;
         bytes.resize(bytes.size() + tail, 0);
-        AviRepairPlan plan = Plan(bytes);
-        ASSERT_EQ(plan.verdict, AviRepairVerdict::Repair) << tail;
-        EXPECT_EQ(plan.frames, 7u) << tail;
-        EXPECT_EQ(plan.end, AviDataEnd::ZeroTail) << tail;
-        EXPECT_EQ(plan.newLength, file.bytes.size() + 8 + 16 * 7) << tail;
-        ExpectRepaired(Applied(bytes, plan), file, 7);
+        cases.push_back({"zero tail of " + std::to_string(tail), file, bytes, 7, AviDataEnd::ZeroTail,
+                         file.bytes.size(), nullptr, 0});
+    }
+    file = Recording({5, 6, 2});
+    cases.push_back({"zero gaps inside movi", file, file.bytes, 13, AviDataEnd::EndOfFile, file.bytes.size(), "JUNK",
+                     file.frames[5].at - kStandardIndexSize});
+    // The mux wrote its first standard index (after 4000 frames), and the next area is still zeros.
+    file = Recording({4, 3});
+    file.WriteIndexAtStart();
+    cases.push_back({"written standard index", file, file.bytes, 7, AviDataEnd::EndOfFile, file.bytes.size(), "ix00",
+                     file.moviData});
+    // No whole chunk follows the gap, so the search past it finds nothing readable.
+    file = Recording({3, 1});
+    cases.push_back({"gap then a torn chunk", file, Cut(file.bytes, file.bytes.size() - 20), 3, AviDataEnd::Unreadable,
+                     file.frames[3].at - kStandardIndexSize, nullptr, 0});
+    // A repair cut short after its index landed: the provisional header is
+    // still in place and the idx1 after the frames is rewritten.
+    file = Recording({5});
+    AviRepairPlan first = Plan(file.bytes);
+    ASSERT_FALSE(first.writes.empty());
+    first.writes.resize(1);
+    first.newLength = first.writes[0].offset + first.writes[0].bytes.size();
+    cases.push_back({"repair cut short before its header", file, Applied(file.bytes, first), 5, AviDataEnd::OldIndex,
+                     file.bytes.size(), nullptr, 0});
+    // A finished file without idx1 and without its frame count is not known to be whole.
+    file = Recording({4});
+    Bytes noIndex = Cut(Applied(file.bytes, Plan(file.bytes)), file.bytes.size());
+    SetLe32At(noIndex, 4, static_cast<uint32_t>(noIndex.size() - 8));
+    SetLe32At(noIndex, 24 + 8 + 16, 0);
+    cases.push_back({"finished file without a frame count", file, noIndex, 4, AviDataEnd::EndOfFile, file.bytes.size(),
+                     nullptr, 0});
+
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        AviRepairPlan plan = Plan(c.bytes);
+        ASSERT_EQ(plan.verdict, AviRepairVerdict::Repair);
+        EXPECT_EQ(plan.frames, c.frames);
+        EXPECT_EQ(plan.end, c.end);
+        EXPECT_EQ(plan.dataEnd, c.dataEnd);
+        EXPECT_EQ(plan.newLength, c.dataEnd + 8 + 16 * c.frames);
+        Bytes repaired = Applied(c.bytes, plan);
+        if (c.area) {
+            EXPECT_EQ(CodeText(Le32(repaired, c.areaAt)), c.area);
+            EXPECT_EQ(Le32(repaired, c.areaAt + 4), kStandardIndexSize - 8);
+        }
+        ExpectRepaired(repaired, c.file, c.frames);
     }
 }
 
-TEST(AviRepair, ZeroGapInsideMoviBecomesJunkAndTheFramesAfterItAreKept)
+TEST(AviRepair, RepairedAndFinishedFilesAreCompleteAndLeftAlone)
 {
-    MuxFile file;
-    file.AddFrames(5);
-    uint64_t gap = file.bytes.size();
-    file.ReserveIndexArea();
-    file.AddFrames(6);
-    file.ReserveIndexArea();
-    file.AddFrames(2);
-    AviRepairPlan plan = Plan(file.bytes);
-    ASSERT_EQ(plan.verdict, AviRepairVerdict::Repair);
-    EXPECT_EQ(plan.frames, 13u);
-    Bytes repaired = Applied(file.bytes, plan);
-    EXPECT_EQ(CodeText(Le32(repaired, gap)), "JUNK");
-    EXPECT_EQ(Le32(repaired, gap + 4), kStandardIndexSize - 8);
-    ExpectRepaired(repaired, file, 13);
-}
-
-TEST(AviRepair, WrittenStandardIndexIsKeptButNotIndexed)
-{
-    // The mux wrote its first standard index into the first reserved area
-    // (after 4000 frames), and the next area is still zeros.
-    MuxFile file;
-    file.WriteIndexAt(file.moviData);
-    file.AddFrames(4);
-    file.ReserveIndexArea();
-    file.AddFrames(3);
-    AviRepairPlan plan = Plan(file.bytes);
-    ASSERT_EQ(plan.verdict, AviRepairVerdict::Repair);
-    EXPECT_EQ(plan.frames, 7u);
-    Bytes repaired = Applied(file.bytes, plan);
-    EXPECT_EQ(CodeText(Le32(repaired, file.moviData)), "ix00");
-    ExpectRepaired(repaired, file, 7);
-}
-
-TEST(AviRepair, GapThenTornChunkIsCutAtTheGap)
-{
-    MuxFile file;
-    file.AddFrames(3);
-    uint64_t gap = file.bytes.size();
-    file.ReserveIndexArea();
-    file.AddFrames(1);
-    Bytes bytes(file.bytes.begin(), file.bytes.end() - 20);
-    AviRepairPlan plan = Plan(bytes);
-    ASSERT_EQ(plan.verdict, AviRepairVerdict::Repair);
-    EXPECT_EQ(plan.frames, 3u);
-    EXPECT_EQ(plan.dataEnd, gap);
-    ExpectRepaired(Applied(bytes, plan), file, 3);
-}
-
-TEST(AviRepair, RepairedFileIsCompleteAndLeftAlone)
-{
-    MuxFile file;
-    file.AddFrames(6);
+    MuxFile file = Recording({6});
     file.bytes.resize(file.bytes.size() + 3000, 0);
     Bytes repaired = Applied(file.bytes, Plan(file.bytes));
-    AviRepairPlan again = Plan(repaired);
-    EXPECT_EQ(again.verdict, AviRepairVerdict::Complete);
-    EXPECT_TRUE(again.writes.empty());
     // As the mux finishes a file: 8 zero bytes after the RIFF.
-    repaired.resize(repaired.size() + 8, 0);
-    EXPECT_EQ(Plan(repaired).verdict, AviRepairVerdict::Complete);
-}
-
-TEST(AviRepair, FinishedMuxFileWithFrameCountAndSizedMoviIsComplete)
-{
-    // A finished file without idx1 but with its frame count and movi size.
-    MuxFile file;
-    file.AddFrames(4);
-    Bytes repaired = Applied(file.bytes, Plan(file.bytes));
-    ReadBack back = Read(repaired);
-    Bytes noIndex(repaired.begin(), repaired.begin() + back.moviEnd);
+    Bytes finished = repaired;
+    finished.resize(finished.size() + 8, 0);
+    // Without idx1 but with its frame count and movi size.
+    Bytes noIndex = Cut(repaired, Read(repaired).moviEnd);
     SetLe32At(noIndex, 4, static_cast<uint32_t>(noIndex.size() - 8));
-    EXPECT_EQ(Plan(noIndex).verdict, AviRepairVerdict::Complete);
-    // The same with no frame count is not known to be whole: it is indexed again.
-    SetLe32At(noIndex, 24 + 8 + 16, 0);
-    AviRepairPlan plan = Plan(noIndex);
-    ASSERT_EQ(plan.verdict, AviRepairVerdict::Repair);
-    EXPECT_EQ(plan.frames, 4u);
-    ExpectRepaired(Applied(noIndex, plan), file, 4);
-}
-
-TEST(AviRepair, RepairCutShortBeforeItsHeaderIsRunAgain)
-{
-    // Only the index landed: the provisional header is still in place and
-    // the idx1 after the frames is rewritten.
-    MuxFile file;
-    file.AddFrames(5);
-    AviRepairPlan first = Plan(file.bytes);
-    ASSERT_EQ(first.verdict, AviRepairVerdict::Repair);
-    Bytes half = file.bytes;
-    const AviRepairWrite& index = first.writes.front();
-    half.resize(index.offset + index.bytes.size());
-    std::copy(index.bytes.begin(), index.bytes.end(), half.begin() + index.offset);
-    AviRepairPlan again = Plan(half);
-    ASSERT_EQ(again.verdict, AviRepairVerdict::Repair);
-    EXPECT_EQ(again.end, AviDataEnd::OldIndex);
-    EXPECT_EQ(again.frames, 5u);
-    ExpectRepaired(Applied(half, again), file, 5);
+    for (const Bytes& bytes : {repaired, finished, noIndex}) {
+        AviRepairPlan plan = Plan(bytes);
+        EXPECT_EQ(plan.verdict, AviRepairVerdict::Complete) << bytes.size();
+        EXPECT_TRUE(plan.writes.empty()) << bytes.size();
+    }
 }
 
 TEST(AviRepair, HostileSizesNeverReadOutsideTheFile)
 {
-    MuxFile file;
-    file.AddFrames(6);
-    const uint64_t strh = 24 + 64 + 12;
+    MuxFile file = Recording({6});
+    const uint64_t third = file.frames[2].at + 4;
     struct Row {
         const char* what;
         uint64_t at;
@@ -599,45 +493,44 @@ TEST(AviRepair, HostileSizesNeverReadOutsideTheFile)
         {"hdrl size all ones", 16, 0xFFFFFFFF, AviRepairVerdict::NothingRecoverable, 0},
         {"hdrl size wraps", 16, 0xFFFFFFF8, AviRepairVerdict::NothingRecoverable, 0},
         {"strl size all ones", 24 + 64 + 4, 0xFFFFFFFF, AviRepairVerdict::NothingRecoverable, 0},
-        {"strh size all ones", strh + 4, 0xFFFFFFFF, AviRepairVerdict::NothingRecoverable, 0},
-        {"strf size all ones", strh + 64 + 4, 0xFFFFFFFF, AviRepairVerdict::NothingRecoverable, 0},
-        {"strf size short", strh + 64 + 4, 12, AviRepairVerdict::NothingRecoverable, 0},
+        {"strh size all ones", kStrh + 4, 0xFFFFFFFF, AviRepairVerdict::NothingRecoverable, 0},
+        {"strf size all ones", kStrh + 64 + 4, 0xFFFFFFFF, AviRepairVerdict::NothingRecoverable, 0},
+        {"strf size short", kStrh + 64 + 4, 12, AviRepairVerdict::NothingRecoverable, 0},
         {"RIFF size all ones", 4, 0xFFFFFFFF, AviRepairVerdict::Repair, 6},
         {"RIFF size as if whole", 4, static_cast<uint32_t>(file.bytes.size() - 8), AviRepairVerdict::Repair, 6},
-        {"third frame size all ones", file.frames[2].at + 4, 0xFFFFFFFF, AviRepairVerdict::Repair, 2},
-        {"third frame size wraps", file.frames[2].at + 4, 0xFFFFFFF8, AviRepairVerdict::Repair, 2},
-        {"third frame size to the last byte", file.frames[2].at + 4,
-         static_cast<uint32_t>(file.bytes.size() - file.frames[2].at - 8), AviRepairVerdict::Repair, 3},
+        {"third frame size all ones", third, 0xFFFFFFFF, AviRepairVerdict::Repair, 2},
+        {"third frame size wraps", third, 0xFFFFFFF8, AviRepairVerdict::Repair, 2},
+        {"third frame size to the last byte", third, static_cast<uint32_t>(file.bytes.size() - third - 4),
+         AviRepairVerdict::Repair, 3},
         // The search past the header's hole passes over a chunk that can't
         // be one and starts at the next.
         {"first frame size all ones", file.frames[0].at + 4, 0xFFFFFFFF, AviRepairVerdict::Repair, 5},
     };
     for (const Row& row : rows) {
+        SCOPED_TRACE(row.what);
         Bytes bytes = file.bytes;
         SetLe32At(bytes, row.at, row.value);
         AviRepairPlan plan = Plan(bytes);
-        EXPECT_EQ(plan.verdict, row.verdict) << row.what;
-        EXPECT_EQ(plan.frames, row.frames) << row.what;
+        EXPECT_EQ(plan.verdict, row.verdict);
+        EXPECT_EQ(plan.frames, row.frames);
         if (plan.verdict == AviRepairVerdict::Repair) {
             ReadBack back = Read(Applied(bytes, plan));
-            EXPECT_EQ(back.index.size(), row.frames) << row.what;
-            EXPECT_TRUE(back.moviWalksWhole) << row.what;
+            EXPECT_EQ(back.index.size(), row.frames);
+            EXPECT_TRUE(back.moviWalksWhole);
         }
     }
 }
 
 TEST(AviRepair, GarbageAndMutatedFilesNeverReadOutsideAndRepairToWholeFiles)
 {
-    MuxFile file;
-    file.AddFrames(8);
-    file.ReserveIndexArea();
-    file.AddFrames(3);
+    MuxFile file = Recording({8, 3});
     uint32_t state = 12345;
     auto next = [&state] {
         state = state * 1103515245 + 12345;
         return state >> 8;
     };
     for (int round = 0; round < 300; ++round) {
+        SCOPED_TRACE(round);
         Bytes bytes = file.bytes;
         if (round % 3 == 0)
             bytes.resize(next() % bytes.size());
@@ -652,15 +545,15 @@ TEST(AviRepair, GarbageAndMutatedFilesNeverReadOutsideAndRepairToWholeFiles)
             continue;
         Bytes repaired = Applied(bytes, plan);
         ReadBack back = Read(repaired);
-        EXPECT_EQ(back.riffSize, repaired.size() - 8) << round;
-        EXPECT_EQ(back.index.size(), plan.frames) << round;
-        EXPECT_TRUE(back.moviWalksWhole) << round;
+        EXPECT_EQ(back.riffSize, repaired.size() - 8);
+        EXPECT_EQ(back.index.size(), plan.frames);
+        EXPECT_TRUE(back.moviWalksWhole);
         for (const ReadBack::Entry& entry : back.index) {
             uint64_t at = back.moviFourcc + entry.offset;
-            ASSERT_LE(at + 8 + entry.size, repaired.size()) << round;
-            EXPECT_EQ(Le32(repaired, at), entry.id) << round;
+            ASSERT_LE(at + 8 + entry.size, repaired.size());
+            EXPECT_EQ(Le32(repaired, at), entry.id);
         }
-        EXPECT_EQ(Plan(repaired).verdict, AviRepairVerdict::Complete) << round;
+        EXPECT_EQ(Plan(repaired).verdict, AviRepairVerdict::Complete);
     }
     // Bytes that are no AVI at all, and an AVI start over noise.
     Bytes noise(70000);
@@ -675,21 +568,21 @@ TEST(AviRepair, GarbageAndMutatedFilesNeverReadOutsideAndRepairToWholeFiles)
     }
 }
 
-TEST(AviRepairFile, RepairsARecordingOnDiskInPlace)
+TEST(AviRepairFile, RepairsOnlyTheProgramsOwnDamagedRecordingsOnDiskInPlace)
 {
     TempFolder folder;
-    MuxFile file;
-    file.AddFrames(10);
-    file.ReserveIndexArea();
-    file.AddFrames(5);
-    Bytes damaged(file.bytes.begin(), file.bytes.end() - 33);
+    MuxFile file = Recording({10, 5});
+    const Bytes damaged = Cut(file.bytes, file.bytes.size() - 33);
     const std::string damagedText(damaged.begin(), damaged.end());
+    AviRepairOutcome outcome;
+    auto repair = [&outcome](const std::wstring& path, AviRepairResult result) {
+        ASSERT_EQ(RepairAviFile(path, &outcome), S_OK);
+        EXPECT_EQ(outcome.result, result);
+    };
 
     std::wstring ours = folder.File(L"CUT_11_25_2026_20_35_02.avi");
     ASSERT_TRUE(WriteFileBytes(ours, damagedText));
-    AviRepairOutcome outcome;
-    ASSERT_EQ(RepairAviFile(ours, &outcome), S_OK);
-    EXPECT_EQ(outcome.result, AviRepairResult::Repaired);
+    repair(ours, AviRepairResult::Repaired);
     EXPECT_EQ(outcome.frames, 14u);
     EXPECT_EQ(outcome.end, AviDataEnd::TornChunk);
     EXPECT_EQ(outcome.lengthBefore, damaged.size());
@@ -698,26 +591,20 @@ TEST(AviRepairFile, RepairsARecordingOnDiskInPlace)
     Bytes repaired(onDisk.begin(), onDisk.end());
     EXPECT_EQ(repaired, Applied(damaged, Plan(damaged)));
     ExpectRepaired(repaired, file, 14);
-
     // Again: the file is whole now and stays as it is.
-    ASSERT_EQ(RepairAviFile(ours, &outcome), S_OK);
-    EXPECT_EQ(outcome.result, AviRepairResult::LeftComplete);
+    repair(ours, AviRepairResult::LeftComplete);
     EXPECT_EQ(ReadFileBytes(ours), onDisk);
 
-    // Another program's file with the same bytes is not touched.
-    std::wstring theirs = folder.File(L"holiday.avi");
-    ASSERT_TRUE(WriteFileBytes(theirs, damagedText));
-    ASSERT_EQ(RepairAviFile(theirs, &outcome), S_OK);
-    EXPECT_EQ(outcome.result, AviRepairResult::NotOurRecording);
-    EXPECT_EQ(ReadFileBytes(theirs), damagedText);
-
-    // Nothing to recover: untouched.
-    std::wstring headless = folder.File(L"11_25_2026_20_35_03.avi");
-    const std::string cut = damagedText.substr(0, 150);
-    ASSERT_TRUE(WriteFileBytes(headless, cut));
-    ASSERT_EQ(RepairAviFile(headless, &outcome), S_OK);
-    EXPECT_EQ(outcome.result, AviRepairResult::NothingRecoverable);
-    EXPECT_EQ(ReadFileBytes(headless), cut);
+    // Another program's file with the same bytes, and a file with nothing to recover: untouched.
+    const std::pair<const wchar_t*, AviRepairResult> untouched[] = {
+        {L"holiday.avi", AviRepairResult::NotOurRecording},
+        {L"11_25_2026_20_35_03.avi", AviRepairResult::NothingRecoverable}};
+    for (auto [name, result] : untouched) {
+        std::string bytes = result == AviRepairResult::NothingRecoverable ? damagedText.substr(0, 150) : damagedText;
+        ASSERT_TRUE(WriteFileBytes(folder.File(name), bytes));
+        repair(folder.File(name), result);
+        EXPECT_EQ(ReadFileBytes(folder.File(name)), bytes);
+    }
 
     // A file that isn't there is not made.
     std::wstring missing = folder.File(L"11_25_2026_20_35_04.avi");

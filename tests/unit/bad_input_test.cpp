@@ -1,11 +1,9 @@
-// Damaged event and options files: each is read without a crash or an
-// overflow, and ends in its one defined outcome.
+// Damaged event and options files: each is read without a crash or an overflow, and ends in its one defined outcome.
 #include <gtest/gtest.h>
 
 #include <cwchar>
 #include <functional>
 
-#include "app/loaded_options.h"
 #include "base/ticks.h"
 #include "events/event_file.h"
 #include "persistence/options_file.h"
@@ -92,8 +90,6 @@ TEST(BadInput, DamagedEventFilesHaveDefinedOutcomes)
         {"truncated after the root tag", kHeader, 0, Expired},
         {"missing year", EventWith("EventYear", ""), 1, Expired},
         {"missing duration seconds", EventWith("DurationSecond", ""), 1, Expired},
-        {"year in the wrong case", EventWith("EventYear", Key("eventyear", "2040")), 1, Expired},
-        {"element without attribute", EventWith("EventMonth", "\t<EventMonth/>\r\n"), 1, Expired},
         {"month 13", EventWith("EventMonth", Key("EventMonth", "13")), 1, Expired},
         {"30 February", EventWith("EventDay", Key("EventDay", "30")).replace(
              EventWith("", "").find("EventMonth Value=\" 5\""), 21, "EventMonth Value=\" 2\""), 1, Expired},
@@ -105,7 +101,6 @@ TEST(BadInput, DamagedEventFilesHaveDefinedOutcomes)
              EXPECT_EQ(record.eventTime.wYear, 1999);
              EXPECT_EQ(record.expired, 1);  // long over, not unreadable
          }},
-        {"attribute of another name", EventWith("EventYear", "\t<EventYear When=\"2040\"/>\r\n"), 1, Armable},
         {"oversize comment", EventWith("Comment", Key("Comment", hugeComment)), 1,
          [](const EventRecord& record) {
              Armable(record);
@@ -124,10 +119,6 @@ TEST(BadInput, DamagedEventFilesHaveDefinedOutcomes)
          [](const EventRecord& record) { EXPECT_EQ(record.hibernate, 0); }},
         {"nested element inside a key", EventWith("EventDay", "\t<EventDay Value=\" 3\"><x/></EventDay>\r\n"), 1,
          Armable},
-        {"root of another name", "<Other>" + EventWith("", "").substr(kHeader.size(), std::string::npos)
-                                                  .replace(EventWith("", "").size() - kHeader.size() - kFooter.size(),
-                                                           kFooter.size(), "</Other>"),
-         1, Armable},
         {"five megabytes of unknown keys", manyUnknown, 1, Armable},
         {"duration of 99 hours", EventWith("DurationHour", Key("DurationHour", "99")), 1,
          [](const EventRecord& record) { EXPECT_EQ(record.durationTicks, (99ull * 3600 + 10 * 60) * kTicksPerSecond); }},
@@ -199,9 +190,7 @@ TEST(BadInput, DamagedOptionsFilesHaveDefinedOutcomes)
         {"truncated", OptionsText(Key("VideoNamePrefix", "abc")).substr(0, 60), 0, Defaults},
         {"two root elements", OptionsText("") + "<Root/>", 0, Defaults},
         {"unclosed attribute quote", kHeader + "\t<VideoNamePrefix Value=\"abc/>\r\n" + kFooter, 0, Defaults},
-        {"two attributes", OptionsText("\t<VideoNamePrefix Value=\"a\" Other=\"b\"/>\r\n"), 1, Defaults},
         {"no attribute", OptionsText("\t<PixelSaturationValue/>\r\n"), 1, Defaults},
-        {"key in the wrong case", OptionsText(Key("videonameprefix", "abc")), 1, Defaults},
         {"oversize prefix", OptionsText(Key("VideoNamePrefix", std::string(500, 'p'))), 1,
          [] { EXPECT_EQ(wcslen(options.VideoNamePrefix), static_cast<size_t>(kShortTextCapacity - 1)); }},
         {"oversize folder", OptionsText(Key("VideoDirectory", std::string(5000, 'd'))), 1,
@@ -216,12 +205,6 @@ TEST(BadInput, DamagedOptionsFilesHaveDefinedOutcomes)
          }},
         {"oversize duration text", OptionsText(Key("DefaultDuration", std::string(300, '9'))), 1,
          [] { EXPECT_EQ(wcslen(options.DefaultDuration), static_cast<size_t>(kSmallTextCapacity - 1)); }},
-        {"letters for a number", OptionsText(Key("PixelSaturationValue", "abc")), 1, Defaults},
-        {"half a position", OptionsText(Key("MainWindowPosition", "12")), 1,
-         [] {
-             EXPECT_EQ(options.windows[MainWindowKey].savedLeft, 12);
-             EXPECT_EQ(options.windows[MainWindowKey].savedTop, kNoPosition);
-         }},
         {"huge numbers", OptionsText(Key("PixelSaturationValue", "99999999999999999999") +
                                  Key("MainWindowPosition", "-99999999999999, 99999999999999")),
          1, [] {}},
@@ -245,11 +228,6 @@ TEST(BadInput, DamagedOptionsFilesHaveDefinedOutcomes)
              EXPECT_TRUE(savedSubtypeCodecPairs.empty());
              EXPECT_TRUE(TakeQueuedUserMessages().empty());
          }},
-        {"codec pair with an unknown codec", OptionsText(Key("SubtypeCodecPair", "YUY2|Nothing")), 1,
-         [] {
-             EXPECT_TRUE(savedSubtypeCodecPairs.empty());
-             EXPECT_EQ(TakeQueuedUserMessages().size(), 1u);
-         }},
         {"five megabytes", huge, 1, [] { EXPECT_STREQ(options.VideoNamePrefix, L"late"); }},
         {"UTF-16 mark before garbage", "\xFE\xFF" + Garbage(8191), 0, Defaults},
         {"UTF-16 cut after its first characters", std::string("<\0?\0x", 5), 0, Defaults},
@@ -260,13 +238,6 @@ TEST(BadInput, DamagedOptionsFilesHaveDefinedOutcomes)
          "<?xml version='1.0'" + std::string(100000, ' ') + "encoding='UTF-8'?>" +
              OptionsText(Key("VideoNamePrefix", "\xC3\xA9")).substr(kHeader.find("<!--")),
          1, [] { EXPECT_STREQ(options.VideoNamePrefix, L"\u00E9"); }},
-        {"impossible default duration", OptionsText(Key("DefaultDuration", "99:99:99")), 1,
-         [] {
-             ApplyLoadedOptions();
-             EXPECT_EQ(defaultDuration.wHour, 0);
-             EXPECT_EQ(defaultDuration.wMinute, 10);
-             EXPECT_EQ(defaultDuration.wSecond, 0);
-         }},
     };
 
     TempFolder folder;
@@ -274,7 +245,6 @@ TEST(BadInput, DamagedOptionsFilesHaveDefinedOutcomes)
     for (const OptionsCase& c : cases) {
         SCOPED_TRACE(c.what);
         SetOptionDefaults(options, workArea);
-        defaultDuration = kDefaultDuration;
         videoConfigurations.clear();
         savedSubtypeCodecPairs.clear();
         TakeQueuedUserMessages();

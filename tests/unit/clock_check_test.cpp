@@ -1,5 +1,4 @@
-// The computer's clock against GPS time: the GGA time field, the offset
-// across midnight, and the warning's text.
+// The computer's clock against GPS time: the GGA time field, the offset across midnight, and the warning's text.
 #include "gps/clock_check.h"
 
 #include <gtest/gtest.h>

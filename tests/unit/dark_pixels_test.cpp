@@ -1,24 +1,21 @@
-// The dark level of a frame, over plain buffers: what is counted, which value
-// is chosen, the texts, and that nothing past the frame is read.
+// The dark level of a frame: what is counted, which value is chosen, the texts, and that nothing past it is read.
 #include "filters/dark_pixels.h"
 
-#include <windows.h>
+#include "support/guarded_buffer.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <functional>
 #include <vector>
 
 namespace {
 
-// A frame of `rows` rows of `stride` bytes, each byte from fill(row, offset).
-std::vector<uint8_t> Frame(int32_t stride, int32_t rows, const std::function<uint8_t(int32_t, int32_t)>& fill)
+// A frame of `rows` rows of `stride` bytes, a pattern over and over.
+std::vector<uint8_t> Frame(int32_t stride, int32_t rows, const std::vector<uint8_t>& pattern)
 {
     std::vector<uint8_t> frame(static_cast<size_t>(stride) * rows);
-    for (int32_t row = 0; row < rows; ++row)
-        for (int32_t i = 0; i < stride; ++i)
-            frame[static_cast<size_t>(row) * stride + i] = fill(row, i);
+    for (size_t i = 0; i < frame.size(); ++i)
+        frame[i] = pattern[i % pattern.size()];
     return frame;
 }
 
@@ -29,84 +26,33 @@ DarkLevels Analyze(const std::vector<uint8_t>& frame, PixelLayout layout, int32_
     return ChooseDarkLevels(histograms, layout, DarkLevels{});
 }
 
-// A block whose end touches a page that can't be read: a read past the
-// block faults at once.
-class GuardedBlock {
-public:
-    explicit GuardedBlock(size_t bytes)
-    {
-        SYSTEM_INFO system;
-        GetSystemInfo(&system);
-        size_t page = system.dwPageSize;
-        size_t pages = (bytes + page - 1) / page;
-        base_ =
-            static_cast<uint8_t*>(VirtualAlloc(nullptr, (pages + 1) * page, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE));
-        DWORD old = 0;
-        VirtualProtect(base_ + pages * page, page, PAGE_NOACCESS, &old);
-        data_ = base_ + pages * page - bytes;
-    }
-    ~GuardedBlock() { VirtualFree(base_, 0, MEM_RELEASE); }
-    uint8_t* data() const { return data_; }
-
-private:
-    uint8_t* base_ = nullptr;
-    uint8_t* data_ = nullptr;
-};
-
-struct ChoiceCase {
-    const char* what;
-    std::vector<uint8_t> frame;
-    PixelLayout layout;
-    int32_t stride;
-    int32_t rows;
-    DarkLevels expected;
-};
-
 }  // namespace
 
 TEST(DarkPixels, TheChoiceIsTheCommonestValueBelow75WithTiesToTheLower)
 {
-    // YUY2: luma at 0 and 2, chroma at 1 and 3 (here 5, which a count of
-    // chroma would choose).
-    auto yuy2 = [](uint8_t luma0, uint8_t luma2) {
-        return [=](int32_t, int32_t i) { return i % 4 == 0 ? luma0 : i % 4 == 2 ? luma2 : uint8_t{5}; };
+    struct Case {
+        const char* what;
+        PixelLayout layout;
+        int32_t stride;
+        std::vector<uint8_t> pattern;
+        DarkLevels expected;
     };
-    const ChoiceCase cases[] = {
-        {"uniform below 75", Frame(16, 4, yuy2(40, 40)), PixelLayout::YUY2, 16, 4, {40, 0, 0, 0}},
-        {"uniform just below 75", Frame(16, 4, yuy2(74, 74)), PixelLayout::YUY2, 16, 4, {74, 0, 0, 0}},
-        {"uniform at 75 gives 0", Frame(16, 4, yuy2(75, 75)), PixelLayout::YUY2, 16, 4, {0, 0, 0, 0}},
-        {"uniform bright gives 0", Frame(16, 4, yuy2(200, 200)), PixelLayout::YUY2, 16, 4, {0, 0, 0, 0}},
-        {"all black", Frame(16, 4, yuy2(0, 0)), PixelLayout::YUY2, 16, 4, {0, 0, 0, 0}},
-        {"a tie goes to the lower value", Frame(16, 4, yuy2(30, 20)), PixelLayout::YUY2, 16, 4, {20, 0, 0, 0}},
-        {"most pixels bright, the dark ones still decide",
-         Frame(16, 4, [](int32_t row, int32_t i) { return uint8_t(i % 2                    ? 128
-                                                                      : row == 0 && i == 0 ? 12
-                                                                                           : 200); }),
-         PixelLayout::YUY2,
-         16,
-         4,
-         {12, 0, 0, 0}},
-        {"RGB24 channels apart",
-         Frame(12, 3, [](int32_t, int32_t i) { return uint8_t(i % 3 == 0       ? 10
-                                                                  : i % 3 == 1 ? 20
-                                                                               : 30); }),
-         PixelLayout::RGB24,
-         12,
-         3,
-         {0, 10, 20, 30}},
-        {"ARGB32 channels apart, alpha not counted",
-         Frame(16, 3,
-               [](int32_t, int32_t i) {
-                   return uint8_t(i % 4 == 0 ? 11 : i % 4 == 1 ? 22 : i % 4 == 2 ? 33 : 1);
-               }),
-         PixelLayout::ARGB32,
-         16,
-         3,
-         {0, 11, 22, 33}},
+    // YUY2: luma at 0 and 2, chroma at 1 and 3 (5 here, which a count of chroma would choose).
+    const Case kCases[] = {
+        {"uniform below 75", PixelLayout::YUY2, 16, {40, 5, 40, 5}, {40, 0, 0, 0}},
+        {"uniform just below 75", PixelLayout::YUY2, 16, {74, 5, 74, 5}, {74, 0, 0, 0}},
+        {"uniform at 75 gives 0", PixelLayout::YUY2, 16, {75, 5, 75, 5}, {0, 0, 0, 0}},
+        {"uniform bright gives 0", PixelLayout::YUY2, 16, {200, 5, 200, 5}, {0, 0, 0, 0}},
+        {"all black", PixelLayout::YUY2, 16, {0, 5, 0, 5}, {0, 0, 0, 0}},
+        {"a tie goes to the lower value", PixelLayout::YUY2, 16, {30, 5, 20, 5}, {20, 0, 0, 0}},
+        {"most pixels bright, the dark ones still decide", PixelLayout::YUY2, 16,
+         {12, 128, 200, 128, 200, 128, 200, 128, 200, 128, 200, 128, 200, 128, 200, 128}, {12, 0, 0, 0}},
+        {"RGB24 channels apart", PixelLayout::RGB24, 12, {10, 20, 30}, {0, 10, 20, 30}},
+        {"ARGB32 channels apart, alpha not counted", PixelLayout::ARGB32, 16, {11, 22, 33, 1}, {0, 11, 22, 33}},
     };
-    for (const ChoiceCase& c : cases) {
+    for (const Case& c : kCases) {
         SCOPED_TRACE(c.what);
-        DarkLevels got = Analyze(c.frame, c.layout, c.stride, c.rows);
+        DarkLevels got = Analyze(Frame(c.stride, 4, c.pattern), c.layout, c.stride, 4);
         EXPECT_EQ(got.y, c.expected.y);
         EXPECT_EQ(got.b, c.expected.b);
         EXPECT_EQ(got.g, c.expected.g);
@@ -147,7 +93,7 @@ TEST(DarkPixels, AnRgb24RowCutMidPixelIsNeverReadPastTheFrame)
         SCOPED_TRACE(stride);
         const int32_t rows = 3;
         size_t bytes = static_cast<size_t>(stride) * rows;
-        GuardedBlock block(bytes);
+        GuardedBuffer block(bytes, true);
         std::memset(block.data(), 17, bytes);
         DarkHistograms histograms;
         CountDarkPixels(block.data(), bytes, PixelLayout::RGB24, stride, rows, histograms);

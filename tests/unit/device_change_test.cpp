@@ -1,6 +1,4 @@
-// What the main window does with a device change that isn't a scan: which
-// notifications it takes, and the names of a recording's continuation
-// files.
+// A device change that isn't a scan: which notifications are taken, and a recording's continuation file names.
 #include "app/continuation_file.h"
 #include "app/device_change.h"
 
@@ -34,8 +32,9 @@ TEST(DeviceChange, OnlyDevNodesChangedIsTakenAndOnlyWhenNothingElseRuns)
 
 TEST(DeviceChange, ContinuationFilesAreNamedFromTheFirstFile)
 {
+    const std::wstring longName(250, L'a'), longCut = longName + L"_10.a";
     struct Row {
-        const wchar_t* first;
+        std::wstring first;
         uint32_t count;
         const wchar_t* path;  // null: refused
     } rows[] = {
@@ -44,6 +43,8 @@ TEST(DeviceChange, ContinuationFilesAreNamedFromTheFirstFile)
         {L"VideoFiles\\x.avi", 12, L"VideoFiles\\x_12.avi"},
         {L"D:\\v\\Vesta_TYC 1_01_02_2026_03_04_05.avi", 1, L"D:\\v\\Vesta_TYC 1_01_02_2026_03_04_05_1.avi"},
         {L".avi", 3, L"_3.avi"},
+        // Cut to the room it has.
+        {longName + L".avi", 10, longCut.c_str()},
         // The comparison is exact: upper case, another extension or none.
         {L"VideoFiles\\X.AVI", 1, nullptr},
         {L"VideoFiles\\x.Avi", 1, nullptr},
@@ -53,20 +54,10 @@ TEST(DeviceChange, ContinuationFilesAreNamedFromTheFirstFile)
     };
     for (const Row& row : rows) {
         wchar_t out[256] = L"untouched";
-        bool made = ContinuationFilePath(row.first, row.count, out, 256);
-        EXPECT_EQ(made, row.path != nullptr) << testing::PrintToString(std::wstring(row.first));
-        EXPECT_EQ(std::wstring(out), row.path ? row.path : L"untouched")
-            << testing::PrintToString(std::wstring(row.first));
+        bool made = ContinuationFilePath(row.first.c_str(), row.count, out, 256);
+        EXPECT_EQ(made, row.path != nullptr) << testing::PrintToString(row.first);
+        EXPECT_EQ(std::wstring(out), row.path ? row.path : L"untouched") << testing::PrintToString(row.first);
     }
-}
-
-TEST(DeviceChange, AContinuationPathIsCutToTheRoomItHas)
-{
-    std::wstring first(250, L'a');
-    first += L".avi";
-    wchar_t out[256];
-    ASSERT_TRUE(ContinuationFilePath(first.c_str(), 10, out, 256));
-    EXPECT_EQ(std::wstring(out), std::wstring(250, L'a') + L"_10.a");
 }
 
 TEST(DeviceChange, ARestartGoesOnInTheNextContinuationThatHoldsNothing)

@@ -1,6 +1,4 @@
-// The Select Input Device window's rules on plain device records: which row
-// shows which device, the Properties title taken by index, the default
-// flag, the in-use mark, and what OK puts into the options.
+// The Select Input Device window's rules: rows, the Properties title, the default flag, the in-use mark, and OK.
 #include "ui/device_choice_rules.h"
 
 #include <gtest/gtest.h>
@@ -92,23 +90,19 @@ TEST(DeviceChoiceRules, RowLookupsGiveNoneForNothingSelectedOrAMissingRow)
 // device's index, so an ignored device ahead of it shifts the name.
 TEST(DeviceChoiceRules, PropertiesTitleTakesTheRowNumberedLikeTheDeviceIndex)
 {
-    {
-        Devices devices{{L"Sky Cam", ""}, {L"Side Cam", ""}};
-        DeviceRowMaps maps = MapDeviceRows(devices.sources);
-        EXPECT_EQ(DeviceFormatTitleAtRow(devices.sources, maps, 0), L"Sky Cam Properties");
-        EXPECT_EQ(DeviceFormatTitleAtRow(devices.sources, maps, 1), L"Side Cam Properties");
-    }
-    {
-        Devices devices{{L"Gone Cam", "I"}, {L"Sky Cam", ""}, {L"Side Cam", ""}};
-        DeviceRowMaps maps = MapDeviceRows(devices.sources);
-        EXPECT_EQ(DeviceFormatTitleAtRow(devices.sources, maps, 1), L"Side Cam Properties");
-        EXPECT_EQ(DeviceFormatTitleAtRow(devices.sources, maps, 2), L" Properties");
-    }
-    {
-        Devices devices{{L"Old Cam", "D"}, {L"Sky Cam", ""}};
-        DeviceRowMaps maps = MapDeviceRows(devices.sources);
-        EXPECT_EQ(DeviceFormatTitleAtRow(devices.sources, maps, 1), L" Properties");
-        EXPECT_EQ(DeviceFormatTitleAtRow(devices.sources, maps, kNoSource), L" Properties");
+    struct Case {
+        Devices devices;
+        std::vector<std::pair<uint32_t, const wchar_t*>> titles;  // by device index
+    };
+    const Case kCases[] = {
+        {{{L"Sky Cam", ""}, {L"Side Cam", ""}}, {{0, L"Sky Cam Properties"}, {1, L"Side Cam Properties"}}},
+        {{{L"Gone Cam", "I"}, {L"Sky Cam", ""}, {L"Side Cam", ""}}, {{1, L"Side Cam Properties"}, {2, L" Properties"}}},
+        {{{L"Old Cam", "D"}, {L"Sky Cam", ""}}, {{1, L" Properties"}, {kNoSource, L" Properties"}}},
+    };
+    for (const Case& c : kCases) {
+        DeviceRowMaps maps = MapDeviceRows(c.devices.sources);
+        for (auto [index, title] : c.titles)
+            EXPECT_EQ(DeviceFormatTitleAtRow(c.devices.sources, maps, index), title) << index;
     }
 }
 

@@ -1,6 +1,4 @@
-// The Device Properties window's rules: the frame-rate list and the group
-// that stays selected, the slider scales, where the property rows stand,
-// and what Cancel puts back.
+// The Device Properties window's rules: the frame-rate list and selection, slider scales, row layout, and Cancel.
 #include <gtest/gtest.h>
 
 #include <algorithm>

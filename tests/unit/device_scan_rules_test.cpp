@@ -1,5 +1,4 @@
-// The classing of a device change, on plain records and names: which device
-// a scan deals with, what it marks, and the faults it reports.
+// The classing of a device change: which device a scan deals with, what it marks, and the faults it reports.
 #include "video/device_scan_rules.h"
 
 #include <gtest/gtest.h>
@@ -19,26 +18,12 @@ std::unique_ptr<VideoSourceInfo> Device(const wchar_t* name, const char* flags =
     auto source = std::make_unique<VideoSourceInfo>();
     wcscpy(source->name, name);
     for (const char* flag = flags; *flag; ++flag) {
-        switch (*flag) {
-        case 'A':
-            source->isActive = 1;
-            break;
-        case 'M':
-            source->isManualRecording = 1;
-            break;
-        case 'E':
-            source->isEventRecording = 1;
-            break;
-        case 'I':
-            source->isIgnored = 1;
-            break;
-        case 'D':
-            source->isDisconnected = 1;
-            break;
-        case 'F':
-            source->isDefault = 1;
-            break;
-        }
+        source->isActive |= *flag == 'A';
+        source->isManualRecording |= *flag == 'M';
+        source->isEventRecording |= *flag == 'E';
+        source->isIgnored |= *flag == 'I';
+        source->isDisconnected |= *flag == 'D';
+        source->isDefault |= *flag == 'F';
     }
     return source;
 }
@@ -157,47 +142,34 @@ TEST(DeviceScanRules, OfTwoDevicesOfOneNameTheSecondRecordIsTheOneMarked)
 
 TEST(DeviceScanRules, FaultsGiveTheirLineAndNothingToDo)
 {
-    {
-        // Two activity flags on the removed device: marked, but no action.
-        Scan scan;
-        scan.Add(Device(L"Cam", "AM"));
-        DeviceScanVerdict verdict = scan.Run({});
-        EXPECT_EQ(verdict.result, NothingToDo);
-        EXPECT_STREQ(verdict.logicError,
-                     L"Device connect / disconnect logic error - active flags count greater than 1\r\n");
-        EXPECT_EQ(scan.sources[0]->isDisconnected, 1);
-    }
-    {
-        // Two went and a stranger came in the same scan: a device without a
-        // record while the counts say one went away.
-        Scan scan;
-        scan.Add(Device(L"Cam", "A"));
-        scan.Add(Device(L"Spare"));
-        DeviceScanVerdict verdict = scan.Run({L"Stranger"});
-        EXPECT_EQ(verdict.result, NothingToDo);
-        EXPECT_STREQ(verdict.logicError,
-                     L"Device connect / disconnect logic error - attached devices count problem\r\n");
-    }
-    {
-        // More attached than known, but every entry has a record and none is
-        // marked away.
-        Scan scan;
-        scan.Add(Device(L"Cam", "A"));
-        DeviceScanVerdict verdict = scan.Run({L"Cam", L""});
-        EXPECT_EQ(verdict.result, NothingToDo);
-        EXPECT_STREQ(verdict.logicError,
-                     L"Device connect / disconnect logic error - expected to find a reattached device\r\n");
-    }
-    {
-        // A count of marked devices that disagrees with the marks: a device
-        // seems gone, but every record is matched or marked.
-        Scan scan;
-        scan.Add(Device(L"Cam", "D"));
+    struct Case {
+        const char* what;
+        std::vector<std::pair<const wchar_t*, const char*>> devices;
         std::vector<std::wstring> attached;
-        DeviceScanVerdict verdict = ClassifyDeviceScan(scan.sources, attached, 0);
+        bool miscounted;  // the count of marked devices disagrees with the marks
+        const wchar_t* fault;
+    };
+    const Case kCases[] = {
+        // The removed device is marked all the same.
+        {"two activity flags on the removed device", {{L"Cam", "AM"}}, {}, false,
+         L"Device connect / disconnect logic error - active flags count greater than 1\r\n"},
+        {"two went and a stranger came", {{L"Cam", "A"}, {L"Spare", ""}}, {L"Stranger"}, false,
+         L"Device connect / disconnect logic error - attached devices count problem\r\n"},
+        {"more attached than known, but none marked away", {{L"Cam", "A"}}, {L"Cam", L""}, false,
+         L"Device connect / disconnect logic error - expected to find a reattached device\r\n"},
+        {"a device seems gone, but every record is matched or marked", {{L"Cam", "D"}}, {}, true,
+         L"Device disconnect logic error - cannot find removed device in source vector\r\n"},
+    };
+    for (const Case& c : kCases) {
+        SCOPED_TRACE(c.what);
+        Scan scan;
+        for (auto [name, flags] : c.devices)
+            scan.Add(Device(name, flags));
+        std::vector<std::wstring> attached = c.attached;
+        DeviceScanVerdict verdict = c.miscounted ? ClassifyDeviceScan(scan.sources, attached, 0) : scan.Run(attached);
         EXPECT_EQ(verdict.result, NothingToDo);
-        EXPECT_STREQ(verdict.logicError,
-                     L"Device disconnect logic error - cannot find removed device in source vector\r\n");
+        EXPECT_STREQ(verdict.logicError, c.fault);
+        EXPECT_TRUE(!c.attached.empty() || scan.sources[0]->isDisconnected) << "the removed device is marked";
     }
 }
 

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cwchar>
 
 #include "base/name_text.h"
@@ -93,44 +94,34 @@ EventRecord Record(const SYSTEMTIME& moment, const SYSTEMTIME& duration, const w
 
 TEST(EventList, CellsShowTheFieldsAsTheFileHoldsThem)
 {
-    const std::wstring mark = kEventListMark;
-    auto cells = EventListCells(Record(Time(2026, 5, 3, 1, 2, 3), Duration(0, 10, 0), L"faint star", true, false,
-                                       false),
-                                L"a_05_03_2026_01_02_03.mef", true);
-    EXPECT_EQ(cells[0], L" MAY  3, 2026");
-    EXPECT_EQ(cells[1], L" 01:02:03");
-    EXPECT_EQ(cells[2], L"00:10:00");
-    EXPECT_EQ(cells[3], L"faint star");
-    EXPECT_EQ(cells[4], mark);
-    EXPECT_EQ(cells[5], L"");
-    EXPECT_EQ(cells[6], L"");
-    EXPECT_EQ(cells[7], L"a_05_03_2026_01_02_03.mef");
-
-    cells = EventListCells(Record(Time(2027, 12, 31, 23, 59, 59), Duration(23, 59, 59), L"", false, true, true),
-                           L"b.mef", true);
-    EXPECT_EQ(cells[0], L" DEC 31, 2027");
-    EXPECT_EQ(cells[1], L" 23:59:59");
-    EXPECT_EQ(cells[2], L"23:59:59");
-    EXPECT_EQ(cells[4], L"");
-    EXPECT_EQ(cells[5], mark);
-    EXPECT_EQ(cells[6], mark);
-
+    const wchar_t* mark = kEventListMark;
     // A file written by hand without the blanks shows as it stands.
     EventRecord hand = Record(Time(2026, 1, 9, 8, 7, 6), Duration(0, 1, 0), L"", false, false, false);
     wcscpy(hand.text.eventDay, L"9");
     wcscpy(hand.text.eventHour, L"8");
-    cells = EventListCells(hand, L"c.mef", true);
-    EXPECT_EQ(cells[0], L" JAN 9, 2026");
-    EXPECT_EQ(cells[1], L" 8:07:06");
-
     // A file that couldn't be read: its expired mark and its name only.
     EventRecord unread{};
     unread.expired = 1;
-    cells = EventListCells(unread, L"broken.mef", false);
-    for (int column = 0; column < 6; ++column)
-        EXPECT_EQ(cells[column], L"") << column;
-    EXPECT_EQ(cells[6], mark);
-    EXPECT_EQ(cells[7], L"broken.mef");
+    struct Case {
+        EventRecord record;
+        const wchar_t* name;
+        bool read;
+        std::array<std::wstring, 8> cells;
+    };
+    const Case kCases[] = {
+        {Record(Time(2026, 5, 3, 1, 2, 3), Duration(0, 10, 0), L"faint star", true, false, false),
+         L"a_05_03_2026_01_02_03.mef", true,
+         {L" MAY  3, 2026", L" 01:02:03", L"00:10:00", L"faint star", mark, L"", L"", L"a_05_03_2026_01_02_03.mef"}},
+        {Record(Time(2027, 12, 31, 23, 59, 59), Duration(23, 59, 59), L"", false, true, true), L"b.mef", true,
+         {L" DEC 31, 2027", L" 23:59:59", L"23:59:59", L"", L"", mark, mark, L"b.mef"}},
+        {hand, L"c.mef", true, {L" JAN 9, 2026", L" 8:07:06", L"00:01:00", L"", L"", L"", L"", L"c.mef"}},
+        {unread, L"broken.mef", false, {L"", L"", L"", L"", L"", L"", mark, L"broken.mef"}},
+    };
+    for (const Case& c : kCases) {
+        auto cells = EventListCells(c.record, c.name, c.read);
+        for (size_t column = 0; column < c.cells.size(); ++column)
+            EXPECT_EQ(cells[column], c.cells[column]) << testing::PrintToString(std::wstring(c.name)) << " " << column;
+    }
 }
 
 TEST(EventList, RowsSortByStartWithTiesToTheLaterItem)

@@ -1,5 +1,4 @@
-// The frame-time record's arithmetic and text: the clock pair chosen, the
-// UTC of stream time zero and of each frame, and the rows.
+// The frame-time record: the clock pair chosen, the UTC of stream time zero and of each frame, and the rows.
 #include "video/frame_times.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,4 @@
-// The position read out of a receiver's burst: each rule of the GGA reading
-// as a case over the bytes of one read.
+// The position read out of a receiver's burst: each rule of the GGA reading as a case over the bytes of one read.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -15,15 +14,7 @@ const std::string kMunich = "$GPGGA,123519,4807.038,N,01131.000,E,1,08,0.9,545.4
 const std::string kBetween = "$GPGSA,A,3,04,05,,09,12,,,24,,,,,2.5,1.3,2.1*39\r\n"
                              "$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A\r\n";
 
-SYSTEMTIME Today()
-{
-    SYSTEMTIME day{};
-    day.wYear = 2031;
-    day.wMonth = 7;
-    day.wDay = 14;
-    day.wHour = 23;
-    return day;
-}
+const SYSTEMTIME kToday{2031, 7, 0, 14, 23, 0, 0, 0};
 
 struct Parsed {
     GgaParse outcome;
@@ -38,7 +29,7 @@ Parsed Parse(const std::string& bytes, long bytesRead = -1)
     std::copy(bytes.begin(), bytes.end(), buffer.begin());
     Parsed parsed{};
     size_t read = bytesRead < 0 ? bytes.size() : static_cast<size_t>(bytesRead);
-    parsed.outcome = ParseGgaBuffer(buffer.data(), buffer.size(), read, Today(), parsed.reading);
+    parsed.outcome = ParseGgaBuffer(buffer.data(), buffer.size(), read, kToday, parsed.reading);
     return parsed;
 }
 
@@ -162,52 +153,53 @@ TEST(GgaReading, TheLastSentenceTooCloseToTheEndGivesWayToTheOneBefore)
     }
 }
 
-TEST(GgaReading, OnlyAReadOfFewerThan57BytesWithoutASentenceCannotFindOne)
-{
-    EXPECT_EQ(Parse(std::string(56, 'x')).outcome, GgaParse::NoSentence);
-    // 57 bytes: position -1, and with no comma in the text the fields are
-    // cut off, with no message.
-    EXPECT_EQ(Parse(std::string(57, 'x')).outcome, GgaParse::FieldsCutOff);
-    EXPECT_EQ(Parse("$GPRMC,1,A,2").outcome, GgaParse::NoSentence);
-    // A sentence whose name starts within the read but whose letters run
-    // past the text's end isn't one.
-    EXPECT_EQ(Parse("$GPGG").outcome, GgaParse::NoSentence);
-}
-
-TEST(GgaReading, AMissingCommaFailsWithoutAMessage)
+TEST(GgaReading, ShortReadsMissingCommasAndZeroBytesEndInTheirOutcome)
 {
     const std::string padding(60, ' ');
-    const std::string cuts[] = {
-        "$GPGGA,123519" + padding,
-        "$GPGGA,123519,4807.038" + padding,
-        "$GPGGA,123519,4807.038,N,01131.000" + padding,
-        "$GPGGA,123519,4807.038,N,01131.000,E" + padding,
-        "$GPGGA,123519,4807.038,N,01131.000,E,1" + padding,
-        "$GPGGA,123519,4807.038,N,01131.000,E,1,08" + padding,
-        "$GPGGA,123519,4807.038,N,01131.000,E,1,08,0.9" + padding,
+    const std::string burst = kMunich + kBetween;
+    auto zeroAfter = [](std::string text, const char* field) {
+        text[text.find(field) + 1] = '\0';
+        return text;
     };
-    for (const std::string& bytes : cuts)
-        EXPECT_EQ(Parse(bytes).outcome, GgaParse::FieldsCutOff) << bytes;
-    // One comma more and the altitude, empty, reads as zero.
-    Parsed parsed = Parse("$GPGGA,123519,4807.038,N,01131.000,E,1,08,0.9," + padding);
-    EXPECT_EQ(parsed.outcome, GgaParse::Read);
-    EXPECT_EQ(Narrow(parsed.reading.altitudeText), " 0.0 M");
-}
-
-TEST(GgaReading, TheTextEndsAtTheFirstZeroByte)
-{
-    // A zero byte in front of the burst: no sentence in the text, a read of
-    // more than 57 bytes, and no comma.
-    EXPECT_EQ(Parse(std::string(1, '\0') + kMunich + kBetween).outcome, GgaParse::FieldsCutOff);
-    // A zero byte inside the altitude cuts the field there.
-    std::string cut = kMunich + kBetween;
-    cut[cut.find("545.4") + 1] = '\0';
-    Parsed parsed = Parse(cut);
-    ASSERT_EQ(parsed.outcome, GgaParse::Read);
-    EXPECT_EQ(Narrow(parsed.reading.altitudeText), " 5.0 M");
-    // Inside the dilution, it takes the comma in front of the altitude.
-    cut[cut.find("0.9") + 1] = '\0';
-    EXPECT_EQ(Parse(cut).outcome, GgaParse::FieldsCutOff);
+    struct Case {
+        std::string bytes;
+        GgaParse outcome;
+        const char* altitude;  // checked when read
+    };
+    const Case kCases[] = {
+        {std::string(56, 'x'), GgaParse::NoSentence, ""},
+        // 57 bytes: position -1, and with no comma in the text the fields
+        // are cut off, with no message.
+        {std::string(57, 'x'), GgaParse::FieldsCutOff, ""},
+        {"$GPRMC,1,A,2", GgaParse::NoSentence, ""},
+        // A name that starts within the read but runs past the text's end isn't one.
+        {"$GPGG", GgaParse::NoSentence, ""},
+        // A missing comma fails without a message.
+        {"$GPGGA,123519" + padding, GgaParse::FieldsCutOff, ""},
+        {"$GPGGA,123519,4807.038" + padding, GgaParse::FieldsCutOff, ""},
+        {"$GPGGA,123519,4807.038,N,01131.000" + padding, GgaParse::FieldsCutOff, ""},
+        {"$GPGGA,123519,4807.038,N,01131.000,E" + padding, GgaParse::FieldsCutOff, ""},
+        {"$GPGGA,123519,4807.038,N,01131.000,E,1" + padding, GgaParse::FieldsCutOff, ""},
+        {"$GPGGA,123519,4807.038,N,01131.000,E,1,08" + padding, GgaParse::FieldsCutOff, ""},
+        {"$GPGGA,123519,4807.038,N,01131.000,E,1,08,0.9" + padding, GgaParse::FieldsCutOff, ""},
+        // One comma more and the altitude, empty, reads as zero.
+        {"$GPGGA,123519,4807.038,N,01131.000,E,1,08,0.9," + padding, GgaParse::Read, " 0.0 M"},
+        // The text ends at the first zero byte: in front of the burst there
+        // is no sentence and no comma in a long read; inside the altitude it
+        // cuts the field; inside the dilution it takes the comma in front of
+        // the altitude.
+        {std::string(1, '\0') + burst, GgaParse::FieldsCutOff, ""},
+        {zeroAfter(burst, "545.4"), GgaParse::Read, " 5.0 M"},
+        {zeroAfter(burst, "0.9"), GgaParse::FieldsCutOff, ""},
+    };
+    for (const Case& c : kCases) {
+        SCOPED_TRACE(testing::PrintToString(c.bytes));
+        Parsed parsed = Parse(c.bytes);
+        EXPECT_EQ(parsed.outcome, c.outcome);
+        if (c.outcome == GgaParse::Read) {
+            EXPECT_EQ(Narrow(parsed.reading.altitudeText), c.altitude);
+        }
+    }
 }
 
 TEST(GgaReading, BytesLeftBehindAnEarlierReadLengthenTheText)

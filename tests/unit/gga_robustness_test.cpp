@@ -1,7 +1,5 @@
-// Bad bytes from the serial line: random and mutated bursts of every length
-// up to past the program's buffer, read through the GGA rules with an
-// inaccessible page right before or right after the buffer, so that a
-// single read outside it ends the test program.
+// Bad bytes from the serial line, of every length up to past the program's buffer, read through the GGA rules with a
+// guard page right before or after the buffer, so that a single read outside it ends the test program.
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -13,43 +11,9 @@
 #include "gps/gga_reading.h"
 #include "gps/gps_link.h"
 #include "gps/gps_probe.h"
+#include "support/guarded_buffer.h"
 
 namespace {
-
-// The program's buffer size, placed flush against a page that can't be
-// touched, in front of it or behind it.
-class GuardedBuffer {
-public:
-    GuardedBuffer(size_t size, bool guardBehind)
-    {
-        SYSTEM_INFO system{};
-        GetSystemInfo(&system);
-        size_t page = system.dwPageSize;
-        size_t pages = (size + page - 1) / page * page;
-        total_ = pages + 2 * page;
-        base_ = static_cast<unsigned char*>(VirtualAlloc(nullptr, total_, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
-        if (!base_)
-            return;
-        DWORD old = 0;
-        VirtualProtect(base_, page, PAGE_NOACCESS, &old);
-        VirtualProtect(base_ + page + pages, page, PAGE_NOACCESS, &old);
-        data_ = guardBehind ? base_ + page + pages - size : base_ + page;
-    }
-    ~GuardedBuffer()
-    {
-        if (base_)
-            VirtualFree(base_, 0, MEM_RELEASE);
-    }
-    GuardedBuffer(const GuardedBuffer&) = delete;
-    GuardedBuffer& operator=(const GuardedBuffer&) = delete;
-
-    unsigned char* data() const { return data_; }
-
-private:
-    unsigned char* base_ = nullptr;
-    unsigned char* data_ = nullptr;
-    size_t total_ = 0;
-};
 
 const std::string kBurst = "$GPGGA,123519,4807.038,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,*47\r\n"
                            "$GPGSA,A,3,04,05,,09,12,,,24,,,,,2.5,1.3,2.1*39\r\n"
@@ -64,16 +28,8 @@ public:
     // Lengths spread over every scale, from nothing to past the buffer.
     size_t Length()
     {
-        switch (Below(4)) {
-        case 0:
-            return Below(80);
-        case 1:
-            return Below(1200);
-        case 2:
-            return Below(6000);
-        default:
-            return Below(kGpsBufferSize + 2000);
-        }
+        const size_t scales[] = {80, 1200, 6000, kGpsBufferSize + 2000};
+        return Below(scales[Below(4)]);
     }
 
     std::string Random(size_t length, const std::string& alphabet)

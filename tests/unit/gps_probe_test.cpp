@@ -1,5 +1,4 @@
-// What counts as a receiver's answer, and what the search makes of the rate
-// it was found at.
+// What counts as a receiver's answer, and what the search makes of the rate it was found at.
 #include <gtest/gtest.h>
 
 #include <string>

@@ -1,9 +1,8 @@
-// The menus' enable and check rules, on the real menu bars built by
-// BuildMenus in hidden windows of this process (another process can't read
-// a menu's state on this platform).
+// The menus' enable and check rules, on real menu bars in hidden windows of this process (only it can read them).
 #include <gtest/gtest.h>
 
 #include <map>
+#include <vector>
 
 #include "app/recording_control.h"
 #include "ui/commands.h"
@@ -26,18 +25,18 @@ const unsigned kAllCommands[] = {
 
 class MenuRules : public testing::Test {
 protected:
+    static HWND Window(const wchar_t* kind, const wchar_t* title, HWND parent = nullptr)
+    {
+        return CreateWindowExW(0, kind, title, parent ? WS_CHILD : WS_OVERLAPPEDWINDOW, 0, 0, 400, 300, parent,
+                               nullptr, GetModuleHandleW(nullptr), nullptr);
+    }
     void SetUp() override
     {
-        mainWindow = CreateWindowExW(0, L"STATIC", kMainWindowTitle, WS_OVERLAPPEDWINDOW, 0, 0, 400, 300, nullptr,
-                                     nullptr, GetModuleHandleW(nullptr), nullptr);
-        userMessagesWindow = CreateWindowExW(0, L"STATIC", L"User Messages", WS_OVERLAPPEDWINDOW, 0, 0, 400, 300,
-                                             nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
-        recordControlsWindow = CreateWindowExW(0, L"STATIC", L"Record", WS_OVERLAPPEDWINDOW, 0, 0, 200, 100, nullptr,
-                                               nullptr, GetModuleHandleW(nullptr), nullptr);
-        startButton = CreateWindowExW(0, L"BUTTON", L"Start", WS_CHILD, 0, 0, 50, 50, recordControlsWindow, nullptr,
-                                      GetModuleHandleW(nullptr), nullptr);
-        stopButton = CreateWindowExW(0, L"BUTTON", L"Stop", WS_CHILD, 50, 0, 50, 50, recordControlsWindow, nullptr,
-                                     GetModuleHandleW(nullptr), nullptr);
+        mainWindow = Window(L"STATIC", kMainWindowTitle);
+        userMessagesWindow = Window(L"STATIC", L"User Messages");
+        recordControlsWindow = Window(L"STATIC", L"Record");
+        startButton = Window(L"BUTTON", L"Start", recordControlsWindow);
+        stopButton = Window(L"BUTTON", L"Stop", recordControlsWindow);
         ClearRuntimeSwitches();
     }
     void TearDown() override
@@ -69,7 +68,7 @@ protected:
         return (GetMenuState(bar, position, MF_BYPOSITION) & MF_GRAYED) != 0;
     }
     // Every command's greying, with the given ones grey and the rest not.
-    static void ExpectGreyExactly(std::initializer_list<unsigned> grey)
+    static void ExpectGreyExactly(const std::vector<unsigned>& grey)
     {
         std::map<unsigned, bool> expected;
         for (unsigned command : kAllCommands)
@@ -89,33 +88,32 @@ protected:
 
 }  // namespace
 
-TEST_F(MenuRules, WithoutAnyDeviceTheDeviceItemsAndSelectInputDeviceAreGrey)
+TEST_F(MenuRules, TheDevicesDecideWhichItemsAreGreyAndNothingIsChecked)
 {
-    BuildMenus(false);
-    ExpectGreyExactly({IDM_SELECT_INPUT_DEVICE, IDM_DEVICE_PROPERTIES, IDM_CODEC, IDM_BRIGHTNESS_CONTRAST,
-                       IDM_MAGNIFY, IDM_FRAME_INTEGRATION, IDM_PIXEL_SATURATION});
-    ExpectNoPopupGrey();
-    // Schedule, GPS and the options stay available without a device.
-    EXPECT_FALSE(Grey(IDM_SCHEDULE));
-    EXPECT_FALSE(Grey(IDM_USB_GPS_RECEIVER));
-}
-
-TEST_F(MenuRules, WithDevicesAllIgnoredSelectInputDeviceStaysTheWayBack)
-{
-    videoSources.push_back(new VideoSourceInfo{});
-    BuildMenus(false);
-    ExpectGreyExactly({IDM_DEVICE_PROPERTIES, IDM_CODEC, IDM_BRIGHTNESS_CONTRAST, IDM_MAGNIFY, IDM_FRAME_INTEGRATION,
-                       IDM_PIXEL_SATURATION});
-}
-
-TEST_F(MenuRules, WithAnActiveDeviceEverythingIsEnabledAndNothingChecked)
-{
-    videoSources.push_back(new VideoSourceInfo{});
-    BuildMenus(true);
-    ExpectGreyExactly({});
-    ExpectNoPopupGrey();
-    for (unsigned command : kAllCommands)
-        EXPECT_FALSE(Checked(command)) << command;
+    // Schedule, GPS and the options stay available without a device; with
+    // devices all ignored, Select Input Device stays the way back.
+    const struct {
+        const char* what;
+        bool device, active, selectGrey, deviceItemsGrey;
+    } kCases[] = {{"no device", false, false, true, true},
+                  {"devices all ignored", true, false, false, true},
+                  {"an active device", true, true, false, false}};
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.what);
+        if (c.device && videoSources.empty())
+            videoSources.push_back(new VideoSourceInfo{});
+        BuildMenus(c.active);
+        std::vector<unsigned> grey;
+        if (c.selectGrey)
+            grey.push_back(IDM_SELECT_INPUT_DEVICE);
+        if (c.deviceItemsGrey)
+            grey.insert(grey.end(), {IDM_DEVICE_PROPERTIES, IDM_CODEC, IDM_BRIGHTNESS_CONTRAST, IDM_MAGNIFY,
+                                     IDM_FRAME_INTEGRATION, IDM_PIXEL_SATURATION});
+        ExpectGreyExactly(grey);
+        ExpectNoPopupGrey();
+        for (unsigned command : kAllCommands)
+            EXPECT_FALSE(Checked(command)) << command;
+    }
 }
 
 TEST_F(MenuRules, ARecordingGreysFourPopupsAndTheMessagesFileAndSwapsTheButtons)

@@ -1,5 +1,4 @@
-// The bounded scans of the receiver's text: they read numbers as the
-// platform's C library reads them, and never past the text's end.
+// The bounded scans of the receiver's text: numbers read as the platform's C library reads them, never past the end.
 #include <gtest/gtest.h>
 
 #include <windows.h>

@@ -1,5 +1,4 @@
-// Month names in date-time picker formats: the rewrite of "MMM" as text,
-// and a real picker of this platform showing the abbreviated month.
+// Month names in date-time picker formats: "MMM" rewritten as text, and a real picker showing the abbreviated month.
 #include <gtest/gtest.h>
 
 #include <windows.h>

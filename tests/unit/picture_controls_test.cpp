@@ -1,5 +1,4 @@
-// The brightness tool's slider mapping, and the pairing of a chosen codec
-// with a media subtype.
+// The brightness tool's slider mapping, and the pairing of a chosen codec with a media subtype.
 #include <gtest/gtest.h>
 
 #include "base/report.h"

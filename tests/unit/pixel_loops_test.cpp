@@ -5,66 +5,37 @@
 
 #include <vector>
 
-namespace {
-
-// A YUY2 frame of one row: pairs of (Y0 U Y1 V).
-std::vector<uint8_t> Yuy2Row(std::initializer_list<uint8_t> lumas)
-{
-    std::vector<uint8_t> row;
-    auto it = lumas.begin();
-    while (it != lumas.end()) {
-        uint8_t y0 = *it++;
-        uint8_t y1 = it != lumas.end() ? *it++ : 0;
-        row.insert(row.end(), {y0, 128, y1, 128});
-    }
-    return row;
-}
-
-constexpr uint8_t kMarkedYuy2[4] = {0x6A, 0xCA, 0x6A, 0xDE};
-
-bool IsMarkedPair(const std::vector<uint8_t>& row, size_t pair)
-{
-    return std::equal(kMarkedYuy2, kMarkedYuy2 + 4, row.begin() + static_cast<long>(pair * 4));
-}
-
-}  // namespace
-
 TEST(PixelLoops, SaturationMarksAtOrAboveTheThresholdPerPacking)
 {
-    // YUY2: a luma equal to the threshold counts, and marks its whole pair.
-    std::vector<uint8_t> row = Yuy2Row({99, 100, 101, 50, 10, 20});
-    FrameGeometry oneRow{static_cast<int32_t>(row.size()), 1, true};
-    MarkSaturatedPixels(row.data(), oneRow, PixelLayout::YUY2, 100);
-    EXPECT_TRUE(IsMarkedPair(row, 0));
-    EXPECT_TRUE(IsMarkedPair(row, 1));
-    EXPECT_FALSE(IsMarkedPair(row, 2));
-
-    // t = 255: only full white.
-    row = Yuy2Row({254, 254, 255, 0});
-    MarkSaturatedPixels(row.data(), oneRow, PixelLayout::YUY2, 255);
-    EXPECT_FALSE(IsMarkedPair(row, 0));
-    EXPECT_TRUE(IsMarkedPair(row, 1));
-
-    // RGB24 marks on any one channel; ARGB32 on the mean of three.
-    std::vector<uint8_t> rgb = {255, 0, 0, 10, 10, 10};
-    MarkSaturatedPixels(rgb.data(), FrameGeometry{6, 1, false}, PixelLayout::RGB24, 100);
-    EXPECT_EQ(rgb, (std::vector<uint8_t>{0xE1, 0x00, 0xE1, 10, 10, 10}));
-    std::vector<uint8_t> argb = {255, 0, 0, 77, 100, 100, 100, 66};
-    MarkSaturatedPixels(argb.data(), FrameGeometry{8, 1, false}, PixelLayout::ARGB32, 100);
-    EXPECT_EQ(argb, (std::vector<uint8_t>{255, 0, 0, 77, 0xE1, 0x00, 0xE1, 66}));
-
-    // Anything else is left alone.
-    std::vector<uint8_t> other = {255, 255, 255, 255};
-    MarkSaturatedPixels(other.data(), FrameGeometry{4, 1, true}, PixelLayout::Other, 0);
-    EXPECT_EQ(other, (std::vector<uint8_t>{255, 255, 255, 255}));
-}
-
-TEST(PixelLoops, MarkingNeverReadsPastARowWhosePaddingCutsAPixel)
-{
-    // Two RGB24 pixels and two bytes of padding; the buffer ends with the row.
-    std::vector<uint8_t> frame = {1, 1, 1, 2, 2, 2, 255, 255};
-    MarkSaturatedPixels(frame.data(), FrameGeometry{8, 1, false}, PixelLayout::RGB24, 200);
-    EXPECT_EQ(frame, (std::vector<uint8_t>{1, 1, 1, 2, 2, 2, 255, 255}));
+    using Frame = std::vector<uint8_t>;
+    struct Case {
+        const char* what;
+        PixelLayout layout;
+        FrameGeometry geometry;
+        uint8_t threshold;
+        Frame frame, marked;
+    };
+    const Case kCases[] = {
+        // A luma equal to the threshold counts, and marks its whole pair.
+        {"YUY2", PixelLayout::YUY2, {12, 1, true}, 100, {99, 128, 100, 128, 101, 128, 50, 128, 10, 128, 20, 128},
+         {0x6A, 0xCA, 0x6A, 0xDE, 0x6A, 0xCA, 0x6A, 0xDE, 10, 128, 20, 128}},
+        {"YUY2 at 255: only full white", PixelLayout::YUY2, {8, 1, true}, 255, {254, 128, 254, 128, 255, 128, 0, 128},
+         {254, 128, 254, 128, 0x6A, 0xCA, 0x6A, 0xDE}},
+        {"RGB24 on any one channel", PixelLayout::RGB24, {6, 1, false}, 100, {255, 0, 0, 10, 10, 10},
+         {0xE1, 0x00, 0xE1, 10, 10, 10}},
+        {"ARGB32 on the mean of three", PixelLayout::ARGB32, {8, 1, false}, 100, {255, 0, 0, 77, 100, 100, 100, 66},
+         {255, 0, 0, 77, 0xE1, 0x00, 0xE1, 66}},
+        {"anything else left alone", PixelLayout::Other, {4, 1, true}, 0, {255, 255, 255, 255}, {255, 255, 255, 255}},
+        // Two pixels and two bytes of padding: the buffer ends with the row.
+        {"RGB24 row whose padding cuts a pixel", PixelLayout::RGB24, {8, 1, false}, 200, {1, 1, 1, 2, 2, 2, 255, 255},
+         {1, 1, 1, 2, 2, 2, 255, 255}},
+    };
+    for (const Case& c : kCases) {
+        SCOPED_TRACE(c.what);
+        Frame frame = c.frame;
+        MarkSaturatedPixels(frame.data(), c.geometry, c.layout, c.threshold);
+        EXPECT_EQ(frame, c.marked);
+    }
 }
 
 TEST(PixelLoops, IntegrationAddsAboveTheDarkLevelAndSaturates)

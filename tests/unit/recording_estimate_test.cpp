@@ -1,5 +1,4 @@
-// The space a recording will take: duration times frame rate times the
-// uncompressed frame size, for the subtypes the program records.
+// The space a recording will take: duration times frame rate times the uncompressed frame size.
 #include "video/recording_estimate.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,4 @@
-// Pure rules of the video engine: device names, frame rates, usable
-// formats, magnified sizes.
+// Pure rules of the video engine: device names, frame rates, usable formats, magnified sizes.
 #include "video/device_names.h"
 #include "video/video_format.h"
 #include "video/frame_size.h"

@@ -9,16 +9,13 @@ namespace {
 struct LayoutFixture : testing::Test {
     void SetUp() override
     {
-        workLeft = 0;
-        workTop = 0;
+        workLeft = workTop = 0;
         workRight = 1920;
         workBottom = 1040;
         frameWidth = 16;
         frameHeight = 58;
-        videoWidth = 720;
-        videoHeight = 576;
-        displayedWidth = 720;
-        displayedHeight = 576;
+        videoWidth = displayedWidth = 720;
+        videoHeight = displayedHeight = 576;
     }
 };
 
@@ -59,27 +56,22 @@ TEST(KeepOnScreen, WindowsMayHangOutByHalfAFrame)
 
 TEST(DialogPosition, DefaultsAvoidTheMainWindow)
 {
-    // Main window right-aligned at the top.
-    RECT main{1184, 0, 1920, 634};
-    // Fits to the left of the main window.
-    POINT left = DefaultDialogPosition({400, 560}, main, 16, 1920, 1040);
-    EXPECT_EQ(left.x, 0);
-    EXPECT_EQ(left.y, 0);
-    // Main window at the far left: fits below it.
-    RECT leftMain{0, 0, 736, 300};
-    POINT below = DefaultDialogPosition({400, 560}, leftMain, 16, 1920, 1040);
-    EXPECT_EQ(below.x, 0);
-    EXPECT_EQ(below.y, 1046 - 560);
-    // Tall main window at the left: goes to the right.
-    RECT tall{0, 0, 736, 1000};
-    POINT right = DefaultDialogPosition({400, 560}, tall, 16, 1920, 1040);
-    EXPECT_EQ(right.x, 1926 - 400);
-    EXPECT_EQ(right.y, 0);
-    // Nowhere fits: bottom left.
-    RECT huge{0, 0, 1900, 1000};
-    POINT last = DefaultDialogPosition({400, 560}, huge, 16, 1920, 1040);
-    EXPECT_EQ(last.x, 0);
-    EXPECT_EQ(last.y, 1046 - 560);
+    struct Case {
+        const char* what;
+        RECT main;
+        POINT at;
+    };
+    const Case kCases[] = {
+        {"main window right-aligned at the top: to its left", {1184, 0, 1920, 634}, {0, 0}},
+        {"main window at the far left: below it", {0, 0, 736, 300}, {0, 1046 - 560}},
+        {"tall main window at the left: to its right", {0, 0, 736, 1000}, {1926 - 400, 0}},
+        {"nowhere fits: bottom left", {0, 0, 1900, 1000}, {0, 1046 - 560}},
+    };
+    for (const Case& c : kCases) {
+        POINT at = DefaultDialogPosition({400, 560}, c.main, 16, 1920, 1040);
+        EXPECT_EQ(at.x, c.at.x) << c.what;
+        EXPECT_EQ(at.y, c.at.y) << c.what;
+    }
 }
 
 TEST_F(LayoutFixture, MainLayoutFitsThePictureOrFallsBackOnScrolling)

@@ -1,5 +1,4 @@
-// How the bytes of an options or event file become text: the rule that
-// decides the encoding, and the conversion.
+// How the bytes of an options or event file become text: the rule that decides the encoding, and the conversion.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -34,69 +33,46 @@ std::string Printable(std::string_view bytes)
 
 TEST(XmlEncoding, DeclarationNamesTheEncodingOnlyInItsOwnPlace)
 {
-    struct Row {
-        std::string bytes;
-        std::string_view name;
-    } rows[] = {
-        {kOwnHeader, ""},
+    const std::pair<std::string, std::string_view> named[] = {
         {"<?xml version='1.0' encoding='UTF-8'?><Root/>", "UTF-8"},
         {"<?xml version=\"1.0\" encoding=\"windows-1252\"?>", "windows-1252"},
         {"<?xml version = '1.0'\r\n\tencoding = \"ISO-8859-1\" standalone='yes' ?>", "ISO-8859-1"},
         {"<?xml encoding='x'?>", "x"},
-        // Not in the declaration: after it, in another instruction, or in a
-        // value.
-        {"<?xml version='1.0'?><!-- encoding='UTF-8' -->", ""},
-        {"<?xml-stylesheet encoding='UTF-8'?>", ""},
-        {"<?xml version='encoding=\"UTF-8\"'?>", ""},
-        {" <?xml version='1.0' encoding='UTF-8'?>", ""},
-        // Damaged declarations name nothing.
-        {"<?xml version='1.0' encoding='UTF-8'", ""},
-        {"<?xml version='1.0' encoding='UTF-8?>", ""},
-        {"<?xml version='1.0' encoding=UTF-8?>", ""},
-        {"<?xml version='1.0'encoding='UTF-8'?>", ""},
-        {"<?xml version='1.0' encoding?>", ""},
-        {"<?xml ", ""},
-        {"<?xml", ""},
-        {"", ""},
     };
-    for (const Row& row : rows)
-        EXPECT_EQ(DeclaredXmlEncoding(row.bytes), row.name) << Printable(row.bytes);
+    for (const auto& [bytes, name] : named)
+        EXPECT_EQ(DeclaredXmlEncoding(bytes), name) << Printable(bytes);
+    // None: not in the declaration (after it, in another instruction, in a
+    // value), or a damaged declaration.
+    for (const std::string& bytes :
+         {kOwnHeader, std::string("<?xml version='1.0'?><!-- encoding='UTF-8' -->"),
+          std::string("<?xml-stylesheet encoding='UTF-8'?>"), std::string("<?xml version='encoding=\"UTF-8\"'?>"),
+          std::string(" <?xml version='1.0' encoding='UTF-8'?>"), std::string("<?xml version='1.0' encoding='UTF-8'"),
+          std::string("<?xml version='1.0' encoding='UTF-8?>"), std::string("<?xml version='1.0' encoding=UTF-8?>"),
+          std::string("<?xml version='1.0'encoding='UTF-8'?>"), std::string("<?xml version='1.0' encoding?>"),
+          std::string("<?xml "), std::string("<?xml"), std::string()})
+        EXPECT_EQ(DeclaredXmlEncoding(bytes), "") << Printable(bytes);
 }
 
 TEST(XmlEncoding, EncodingNamesGiveTheirCodePagesAndLatinOneReadsAsWindows)
 {
-    struct Row {
-        std::string_view name;
-        UINT codePage;
-    } rows[] = {
-        {"UTF-8", CP_UTF8},
-        {"utf-8", CP_UTF8},
-        {"UTF8", CP_UTF8},
-        {"windows-1252", 1252},
-        {"Windows-1250", 1250},
-        {"WINDOWS-1251", 1251},
-        {"cp1253", 1253},
-        {"ISO-8859-1", 1252},
-        {"iso-8859-1", 1252},
-        {"US-ASCII", 1252},
-        {"latin1", 1252},
-        {"ISO-8859-2", 28592},
-        {"iso-8859-15", 28605},
-        {"Shift_JIS", 932},
-        {"GB2312", 936},
-        {"Big5", 950},
-        {"KOI8-R", 20866},
-        {"ISO-8859-0", 0},
-        {"ISO-8859-17", 0},
-        {"windows-", 0},
-        {"windows-12x", 0},
-        {"windows-99999999", 0},
-        {"UTF-16", 0},
-        {"x-unknown", 0},
-        {"", 0},
+    const std::pair<UINT, std::vector<std::string_view>> kCases[] = {
+        {CP_UTF8, {"UTF-8", "utf-8", "UTF8"}},
+        {1252, {"windows-1252", "ISO-8859-1", "iso-8859-1", "US-ASCII", "latin1"}},
+        {1250, {"Windows-1250"}},
+        {1251, {"WINDOWS-1251"}},
+        {1253, {"cp1253"}},
+        {28592, {"ISO-8859-2"}},
+        {28605, {"iso-8859-15"}},
+        {932, {"Shift_JIS"}},
+        {936, {"GB2312"}},
+        {950, {"Big5"}},
+        {20866, {"KOI8-R"}},
+        {0, {"ISO-8859-0", "ISO-8859-17", "windows-", "windows-12x", "windows-99999999", "UTF-16", "x-unknown", ""}},
     };
-    for (const Row& row : rows)
-        EXPECT_EQ(CodePageOfEncodingName(row.name), row.codePage) << row.name;
+    for (const auto& [codePage, names] : kCases) {
+        for (std::string_view name : names)
+            EXPECT_EQ(CodePageOfEncodingName(name), codePage) << name;
+    }
 }
 
 TEST(XmlEncoding, MarkDecidesFirstThenDeclarationElseNarrowCodePage)
