@@ -7,6 +7,7 @@
 #include "video/device_list.h"
 #include "video/device_names.h"
 #include "video/file_branch.h"
+#include "video/filter_categories.h"
 #include "video/graph_pins.h"
 
 namespace {
@@ -27,6 +28,19 @@ CodecRecord* MakeCodecRecord(IBaseFilter* filter, const wchar_t* name)
 
 // The friendly name and the filter of one compressor; false where either
 // can't be had.
+// The camera, the compressor and the mux joined pin to pin, with nothing put
+// between; what joined is undone when a link fails.
+bool ConnectPinToPin(IGraphBuilder* graph, IPin* sourcePin, IPin* codecInput, IPin* codecOutput, IPin* muxPin)
+{
+    if (FAILED(graph->ConnectDirect(sourcePin, codecInput, nullptr)))
+        return false;
+    if (SUCCEEDED(graph->ConnectDirect(codecOutput, muxPin, nullptr)))
+        return true;
+    graph->Disconnect(sourcePin);
+    graph->Disconnect(codecInput);
+    return false;
+}
+
 bool BindCodec(IMoniker* moniker, std::wstring& name, ComPtr<IBaseFilter>& filter)
 {
     ComPtr<IPropertyBag> bag;
@@ -138,6 +152,11 @@ HRESULT VideoPlayer::GetCodecsForSourceDevice(HRESULT (*startVideo)())
     if (!muxPin)
         return Fail(L"WARNING: failed to get mux input pin in call to GetFilterPin in GetCodecsForSourceDevice\r\n");
 
+    // Where the platform lists no filter category, the builder's search for a
+    // filter to put between two pins has nothing to find, and this
+    // platform's search then reads a null enumerator and crashes: the trial
+    // joins the pins directly instead, which gives the same answer.
+    const bool categoriesListed = FilterCategoriesListed();
     bool muxTried = false;
     for (uint32_t index = 0; index < installedCodecs.size(); ++index) {
         // Each trial starts clean: a link of the last one may hold on
@@ -161,8 +180,12 @@ HRESULT VideoPlayer::GetCodecsForSourceDevice(HRESULT (*startVideo)())
             if (FAILED(codecGraph->AddFilter(codec->filter, codec->name)))
                 continue;
             muxTried = true;
-            bool connected = SUCCEEDED(codecBuilder->RenderStream(&PIN_CATEGORY_CAPTURE, &MEDIATYPE_Video,
-                                                                  source->baseFilter, codec->filter, codecMux.Get()));
+            bool connected =
+                categoriesListed
+                    ? SUCCEEDED(codecBuilder->RenderStream(&PIN_CATEGORY_CAPTURE, &MEDIATYPE_Video, source->baseFilter,
+                                                           codec->filter, codecMux.Get()))
+                    : ConnectPinToPin(codecGraph.Get(), sourcePin.Get(), codecInput.Get(), codecOutput.Get(),
+                                      muxPin.Get());
             if (connected) {
                 codecGraph->Disconnect(codecInput.Get());
                 codecGraph->Disconnect(codecOutput.Get());

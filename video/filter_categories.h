@@ -1,0 +1,6 @@
+// Whether the platform lists any filter category. The graph's intelligent
+// connect (IGraphBuilder::Connect, and RenderStream through it) looks through
+// that list for a filter to put between two pins that don't join directly.
+#pragma once
+
+bool FilterCategoriesListed();
