@@ -8,6 +8,7 @@
 #include "gps/clock_check.h"
 #include "video/codecs.h"
 #include "video/file_branch.h"
+#include "video/filter_categories.h"
 #include "video/graph_pins.h"
 #include "video/avi_header.h"
 #include "filters/file_sink_filter.h"
@@ -15,6 +16,16 @@
 #include <vector>
 
 namespace {
+
+// Whether the renderer takes the camera's format on its input as it is.
+bool RendererTakesFormat(IBaseFilter* renderer, const VideoFormat* format)
+{
+    if (!format || !format->mediaType)
+        return false;
+    ComPtr<IPin> input(GetFilterPin(renderer, PINDIR_INPUT, nullptr));
+    return input && input->QueryAccept(format->mediaType) == S_OK;
+}
+
 
 // The file branch's queue holds up to this many frames, and no more than
 // this many bytes of them: a few seconds of a busy disk at the sizes of
@@ -234,7 +245,13 @@ HRESULT VideoPlayer::RenderVideoStream(const wchar_t* filePath, bool useColor, I
     // joined once per build and never spliced.
     if (recording && FAILED(previewQueue.Add(graph.Get(), L"Preview Queue", kPreviewQueueFrames, kPreviewQueueBytes)))
         Report(L"NOTE: the preview could not be given a thread of its own; a slow display may cost recorded frames\r\n");
-    if (FAILED(captureBuilder->RenderStream(&PIN_CATEGORY_PREVIEW, &MEDIATYPE_Video, sourceFilter,
+    // Where the platform lists no filter category, its search for a filter
+    // between two pins that don't join reads a null enumerator and crashes:
+    // a renderer that doesn't take the camera's format as it is fails here,
+    // as that search, finding nothing, would have.
+    const bool searchable = FilterCategoriesListed();
+    if ((!searchable && !RendererTakesFormat(currentRenderer, CurrentVideoFormat())) ||
+        FAILED(captureBuilder->RenderStream(&PIN_CATEGORY_PREVIEW, &MEDIATYPE_Video, sourceFilter,
                                             previewQueue ? previewQueue.Get() : nullptr, currentRenderer))) {
         Report(L"SEVERE: cannot render preview stream\r\n");
         return E_FAIL;
