@@ -5,14 +5,28 @@
 
 #include "base/com_ptr.h"
 
-bool FilterCategoriesListed()
+namespace {
+
+bool AskForFilterCategories()
 {
     ComPtr<ICreateDevEnum> devices;
+    // Where the question can't be asked, the graph's own search stands.
     if (FAILED(CoCreateInstance(CLSID_SystemDeviceEnum, nullptr, CLSCTX_INPROC_SERVER, IID_ICreateDevEnum,
                                 devices.PutVoid())) ||
         !devices)
-        return false;
+        return true;
     // S_FALSE with no enumerator: the list is empty.
     ComPtr<IEnumMoniker> categories;
     return devices->CreateClassEnumerator(CLSID_ActiveMovieCategories, categories.Put(), 0) == S_OK && categories;
+}
+
+}  // namespace
+
+bool FilterCategoriesListed()
+{
+    // Asked once a run: the list doesn't change under a running program, and
+    // this platform's category enumerator keeps two registry handles open
+    // for good each time it is made.
+    static const bool listed = AskForFilterCategories();
+    return listed;
 }

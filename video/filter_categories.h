@@ -3,4 +3,5 @@
 // that list for a filter to put between two pins that don't join directly.
 #pragma once
 
+// Asked once, at the first call.
 bool FilterCategoriesListed();
