@@ -2,19 +2,14 @@
 set(MAVU_E2E_SCENARIOS
     Startup.NoOptionsNoDeviceReportsInOrder
     Startup.SecondInstanceEndsAtOnceAndChangesNothing
-    Startup.ExitEndsWithTheLoopsExitCode
-    Startup.CloseBoxEndsTheProgram
+    Startup.ExitOrTheCloseBoxEndsWithTheLoopsExitCode
     Startup.MissingIconsAreHarmless
     Startup.ProgramNameWithoutMavuCannotMakeTheDefaultFolders
     Messages.SaveWritesTheWindowTextToLogFiles
     Messages.SaveAndClearLeavesOnlyTheSavedLine
-    Messages.AboutWritesThreeLines
-    Messages.TheWindowFollowsTheNewestLine
-    Screenshots.MainAndUserMessagesWindows
+    Messages.AboutWritesThreeLinesAndTheWindowFollowsTheNewest
     Dialogs.EveryTextFitsItsControlInItsOwnFont
-    Options.SavedPositionsApplyAtStartUp
-    Options.UnreadableFileIsReportedAndDefaultsStand
-    Options.FallbackFileIsReadWhenTheFirstIsDamaged
+    Options.StartUpReadsTheFileOrItsFallbackOrSaysItCannot
     Options.SetWindowPositionsSavesWhereTheWindowsStand
     OptionWindows.FileOptionsPrefixIsFilteredSavedAndUsed
     OptionWindows.FileOptionsFolderFromThePickerAndBack
