@@ -49,7 +49,7 @@ TEST_P(Analog, StandardFoundAtStartUp)
     for (const auto& [line, count] : test.lines)
         EXPECT_EQ(run.Count(line), count) << Narrow(line) << " in " << Narrow(run.program->Messages());
     if (test.standard)
-        ExpectRecordedAt(*run.program, 720, test.height, test.rate, test.standard);
+        ExpectRecordedAt(*run.program, 720, test.height, test.rate, test.standard, false);
     run.program->Kill();
 }
 
