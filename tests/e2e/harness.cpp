@@ -141,6 +141,8 @@ std::wstring MakeWorkFolderForCurrentTest(const wchar_t* programName)
 {
     const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info();
     std::string name = std::string(test->test_suite_name()) + "." + test->name();
+    // A table's cases are named "Table/Suite.Test/Case": no folders.
+    std::replace(name.begin(), name.end(), '/', '_');
     return MakeWorkFolder(std::wstring(name.begin(), name.end()), programName);
 }
 

@@ -5,12 +5,11 @@
 // for their run.
 #include <gtest/gtest.h>
 
-#include "device/graph_helpers.h"
-#include "e2e/harness.h"
-#include "support/ffprobe.h"
+#include "e2e/program_run.h"
 #include "tools/vmr7standin/registration.h"
 
-#include <memory>
+#include <utility>
+#include <vector>
 
 using namespace e2e;
 
@@ -18,86 +17,70 @@ namespace {
 
 constexpr wchar_t kPalFound[] = L"Auto Detect: device \"USB 2820 Device\" format changed from NTSC to PAL\r\n";
 
-struct GrabberRun {
-    vmr7standin::StandInRegistration standIn;
-    devicetest::SyntheticDevices devices;
-    std::wstring folder = MakeWorkFolderForCurrentTest();
-    std::unique_ptr<Program> program;
-
-    bool Start()
-    {
-        WriteOptions(folder, Option("DefaultRenderer", "VMR9"));
-        program = std::make_unique<Program>(folder);
-        return standIn.Installed() && program->Start() && program->WaitReady();
-    }
-    // A short manual recording; its report, and its file's path in `avi`.
-    std::string Record(std::wstring& avi)
-    {
-        ManualRecording recording = RecordByHand(*program);
-        avi = recording.avi;
-        return recording.report;
-    }
+struct Grabber {
+    const wchar_t* name;
+    const wchar_t* profile;
+    const wchar_t* signal;
+    long frameLimit;
 };
 
-void ExpectRecordedAs(GrabberRun& run, const char* standard, const char* rate, int width, int height)
+// The grabbers plugged in, how often each line stands after start-up, and
+// the recording's standard, rate and height (none when `standard` is null).
+struct GrabberCase {
+    const char* name;
+    std::vector<Grabber> grabbers;
+    std::vector<std::pair<const wchar_t*, int>> lines;
+    const char* standard;
+    const char* rate;
+    int height;
+};
+
+class Analog : public testing::TestWithParam<GrabberCase> {};
+
+TEST_P(Analog, StandardFoundAtStartUp)
 {
-    std::wstring avi;
-    std::string report = run.Record(avi);
-    ASSERT_FALSE(report.empty());
-    EXPECT_NE(report.find(std::string("Source device format: ") + standard + "\r\r\n"), std::string::npos) << report;
-    EXPECT_NE(report.find(std::string("Frame rate: ") + rate + "\r\r\n"), std::string::npos) << report;
-    std::string size = std::to_string(width) + "x" + std::to_string(height);
-    EXPECT_NE(report.find("Frame size: " + size + "\r\r\n"), std::string::npos) << report;
-    testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(avi));
-    ASSERT_TRUE(video.ok) << video.raw;
-    EXPECT_EQ(video.width, width);
-    EXPECT_EQ(video.height, height);
+    const GrabberCase& test = GetParam();
+    vmr7standin::StandInRegistration standIn;
+    ASSERT_TRUE(standIn.Installed());
+    ProgramRun run;
+    for (const Grabber& grabber : test.grabbers)
+        ASSERT_TRUE(run.devices.Add(grabber.name, grabber.profile, grabber.signal, {.frameLimit = grabber.frameLimit}));
+    ASSERT_TRUE(run.Start());
+    for (const auto& [line, count] : test.lines)
+        EXPECT_EQ(run.Count(line), count) << Narrow(line) << " in " << Narrow(run.program->Messages());
+    if (test.standard)
+        ExpectRecordedAt(*run.program, 720, test.height, test.rate, test.standard, false);
+    run.program->Kill();
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    Grabbers, Analog,
+    testing::Values(
+        GrabberCase{"PalSignalIsFoundAndRecordedAsPal",
+                    {{L"USB 2820 Device", L"usb2820", L"pal", 0}},
+                    {{kPalFound, 1}},
+                    "PAL",
+                    "25",
+                    576},
+        GrabberCase{"NtscSignalStaysNtscWithoutALine",
+                    {{L"USB 2861 Device", L"usb2861", L"ntsc", 0}},
+                    {{L"Auto Detect", 0}},
+                    "NTSC",
+                    "30",
+                    480},
+        GrabberCase{"SixFramesDrawnCountAsPalAndFiveAsNtsc",
+                    {{L"USB 2820 Device", L"usb2820", L"pal", 6}, {L"USB 2861 Device", L"usb2861", L"pal", 5}},
+                    {{kPalFound, 1}, {L"Auto Detect", 1}},
+                    nullptr,
+                    nullptr,
+                    0},
+        GrabberCase{"WithoutPalFormatsSaysSoAndStaysNtsc",
+                    {{L"USB 2820 Device", L"grabber480", L"pal", 0}},
+                    {{L"WARNING: PAL analog formats cannot be found during call to TestAnalogDeviceFormat\r\n", 1},
+                     {L"Auto Detect", 0}},
+                    "NTSC",
+                    "30",
+                    480}),
+    [](const testing::TestParamInfo<GrabberCase>& info) { return std::string(info.param.name); });
 
 }  // namespace
-
-TEST(Analog, APalSignalAtStartUpIsFoundAndRecordedAsPal)
-{
-    GrabberRun run;
-    ASSERT_TRUE(run.devices.Add(L"USB 2820 Device", L"usb2820", L"pal"));
-    ASSERT_TRUE(run.Start());
-    EXPECT_EQ(run.program->CountMessages(kPalFound), 1) << Narrow(run.program->Messages());
-    ExpectRecordedAs(run, "PAL", "25", 720, 576);
-    run.program->Kill();
-}
-
-TEST(Analog, AnNtscSignalStaysNtscWithoutALine)
-{
-    GrabberRun run;
-    ASSERT_TRUE(run.devices.Add(L"USB 2861 Device", L"usb2861", L"ntsc"));
-    ASSERT_TRUE(run.Start());
-    EXPECT_EQ(run.program->CountMessages(L"Auto Detect"), 0) << Narrow(run.program->Messages());
-    ExpectRecordedAs(run, "NTSC", "30", 720, 480);
-    run.program->Kill();
-}
-
-TEST(Analog, SixFramesDrawnCountAsPalAndFiveAsNtsc)
-{
-    GrabberRun run;
-    ASSERT_TRUE(run.devices.Add(L"USB 2820 Device", L"usb2820", L"pal", {.frameLimit = 6}));
-    ASSERT_TRUE(run.devices.Add(L"USB 2861 Device", L"usb2861", L"pal", {.frameLimit = 5}));
-    ASSERT_TRUE(run.Start());
-    std::wstring text = run.program->Messages();
-    EXPECT_EQ(run.program->CountMessages(kPalFound), 1) << Narrow(text);
-    EXPECT_EQ(run.program->CountMessages(L"Auto Detect"), 1) << Narrow(text);
-    run.program->Kill();
-}
-
-TEST(Analog, AGrabberWithoutPalFormatsSaysSoAndStaysNtsc)
-{
-    GrabberRun run;
-    ASSERT_TRUE(run.devices.Add(L"USB 2820 Device", L"grabber480", L"pal"));
-    ASSERT_TRUE(run.Start());
-    EXPECT_EQ(run.program->CountMessages(
-                  L"WARNING: PAL analog formats cannot be found during call to TestAnalogDeviceFormat\r\n"),
-              1)
-        << Narrow(run.program->Messages());
-    EXPECT_EQ(run.program->CountMessages(L"Auto Detect"), 0);
-    ExpectRecordedAs(run, "NTSC", "30", 720, 480);
-    run.program->Kill();
-}

@@ -14,8 +14,7 @@
 #include <string>
 #include <vector>
 
-#include "device/graph_helpers.h"
-#include "e2e/harness.h"
+#include "e2e/program_run.h"
 #include "e2e/remote_probe.h"
 #include "support/ffprobe.h"
 #include "tools/synthcam/registry.h"
@@ -31,81 +30,43 @@ constexpr wchar_t kRestored[] = L"Input device properties are restored\r\n";
 constexpr int kBrightnessRow = 0;
 constexpr int kContrastRow = 1;
 
-struct FormatRun {
-    devicetest::SyntheticDevices devices;
-    std::wstring folder = MakeWorkFolderForCurrentTest();
+struct FormatRun : ProgramRun {
     std::wstring device;
-    std::unique_ptr<Program> program;
-    HWND window = nullptr;
 
     bool Start(const wchar_t* name, const wchar_t* profile, const wchar_t* signal = L"ntsc",
                const std::string& options = "")
     {
         device = name;
-        if (!devices.Add(name, profile, signal))
-            return false;
-        WriteOptions(folder, Option("DefaultRenderer", "VMR9") + options);
-        return Run();
+        return devices.Add(name, profile, signal) && ProgramRun::Start(options);
     }
-    // The program again, in the same folder with the options it saved.
-    bool Run()
-    {
-        program = std::make_unique<Program>(folder);
-        return program->Start() && program->WaitReady();
-    }
-    HWND Main() const { return program->MainWindow(); }
-    HWND Clipping() const { return FindChild(Main(), L"MavuVideoRecordWindow"); }
-    HWND Open()
-    {
-        SendCommand(Main(), IDM_DEVICE_PROPERTIES);
-        window = FindProcessWindow(program->ProcessId(), L"DeviceFormat");
-        return window && IsVisible(window) ? window : nullptr;
-    }
-    HWND Item(int id) const { return GetDlgItem(window, id); }
+    HWND Open() { return ProgramRun::Open(IDM_DEVICE_PROPERTIES, L"DeviceFormat"); }
     HWND Slider(int row) const { return Item(kFormatFirstPropertySlider + row); }
     HWND Label(int row) const { return Item(kFormatFirstPropertyLabel + row); }
-    bool Checked(int id) const { return SendMessageW(Item(id), BM_GETCHECK, 0, 0) == BST_CHECKED; }
-
-    std::vector<std::wstring> Rows(int listId) const
-    {
-        HWND list = Item(listId);
-        std::vector<std::wstring> rows;
-        int count = static_cast<int>(SendMessageW(list, LB_GETCOUNT, 0, 0));
-        for (int row = 0; row < count; ++row) {
-            wchar_t text[64] = L"";
-            if (SendMessageW(list, LB_GETTEXTLEN, row, 0) < 64)
-                SendMessageW(list, LB_GETTEXT, row, reinterpret_cast<LPARAM>(text));
-            rows.push_back(text);
-        }
-        return rows;
-    }
+    bool Checked(int id) const { return e2e::Checked(Item(id)); }
+    Rows RowsOf(int listId) const { return ListRows(Item(listId)); }
     int Selected(int listId) const { return static_cast<int>(SendMessageW(Item(listId), LB_GETCURSEL, 0, 0)); }
     // A click on a row: the list box tells its window.
     void Choose(int listId, int row) const
     {
-        HWND list = Item(listId);
-        SendMessageW(list, LB_SETCURSEL, row, 0);
-        SendMessageW(window, WM_COMMAND, MAKEWPARAM(listId, LBN_SELCHANGE), reinterpret_cast<LPARAM>(list));
+        SendMessageW(Item(listId), LB_SETCURSEL, row, 0);
+        SendMessageW(window, WM_COMMAND, MAKEWPARAM(listId, LBN_SELCHANGE), reinterpret_cast<LPARAM>(Item(listId)));
     }
     // The row of that text chosen.
     void ChooseText(int listId, const wchar_t* text) const
     {
-        std::vector<std::wstring> rows = Rows(listId);
+        Rows rows = RowsOf(listId);
         for (size_t row = 0; row < rows.size(); ++row)
             if (rows[row] == text) {
                 Choose(listId, static_cast<int>(row));
                 return;
             }
-        std::string all;
-        for (const std::wstring& row : rows)
-            all += " " + Narrow(row);
-        ADD_FAILURE() << "no row " << Narrow(text) << " among" << all;
+        ADD_FAILURE() << "no row " << Narrow(text);
     }
     // The webcam's 800x600 is offered at 15 frames only.
     void Choose800x600At15() const
     {
         ChooseText(kFormatFrameRateList, L"15");
-        EXPECT_EQ(Rows(kFormatFrameSizeList), (std::vector<std::wstring>{L"640x480", L"800x600"}));
+        EXPECT_EQ(RowsOf(kFormatFrameSizeList), (Rows{L"640x480", L"800x600"}));
         ChooseText(kFormatFrameSizeList, L"800x600");
     }
     // A slider moved by a page, as by a click beside the thumb.
@@ -128,37 +89,8 @@ struct FormatRun {
         EXPECT_TRUE(synthcam::PublishedPropertyValue(device, property, &value));
         return value;
     }
-    SIZE Picture() const
-    {
-        RECT rect = WindowRect(Clipping());
-        return {rect.right - rect.left, rect.bottom - rect.top};
-    }
-    std::string OptionsFile() const { return ReadBytes(folder + L"\\MAVU_options_capture.xml"); }
-
-    // A short manual recording; its report, and its file's path in `avi`.
-    std::string Record(std::wstring& avi)
-    {
-        ManualRecording recording = RecordByHand(*program);
-        avi = recording.avi;
-        return recording.report;
-    }
+    SIZE Picture() const { return Size(Clipping()); }
 };
-
-void ExpectRecordedAt(FormatRun& run, int width, int height, const char* rate, const char* standard)
-{
-    std::wstring avi;
-    std::string report = run.Record(avi);
-    ASSERT_FALSE(report.empty());
-    std::string size = std::to_string(width) + "x" + std::to_string(height);
-    EXPECT_NE(report.find("Frame size: " + size + "\r\r\n"), std::string::npos) << report;
-    EXPECT_NE(report.find(std::string("Frame rate: ") + rate + "\r\r\n"), std::string::npos) << report;
-    EXPECT_NE(report.find(std::string("Source device format: ") + standard + "\r\r\n"), std::string::npos) << report;
-    testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(avi));
-    ASSERT_TRUE(video.ok) << video.raw;
-    EXPECT_EQ(video.width, width);
-    EXPECT_EQ(video.height, height);
-    EXPECT_GT(video.frames, 0) << video.raw;
-}
 
 }  // namespace
 
@@ -179,10 +111,10 @@ TEST(DeviceFormat, ASizeChosenInTheListRestartsTheCameraAtThatSize)
     // The media subtype field is filled and never shown.
     EXPECT_FALSE(IsVisible(run.Item(kFormatSubtypeField)));
     EXPECT_EQ(WindowText(run.Item(kFormatSubtypeField)), L"YUY2");
-    EXPECT_EQ(run.Rows(kFormatFrameRateList), (std::vector<std::wstring>{L"30", L"10", L"15"}));
+    EXPECT_EQ(run.RowsOf(kFormatFrameRateList), (Rows{L"30", L"10", L"15"}));
     EXPECT_EQ(run.Selected(kFormatFrameRateList), 0);
     // YUY2 and RGB24 of one size both stand in the list.
-    EXPECT_EQ(run.Rows(kFormatFrameSizeList), (std::vector<std::wstring>{L"640x480", L"640x480"}));
+    EXPECT_EQ(run.RowsOf(kFormatFrameSizeList), (Rows{L"640x480", L"640x480"}));
     EXPECT_EQ(run.Selected(kFormatFrameSizeList), 0);
     for (int row = 0; row < 6; ++row)
         EXPECT_TRUE(IsVisible(run.Slider(row))) << row;
@@ -196,7 +128,7 @@ TEST(DeviceFormat, ASizeChosenInTheListRestartsTheCameraAtThatSize)
     Click(run.Item(kFormatOkButton));
     EXPECT_FALSE(IsVisible(run.window));
     EXPECT_EQ(run.program->CountMessages(kRestored), 0);
-    ExpectRecordedAt(run, 800, 600, "15", "Digital");
+    ExpectRecordedAt(*run.program, 800, 600, "15", "Digital");
     EXPECT_EQ(run.OptionsFile().find("VConfig"), std::string::npos);
     run.program->Kill();
 }
@@ -285,19 +217,14 @@ TEST(DeviceFormat, OkWithSaveWritesTheConfigurationAndTheNextStartAppliesIt)
     EXPECT_EQ(run.DeviceValue(VideoProcAmp_Contrast), 50);
     ASSERT_NE(run.Open(), nullptr);
     EXPECT_EQ(run.SliderPosition(kBrightnessRow), 20);
-    EXPECT_EQ(run.Rows(kFormatFrameRateList)[run.Selected(kFormatFrameRateList)], L"15");
-    EXPECT_EQ(run.Rows(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"800x600");
+    EXPECT_EQ(run.RowsOf(kFormatFrameRateList)[run.Selected(kFormatFrameRateList)], L"15");
+    EXPECT_EQ(run.RowsOf(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"800x600");
     run.program->Kill();
 }
 
-// A grabber whose standard the start-up couldn't try (this platform's VMR7
-// can't count frames), so all its rates stand in the list: Auto Detect
-// ticked and the radios grey; clearing
-// the box enables them and changes nothing else; PAL restarts the camera at
-// 720x576 and 25 frames. Its ranges come from the device: 0 to 255 has a
-// tick every 25 units. Then a click on the one row of the rate list takes
-// the row as the group's index: with the 30-frame group ahead of it, that
-// is the 30-frame group, whose sizes the size list then shows.
+// A grabber whose standard this platform's VMR7 couldn't try at start-up: Auto Detect ticked and the radios grey;
+// clearing the box changes nothing else; PAL restarts the camera at 720x576 and 25 frames. A click on the one row
+// of the rate list takes the row as the group's index, so the sizes shown are the 30-frame group's.
 TEST(DeviceFormat, AGrabbersStandardsAreGreyUnderAutoDetectAndPalRestartsAt720x576)
 {
     FormatRun run;
@@ -312,7 +239,7 @@ TEST(DeviceFormat, AGrabbersStandardsAreGreyUnderAutoDetectAndPalRestartsAt720x5
     EXPECT_FALSE(IsEnabled(run.Item(kFormatPalRadio)));
     EXPECT_TRUE(run.Checked(kFormatNtscRadio));
     EXPECT_FALSE(run.Checked(kFormatPalRadio));
-    EXPECT_EQ(run.Rows(kFormatFrameRateList), (std::vector<std::wstring>{L"30", L"25"}));
+    EXPECT_EQ(run.RowsOf(kFormatFrameRateList), (Rows{L"30", L"25"}));
     // Brightness, contrast, hue and saturation only.
     EXPECT_TRUE(IsVisible(run.Slider(3)));
     EXPECT_FALSE(IsVisible(run.Slider(4)));
@@ -336,16 +263,16 @@ TEST(DeviceFormat, AGrabbersStandardsAreGreyUnderAutoDetectAndPalRestartsAt720x5
     EXPECT_TRUE(TakeScreenshot("device-properties-grabber-pal"));
     EXPECT_TRUE(run.Checked(kFormatPalRadio));
     EXPECT_FALSE(run.Checked(kFormatNtscRadio));
-    EXPECT_EQ(run.Rows(kFormatFrameRateList), std::vector<std::wstring>{L"25"});
-    std::vector<std::wstring> sizes = run.Rows(kFormatFrameSizeList);
+    EXPECT_EQ(run.RowsOf(kFormatFrameRateList), Rows{L"25"});
+    Rows sizes = run.RowsOf(kFormatFrameSizeList);
     ASSERT_GE(sizes.size(), 1u);
     EXPECT_EQ(sizes[run.Selected(kFormatFrameSizeList)], L"720x576");
     Click(run.Item(kFormatOkButton));
-    ExpectRecordedAt(run, 720, 576, "25", "PAL");
+    ExpectRecordedAt(*run.program, 720, 576, "25", "PAL");
 
     ASSERT_NE(run.Open(), nullptr);
     run.Choose(kFormatFrameRateList, 0);
-    sizes = run.Rows(kFormatFrameSizeList);
+    sizes = run.RowsOf(kFormatFrameSizeList);
     ASSERT_FALSE(sizes.empty());
     EXPECT_EQ(sizes[0], L"720x480");
     run.program->Kill();
@@ -366,13 +293,13 @@ TEST(DeviceFormat, TickingAutoDetectAgainFindsTheStandardByTrial)
     ASSERT_NE(run.Open(), nullptr);
     EXPECT_TRUE(run.Checked(kFormatAutoDetectBox));
     EXPECT_TRUE(run.Checked(kFormatPalRadio));
-    EXPECT_EQ(run.Rows(kFormatFrameRateList), std::vector<std::wstring>{L"25"});
+    EXPECT_EQ(run.RowsOf(kFormatFrameRateList), Rows{L"25"});
 
     Click(run.Item(kFormatAutoDetectBox));
     Click(run.Item(kFormatNtscRadio));
     EXPECT_TRUE(run.Checked(kFormatNtscRadio));
-    EXPECT_EQ(run.Rows(kFormatFrameRateList), std::vector<std::wstring>{L"30"});
-    EXPECT_EQ(run.Rows(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"720x480");
+    EXPECT_EQ(run.RowsOf(kFormatFrameRateList), Rows{L"30"});
+    EXPECT_EQ(run.RowsOf(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"720x480");
 
     Click(run.Item(kFormatAutoDetectBox));
     EXPECT_EQ(run.program->CountMessages(kPalFound), 2) << Narrow(run.program->Messages());
@@ -381,10 +308,10 @@ TEST(DeviceFormat, TickingAutoDetectAgainFindsTheStandardByTrial)
     EXPECT_FALSE(run.Checked(kFormatNtscRadio));
     EXPECT_FALSE(IsEnabled(run.Item(kFormatNtscRadio)));
     EXPECT_FALSE(IsEnabled(run.Item(kFormatPalRadio)));
-    EXPECT_EQ(run.Rows(kFormatFrameRateList), std::vector<std::wstring>{L"25"});
-    EXPECT_EQ(run.Rows(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"720x576");
+    EXPECT_EQ(run.RowsOf(kFormatFrameRateList), Rows{L"25"});
+    EXPECT_EQ(run.RowsOf(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"720x576");
     Click(run.Item(kFormatOkButton));
-    ExpectRecordedAt(run, 720, 576, "25", "PAL");
+    ExpectRecordedAt(*run.program, 720, 576, "25", "PAL");
     run.program->Kill();
 }
 
@@ -422,7 +349,7 @@ TEST(DeviceFormat, ADeviceOfUnknownFormatIsReportedAndTheWindowShowsAsItStood)
     ASSERT_NE(run.Open(), nullptr);
     EXPECT_EQ(run.program->CountMessages(L"Device has an unknown format; properties cannot be set\r\n"), 1);
     EXPECT_EQ(WindowText(run.window), L" Properties");
-    EXPECT_EQ(run.Rows(kFormatFrameRateList).size(), 0u);
+    EXPECT_EQ(run.RowsOf(kFormatFrameRateList).size(), 0u);
     EXPECT_EQ(SendMessageW(run.Slider(kBrightnessRow), TBM_GETRANGEMAX, 0, 0), 100);
     EXPECT_EQ(run.SliderPosition(kBrightnessRow), 50);
     EXPECT_EQ(run.SliderPosition(kContrastRow), 5);
@@ -458,37 +385,5 @@ TEST(DeviceFormat, TheDeviceGoneWhileOpenLeavesEveryControlHarmless)
     SendMessageW(run.window, WM_CLOSE, 0, 0);
     EXPECT_FALSE(IsVisible(run.window));
     EXPECT_TRUE(run.program->IsRunning());
-    run.program->Kill();
-}
-
-// Magnify on when the window opens goes off with its window; the three
-// device items of the menus are grey while the window is open (read by the
-// probe loaded into the program).
-TEST(DeviceFormat, OpeningTurnsMagnifyOffAndGreysTheDeviceItems)
-{
-    FormatRun run;
-    ASSERT_TRUE(run.Start(L"Sky Cam", L"webcam"));
-    SendCommand(run.Main(), IDM_MAGNIFY);
-    HWND magnify = FindProcessWindow(run.program->ProcessId(), L"Magnify");
-    ASSERT_TRUE(magnify && IsVisible(magnify));
-    Click(GetDlgItem(magnify, kMagnifyDoubleRadio));
-    EXPECT_EQ(run.Picture().cx, 1280);
-
-    ASSERT_NE(run.Open(), nullptr);
-    EXPECT_FALSE(IsVisible(magnify));
-    EXPECT_EQ(run.Picture().cx, 640);
-    EXPECT_EQ(run.Picture().cy, 480);
-
-    // The three device items are grey while the window is open, and not
-    // after it.
-    const unsigned deviceItems[] = {IDM_MAGNIFY, IDM_SELECT_INPUT_DEVICE, IDM_DEVICE_PROPERTIES};
-    for (unsigned command : deviceItems)
-        EXPECT_TRUE(IsMenuItemGrey(run.program->ProcessId(), command)) << "command " << command << " while open";
-
-    Click(run.Item(kFormatCancelButton));
-    EXPECT_FALSE(IsVisible(magnify));
-    EXPECT_EQ(run.Picture().cx, 640);
-    for (unsigned command : deviceItems)
-        EXPECT_FALSE(IsMenuItemGrey(run.program->ProcessId(), command)) << "command " << command << " after";
     run.program->Kill();
 }

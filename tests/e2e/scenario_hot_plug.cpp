@@ -4,8 +4,7 @@
 // cable would be and the test then sends the notification the system would.
 #include <gtest/gtest.h>
 
-#include "device/graph_helpers.h"
-#include "e2e/harness.h"
+#include "e2e/program_run.h"
 #include "support/ffprobe.h"
 #include "support/frame_time_rows.h"
 #include "tools/synthcam/sky.h"
@@ -17,48 +16,13 @@ using namespace e2e;
 
 namespace {
 
-constexpr wchar_t kMainTitle[] = L"MAVU Video Capture Version 2.1";
-constexpr wchar_t kPendingTitle[] = L"MAVU Video Capture -- Event pending";
-constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
-
 uint64_t NowMs()
 {
     return synthcam::UtcMsSince2020Now();
 }
 
-// The program with its devices, shown through VMR9.
-struct PlugRun {
-    devicetest::SyntheticDevices devices;
-    std::wstring folder = MakeWorkFolderForCurrentTest();
-    std::unique_ptr<Program> program;
-
-    bool Start(const std::string& options = "")
-    {
-        WriteOptions(folder, Option("DefaultRenderer", "VMR9") + options);
-        program = std::make_unique<Program>(folder);
-        return program->Start() && program->WaitReady();
-    }
-    HWND Main() const { return program->MainWindow(); }
-    bool WaitTitle(const wchar_t* title, DWORD timeoutMs) const
-    {
-        return WaitUntil([&] { return WindowText(Main()) == title; }, timeoutMs, 20);
-    }
-    // A cable pulled, then the system's word that something changed.
-    LRESULT Pull(const std::wstring& name) { return devices.Pull(name) ? SendDeviceChange(Main()) : -2; }
-    LRESULT Plug(const std::wstring& name, const std::wstring& profile = L"webcam")
-    {
-        return devices.Add(name, profile) ? SendDeviceChange(Main()) : -2;
-    }
-    std::wstring Videos() const { return folder + L"\\VideoFiles"; }
-    int Count(const std::wstring& text) const { return program->CountMessages(text); }
-    bool WaitCount(const std::wstring& text, int count, DWORD timeoutMs) const
-    {
-        return WaitUntil([&] { return Count(text) >= count; }, timeoutMs, 50);
-    }
-};
-
 // A pull or a plug that the program took, and said once what it made of.
-void ExpectHandled(LRESULT answer, const PlugRun& run, const std::wstring& line)
+void ExpectHandled(LRESULT answer, const ProgramRun& run, const std::wstring& line)
 {
     EXPECT_EQ(answer, 1);
     EXPECT_EQ(run.Count(line), 1) << Narrow(run.program->Messages());
@@ -66,7 +30,7 @@ void ExpectHandled(LRESULT answer, const PlugRun& run, const std::wstring& line)
 
 // The picture and the record buttons are up exactly while a device is in
 // use.
-void ExpectDeviceInUse(const PlugRun& run, HWND clipping, bool inUse)
+void ExpectDeviceInUse(const ProgramRun& run, HWND clipping, bool inUse)
 {
     EXPECT_EQ(IsVisible(clipping), inUse);
     EXPECT_EQ(IsVisible(run.program->RecordControlsWindow()), inUse);
@@ -79,7 +43,7 @@ struct Piece {
     std::string report;
 };
 
-Piece ReadPiece(const PlugRun& run, const std::wstring& name)
+Piece ReadPiece(const ProgramRun& run, const std::wstring& name)
 {
     Piece piece;
     piece.name = name;
@@ -89,12 +53,8 @@ Piece ReadPiece(const PlugRun& run, const std::wstring& name)
     return piece;
 }
 
-// Every frame the device delivered in the piece's run is there, in order.
-// The stamps number every frame the device made, delivered or dropped (a
-// frame whose moment came while every buffer was held downstream), so the
-// numbers missing from the file are the device's drops. The report counts
-// from a baseline read just after the start, so up to a few frames before
-// it are in the file and not in its counts.
+// Every frame the device delivered in the piece's run is there, in order: the stamps number every frame made, so
+// the numbers missing are the device's drops; the report counts from just after the start (up to three fewer).
 void ExpectNothingLost(const Piece& piece, const char* heading)
 {
     SCOPED_TRACE(Narrow(piece.name));
@@ -148,7 +108,7 @@ std::vector<std::wstring> PieceNames(const std::wstring& first, int continuation
 
 TEST(HotPlug, PullAndReplugTwiceDuringAnEventGoesOnInNumberedFilesAndEndsOnTime)
 {
-    PlugRun run;
+    ProgramRun run;
     ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
     // Centred 22 s ahead with 20 s: the recording runs from about 12 s to
     // 32 s from now. The next event waits to be armed after it.
@@ -211,7 +171,7 @@ TEST(HotPlug, PullAndReplugTwiceDuringAnEventGoesOnInNumberedFilesAndEndsOnTime)
 
 TEST(HotPlug, PullAndReplugDuringAManualRecordingGoesOnUnderTheManualName)
 {
-    PlugRun run;
+    ProgramRun run;
     ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
     ASSERT_TRUE(run.Start());
     HWND start = FindChild(run.program->RecordControlsWindow(), L"Button");
@@ -252,7 +212,7 @@ TEST(HotPlug, PullAndReplugDuringAManualRecordingGoesOnUnderTheManualName)
 
 TEST(HotPlug, TheNextDeviceTakesOverFromAPulledOneAndTheDefaultTakesOverWhenItComes)
 {
-    PlugRun run;
+    ProgramRun run;
     ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
     ASSERT_TRUE(run.devices.Add(L"Spare Cam", L"webcam"));
     ASSERT_TRUE(run.Start(Option("DefaultVideoSource", "Main Cam")));
@@ -290,7 +250,7 @@ TEST(HotPlug, TheNextDeviceTakesOverFromAPulledOneAndTheDefaultTakesOverWhenItCo
 
 TEST(HotPlug, UnusableIgnoredAndDoubleRemovalsEachGiveTheirLines)
 {
-    PlugRun run;
+    ProgramRun run;
     ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
     ASSERT_TRUE(run.devices.Add(L"Hidden Cam", L"webcam"));
     ASSERT_TRUE(run.devices.Add(L"Spare One", L"webcam"));
@@ -328,7 +288,7 @@ TEST(HotPlug, UnusableIgnoredAndDoubleRemovalsEachGiveTheirLines)
 
 TEST(HotPlug, ANotificationDuringACameraStartIsDroppedAndTheNextOneFindsTheChange)
 {
-    PlugRun run;
+    ProgramRun run;
     // A camera that takes three seconds to start: the event's recording
     // starts it on the countdown's thread, and the window stays free.
     ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam", L"ntsc", {.startDelayMs = 3000}));
@@ -342,7 +302,7 @@ TEST(HotPlug, ANotificationDuringACameraStartIsDroppedAndTheNextOneFindsTheChang
     std::wstring before = run.program->Messages();
     EXPECT_EQ(SendDeviceChange(run.Main()), 0);
     EXPECT_EQ(run.program->Messages(), before);
-    ASSERT_TRUE(run.WaitCount(L"Start recording at ", 1, 10000));
+    ASSERT_TRUE(run.program->WaitForMessage(L"Start recording at ", 10000));
     EXPECT_EQ(run.Count(L"Spare Cam"), 0);
     // The change waited for the next notification.
     EXPECT_EQ(SendDeviceChange(run.Main()), 1);

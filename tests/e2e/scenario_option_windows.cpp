@@ -8,8 +8,7 @@
 #include <cwchar>
 #include <regex>
 
-#include "device/graph_helpers.h"
-#include "e2e/harness.h"
+#include "e2e/program_run.h"
 #include "e2e/remote_controls.h"
 #include "support/ffprobe.h"
 #include "support/stand_ins.h"
@@ -43,50 +42,11 @@ bool ShowsUtcClockNow(const std::wstring& text)
     return std::min(apart, 86400 - apart) <= 3;
 }
 
-struct OptionsRun {
-    devicetest::SyntheticDevices devices;
-    std::wstring folder;
-    std::unique_ptr<Program> program;
-
-    bool Start(const std::string& options, bool withDevice = true)
-    {
-        if (withDevice && !devices.Add(L"Sky Cam", L"webcam"))
-            return false;
-        if (folder.empty())
-            folder = MakeWorkFolderForCurrentTest();
-        WriteOptions(folder, options);
-        program = std::make_unique<Program>(folder);
-        return program->Start() && program->WaitReady();
-    }
-    HWND Main() const { return program->MainWindow(); }
-    HWND Window(const wchar_t* className) const { return FindProcessWindow(program->ProcessId(), className); }
-    // Opens a window by its menu command and waits until it shows.
-    HWND Open(unsigned command, const wchar_t* className) const
-    {
-        SendCommand(Main(), command);
-        HWND window = Window(className);
-        return window && IsVisible(window) ? window : nullptr;
-    }
-    std::string OptionsFile() const { return ReadBytes(folder + L"\\MAVU_options_capture.xml"); }
-    // Records by hand for about two seconds; the names of the folder's files.
-    std::vector<std::wstring> RecordByHand(const std::wstring& videoFolder) const
-    {
-        EXPECT_FALSE(e2e::RecordByHand(*program, 2000, videoFolder).avi.empty());
-        return ListFiles(videoFolder, L"*.avi");
-    }
-};
-
-std::string Key(const char* name, const char* value)
+// Records by hand for about two seconds; the names of the folder's files.
+std::vector<std::wstring> RecordInto(const Program& program, const std::wstring& videoFolder)
 {
-    return std::string("\t<") + name + " Value=\"" + value + "\"/>\r\n";
-}
-
-std::wstring ListBoxText(HWND list, int row)
-{
-    wchar_t text[256] = L"";
-    if (SendMessageW(list, LB_GETTEXTLEN, row, 0) < 256)
-        SendMessageW(list, LB_GETTEXT, row, reinterpret_cast<LPARAM>(text));
-    return text;
+    EXPECT_FALSE(RecordByHand(program, 2000, videoFolder).avi.empty());
+    return ListFiles(videoFolder, L"*.avi");
 }
 
 void Type(HWND window, int id, const wchar_t* text)
@@ -100,8 +60,8 @@ void Type(HWND window, int id, const wchar_t* text)
 // stores the prefix, and the next recording carries it.
 TEST(OptionWindows, FileOptionsPrefixIsFilteredSavedAndUsed)
 {
-    OptionsRun run;
-    ASSERT_TRUE(run.Start(Option("DefaultRenderer", "VMR9")));
+    ProgramRun run;
+    ASSERT_TRUE(run.StartWithSkyCam());
     HWND window = run.Open(IDM_FILE_OPTIONS, L"FileOptions");
     ASSERT_NE(window, nullptr);
     Type(window, kFileVideoPrefixEdit, L"a/b");
@@ -118,12 +78,12 @@ TEST(OptionWindows, FileOptionsPrefixIsFilteredSavedAndUsed)
     ASSERT_TRUE(run.program->WaitForMessage(L"File options saved in options file\r\n", 3000));
     EXPECT_FALSE(IsVisible(window));
     std::string file = run.OptionsFile();
-    EXPECT_NE(file.find(Key("VideoNamePrefix", "ab")), std::string::npos) << file;
-    EXPECT_NE(file.find(Key("LogfileNamePrefix", "abcdefghijklmnopqrst")), std::string::npos) << file;
+    EXPECT_NE(file.find(Option("VideoNamePrefix", "ab")), std::string::npos) << file;
+    EXPECT_NE(file.find(Option("LogfileNamePrefix", "abcdefghijklmnopqrst")), std::string::npos) << file;
     // The default folder is stored as no folder.
-    EXPECT_NE(file.find(Key("VideoDirectory", "")), std::string::npos) << file;
+    EXPECT_NE(file.find(Option("VideoDirectory", "")), std::string::npos) << file;
 
-    std::vector<std::wstring> videos = run.RecordByHand(run.folder + L"\\VideoFiles");
+    std::vector<std::wstring> videos = RecordInto(*run.program, run.folder + L"\\VideoFiles");
     ASSERT_EQ(videos.size(), 1u);
     EXPECT_TRUE(std::regex_match(Narrow(videos[0]), std::regex(R"(ab_\d\d_\d\d_\d{4}_\d\d_\d\d_\d\d\.avi)")))
         << Narrow(videos[0]);
@@ -134,8 +94,8 @@ TEST(OptionWindows, FileOptionsPrefixIsFilteredSavedAndUsed)
 // recording goes; Use Default, then Save, stores no folder again.
 TEST(OptionWindows, FileOptionsFolderFromThePickerAndBack)
 {
-    OptionsRun run;
-    ASSERT_TRUE(run.Start(Option("DefaultRenderer", "VMR9")));
+    ProgramRun run;
+    ASSERT_TRUE(run.StartWithSkyCam());
     std::wstring chosen = run.folder + L"\\Chosen";
     CreateDirectoryW(chosen.c_str(), nullptr);
     HWND window = run.Open(IDM_FILE_OPTIONS, L"FileOptions");
@@ -164,8 +124,8 @@ TEST(OptionWindows, FileOptionsFolderFromThePickerAndBack)
     Click(GetDlgItem(window, kFileSaveButton));
     ASSERT_TRUE(run.program->WaitForMessage(L"File options saved in options file\r\n", 3000));
     std::string stored = Narrow(WindowText(shown));
-    EXPECT_NE(run.OptionsFile().find(Key("VideoDirectory", stored.c_str())), std::string::npos) << run.OptionsFile();
-    std::vector<std::wstring> videos = run.RecordByHand(chosen);
+    EXPECT_NE(run.OptionsFile().find(Option("VideoDirectory", stored.c_str())), std::string::npos) << run.OptionsFile();
+    std::vector<std::wstring> videos = RecordInto(*run.program, chosen);
     EXPECT_EQ(videos.size(), 1u);
 
     // Use Default, then Save: no folder is stored, though the default is a
@@ -178,7 +138,7 @@ TEST(OptionWindows, FileOptionsFolderFromThePickerAndBack)
     Click(GetDlgItem(window, kFileSaveButton));
     ASSERT_TRUE(WaitUntil([&] { return run.program->CountMessages(L"File options saved in options file") == 2; },
                           3000));
-    EXPECT_NE(run.OptionsFile().find(Key("VideoDirectory", "")), std::string::npos) << run.OptionsFile();
+    EXPECT_NE(run.OptionsFile().find(Option("VideoDirectory", "")), std::string::npos) << run.OptionsFile();
     run.program->Kill();
 }
 
@@ -204,16 +164,13 @@ private:
     wchar_t saved_[64] = L"";
 };
 
-// Host Name: the computer's name, its disallowed characters taken out with
-// a line, in lower case, as the global prefix. This platform makes the name
-// from the host name when its server starts: up to the first dot, upper
-// case, '+' as '_' ("Lab+PC#1.local" gives "LAB_PC#1"); the test names the
-// computer so for the running server.
+// Host Name: the computer's name, its disallowed characters taken out with a line, in lower case, as the global
+// prefix. The test names the computer for the running server as this platform would ("Lab+PC#1.local").
 TEST(OptionWindows, HostNameGivesTheGlobalPrefix)
 {
     ComputerName renamed(L"LAB_PC#1");
-    OptionsRun run;
-    ASSERT_TRUE(run.Start("", false));
+    ProgramRun run;
+    ASSERT_TRUE(run.Start());
     HWND window = run.Open(IDM_FILE_OPTIONS, L"FileOptions");
     ASSERT_NE(window, nullptr);
     Click(GetDlgItem(window, kFileHostNameButton));
@@ -222,7 +179,8 @@ TEST(OptionWindows, HostNameGivesTheGlobalPrefix)
         L"One or more characters removed from computer name to have valid global event file name prefix\r\n", 3000));
     Click(GetDlgItem(window, kFileSaveButton));
     ASSERT_TRUE(run.program->WaitForMessage(L"File options saved in options file\r\n", 3000));
-    EXPECT_NE(run.OptionsFile().find(Key("EventFileGlobalPrefix", "lab_pc1")), std::string::npos) << run.OptionsFile();
+    EXPECT_NE(run.OptionsFile().find(Option("EventFileGlobalPrefix", "lab_pc1")), std::string::npos)
+        << run.OptionsFile();
     run.program->Kill();
 }
 
@@ -230,8 +188,8 @@ TEST(OptionWindows, HostNameGivesTheGlobalPrefix)
 // with.
 TEST(OptionWindows, DefaultDurationIsSavedAndNewEventsTakeIt)
 {
-    OptionsRun run;
-    ASSERT_TRUE(run.Start("", false));
+    ProgramRun run;
+    ASSERT_TRUE(run.Start());
     HWND window = run.Open(IDM_DURATION_DEFAULT, L"DefaultDuration");
     ASSERT_NE(window, nullptr);
     HWND picker = GetDlgItem(window, kDurationPicker);
@@ -244,7 +202,7 @@ TEST(OptionWindows, DefaultDurationIsSavedAndNewEventsTakeIt)
     Click(GetDlgItem(window, kDurationSaveButton));
     ASSERT_TRUE(run.program->WaitForMessage(L"Default recording duration saved in options file\r\n", 3000));
     EXPECT_FALSE(IsVisible(window));
-    EXPECT_NE(run.OptionsFile().find(Key("DefaultDuration", "00:00:20")), std::string::npos) << run.OptionsFile();
+    EXPECT_NE(run.OptionsFile().find(Option("DefaultDuration", "00:00:20")), std::string::npos) << run.OptionsFile();
 
     HWND schedule = run.Open(IDM_SCHEDULE, L"ScheduleEvents");
     ASSERT_NE(schedule, nullptr);
@@ -261,14 +219,13 @@ TEST(OptionWindows, DefaultDurationIsSavedAndNewEventsTakeIt)
 // what the options say, and Save stores the choice.
 TEST(OptionWindows, EventPendingSwitchesTheCountdownAtOnce)
 {
-    OptionsRun run;
-    run.folder = MakeWorkFolderForCurrentTest();
+    ProgramRun run;
     // The countdown shows about the event's distance, the clock the time of
     // day: an event an hour ahead, or two when the clock itself reads about
     // one o'clock, keeps the two texts apart.
     const int eventAhead = std::abs(UtcSecondsOfDay() - 3600) < 300 ? 7200 : 3600;
     WriteEvent(run.folder, L"later", UtcInSeconds(eventAhead), 10);
-    ASSERT_TRUE(run.Start(Option("DefaultRenderer", "VMR9")));
+    ASSERT_TRUE(run.StartWithSkyCam());
     HWND countdown = run.Window(L"CountdownWindow");
     ASSERT_TRUE(WaitUntil([&] { return IsVisible(countdown); }, 5000));
     HWND heading = FindChild(countdown, L"Static", L"Countdown to recording start time:");
@@ -292,7 +249,7 @@ TEST(OptionWindows, EventPendingSwitchesTheCountdownAtOnce)
     EXPECT_EQ(WindowText(GetDlgItem(window, kPendingOkButton)), L"Save");
     Click(GetDlgItem(window, kPendingOkButton));
     ASSERT_TRUE(run.program->WaitForMessage(L"Event Option saved in options file\r\n", 3000));
-    EXPECT_NE(run.OptionsFile().find(Key("EventPendingDisplay", "UTC")), std::string::npos) << run.OptionsFile();
+    EXPECT_NE(run.OptionsFile().find(Option("EventPendingDisplay", "UTC")), std::string::npos) << run.OptionsFile();
     EXPECT_EQ(WindowText(heading), L"         Computer time (UTC):");
     run.program->Kill();
 }
@@ -301,10 +258,11 @@ TEST(OptionWindows, EventPendingSwitchesTheCountdownAtOnce)
 // names it. Save writes it.
 TEST(OptionWindows, PerformanceChangesTheRendererAndRestarts)
 {
-    OptionsRun run;
+    ProgramRun run;
     ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
     const bool evrTakesYuy2 = devicetest::RendererConnectsTo(CLSID_EnhancedVideoRenderer, L"Sky Cam");
-    ASSERT_TRUE(run.Start("", false));
+    WriteOptions(run.folder, "");
+    ASSERT_TRUE(run.Run());
     if (!evrTakesYuy2) {
         ASSERT_TRUE(run.program->WaitForMessage(L"SEVERE: cannot render preview stream\r\n", 5000));
     }
@@ -318,7 +276,7 @@ TEST(OptionWindows, PerformanceChangesTheRendererAndRestarts)
     EXPECT_FALSE(IsVisible(window));
     Sleep(1500);
     EXPECT_EQ(run.program->CountMessages(L"SEVERE"), severe) << "the camera restarted with VMR9";
-    std::vector<std::wstring> videos = run.RecordByHand(run.folder + L"\\VideoFiles");
+    std::vector<std::wstring> videos = RecordInto(*run.program, run.folder + L"\\VideoFiles");
     ASSERT_EQ(videos.size(), 1u);
     std::string report = ReadBytes(run.folder + L"\\VideoFiles\\" + videos[0].substr(0, videos[0].size() - 4) + L".txt");
     EXPECT_NE(report.find("Video renderer: VMR9"), std::string::npos) << report;
@@ -328,7 +286,7 @@ TEST(OptionWindows, PerformanceChangesTheRendererAndRestarts)
     EXPECT_EQ(SendMessageW(GetDlgItem(window, kPerformanceVmr9Radio), BM_GETCHECK, 0, 0), BST_CHECKED);
     Click(GetDlgItem(window, kPerformanceSaveButton));
     ASSERT_TRUE(run.program->WaitForMessage(L"Performance Options saved in options file\r\n", 3000));
-    EXPECT_NE(run.OptionsFile().find(Key("DefaultRenderer", "VMR9")), std::string::npos) << run.OptionsFile();
+    EXPECT_NE(run.OptionsFile().find(Option("DefaultRenderer", "VMR9")), std::string::npos) << run.OptionsFile();
     run.program->Kill();
 }
 
@@ -337,8 +295,7 @@ TEST(OptionWindows, PerformanceChangesTheRendererAndRestarts)
 // save, and the values stay in force for the run.
 TEST(OptionWindows, MiscellaneousSavesOnlyChangesAndAFailedWriteWarns)
 {
-    OptionsRun run;
-    run.folder = MakeWorkFolderForCurrentTest();
+    ProgramRun run;
     // The options come from the read-only fallback file; where the program
     // writes its options stands a folder, so no write can succeed (root
     // would write through a read-only attribute or folder).
@@ -346,8 +303,7 @@ TEST(OptionWindows, MiscellaneousSavesOnlyChangesAndAFailedWriteWarns)
     ASSERT_TRUE(WriteBytes(run.folder + L"\\MAVU_options.xml",
                            "<?xml version='1.0'?>\r\n<!--MAVU Video Capture Version 2.1-->\r\n<Root>\r\n" +
                                Option("AutostartGPS", "FALSE") + "</Root>\r\n"));
-    run.program = std::make_unique<Program>(run.folder);
-    ASSERT_TRUE(run.program->Start() && run.program->WaitReady());
+    ASSERT_TRUE(run.Run());
     HWND window = run.Open(IDM_MISCELLANEOUS, L"MiscellaneousOptions");
     ASSERT_NE(window, nullptr);
     HWND save = GetDlgItem(window, kMiscSaveButton);
@@ -381,10 +337,9 @@ TEST(OptionWindows, MiscellaneousSavesOnlyChangesAndAFailedWriteWarns)
 // rests on it, and the pop-up goes when the mouse leaves.
 TEST(OptionWindows, ALongFolderShowsWholeWhenTheMouseRestsOnIt)
 {
-    OptionsRun run;
-    run.folder = MakeWorkFolderForCurrentTest();
+    ProgramRun run;
     std::string longFolder = "C:\\Observations\\" + std::string(60, 'x') + "\\Occultations\\";
-    ASSERT_TRUE(run.Start(Option("VideoDirectory", longFolder.c_str()), false));
+    ASSERT_TRUE(run.Start(Option("VideoDirectory", longFolder.c_str())));
     HWND window = run.Open(IDM_FILE_OPTIONS, L"FileOptions");
     ASSERT_NE(window, nullptr);
     POINT inVideoFolder{200, 155};
@@ -415,16 +370,14 @@ TEST(OptionWindows, ALongFolderShowsWholeWhenTheMouseRestsOnIt)
 TEST(OptionWindows, CodecSelectorPairsTheCompressorAndTheNextRecordingUsesIt)
 {
     testsupport::RegisteredTestCompressor compressor;
-    OptionsRun run;
-    ASSERT_TRUE(run.Start(Option("DefaultRenderer", "VMR9")));
+    ProgramRun run;
+    ASSERT_TRUE(run.StartWithSkyCam());
     HWND window = run.Open(IDM_CODEC, L"CodecSelector");
     ASSERT_NE(window, nullptr);
     EXPECT_EQ(WindowText(GetDlgItem(window, kCodecSubtypeLabel)), L"YUY2 format");
     HWND list = GetDlgItem(window, kCodecList);
     // "NONE", then the compressor registered twice under one name.
-    ASSERT_EQ(SendMessageW(list, LB_GETCOUNT, 0, 0), 3);
-    EXPECT_EQ(ListBoxText(list, 0), L"NONE");
-    EXPECT_EQ(ListBoxText(list, 1), L"MAVU Test Compressor");
+    ASSERT_EQ(ListRows(list), (Rows{L"NONE", L"MAVU Test Compressor", L"MAVU Test Compressor"}));
     EXPECT_EQ(SendMessageW(list, LB_GETCURSEL, 0, 0), LB_ERR) << "no pair names any of them yet";
     EXPECT_EQ(run.program->CountMessages(L"WARNING"), 0) << Narrow(run.program->Messages());
 
@@ -448,7 +401,7 @@ TEST(OptionWindows, CodecSelectorPairsTheCompressorAndTheNextRecordingUsesIt)
     Click(ok);
     ASSERT_TRUE(run.program->WaitForMessage(L"Codec / format pairing saved in options file\r\n", 3000));
     EXPECT_FALSE(IsVisible(window));
-    EXPECT_NE(run.OptionsFile().find(Key("SubtypeCodecPair", "YUY2|MAVU Test Compressor")), std::string::npos)
+    EXPECT_NE(run.OptionsFile().find(Option("SubtypeCodecPair", "YUY2|MAVU Test Compressor")), std::string::npos)
         << run.OptionsFile();
 
     ManualRecording recording = RecordByHand(*run.program);

@@ -5,6 +5,8 @@
 #include "e2e/harness.h"
 #include "support/code_page.h"
 
+#include <climits>
+
 using namespace e2e;
 
 namespace {
@@ -16,57 +18,49 @@ const char kHeader[] = "<?xml version='1.0'?>\r\n<!--MAVU Video Capture Version 
 
 }  // namespace
 
-TEST(Options, SavedPositionsApplyAtStartUp)
+// The User Messages window stands where the options file, or its fallback when the first is damaged, puts it;
+// an unreadable file is reported and the defaults stand. Reading writes no file.
+TEST(Options, StartUpReadsTheFileOrItsFallbackOrSaysItCannot)
 {
-    std::wstring folder = MakeWorkFolderForCurrentTest();
-    WriteBytes(folder + L"\\MAVU_options_capture.xml",
-               std::string(kHeader) +
-                   "\t<EventPendingDisplay Value=\"UTC\"/>\r\n"
-                   "\t<MessageWindowPosition Value=\"120, 150, 700, 420\"/>\r\n"
-                   "\t<RecordControlsWindowPosition Value=\"300, 700\"/>\r\n"
-                   "</Root>\r\n");
-    Program program(folder);
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
-
-    RECT messages = WindowRect(program.UserMessagesWindow());
-    EXPECT_EQ(messages.left, 120);
-    EXPECT_EQ(messages.top, 150);
-    EXPECT_EQ(messages.right - messages.left, 700);
-    EXPECT_EQ(messages.bottom - messages.top, 420);
-    std::wstring text = program.Messages();
-    EXPECT_EQ(text.find(L"No Options File or unreadable Options File"), std::wstring::npos) << Narrow(text);
-    // Reading is not writing: the file is as it was.
-    EXPECT_EQ(ListFiles(folder, L"*.xml").size(), 1u);
-}
-
-TEST(Options, UnreadableFileIsReportedAndDefaultsStand)
-{
-    std::wstring folder = MakeWorkFolderForCurrentTest();
-    WriteBytes(folder + L"\\MAVU_options_capture.xml", std::string(kHeader) + "\t<MessageWindowPosition Valu");
-    Program program(folder);
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
-    std::wstring text = program.Messages();
-    EXPECT_NE(text.find(L"No Options File or unreadable Options File\r\n"), std::wstring::npos) << Narrow(text);
-    RECT messages = WindowRect(program.UserMessagesWindow());
-    EXPECT_EQ(messages.right - messages.left, 600);
-    EXPECT_EQ(messages.bottom - messages.top, 460);
-}
-
-TEST(Options, FallbackFileIsReadWhenTheFirstIsDamaged)
-{
-    std::wstring folder = MakeWorkFolderForCurrentTest();
-    WriteBytes(folder + L"\\MAVU_options_capture.xml", "\x01\x02 not xml");
-    WriteBytes(folder + L"\\MAVU_options.xml",
-               std::string(kHeader) + "\t<MessageWindowPosition Value=\"10, 20, 650, 400\"/>\r\n</Root>\r\n");
-    Program program(folder);
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
-    EXPECT_EQ(program.Messages().find(L"No Options File"), std::wstring::npos);
-    RECT messages = WindowRect(program.UserMessagesWindow());
-    EXPECT_EQ(messages.left, 10);
-    EXPECT_EQ(messages.right - messages.left, 650);
+    constexpr LONG kAny = LONG_MIN;
+    const struct {
+        const wchar_t* name;
+        std::string file;
+        std::string fallback;
+        bool reported;
+        RECT window;  // left, top, width, height
+    } cases[] = {
+        {L"saved",
+         std::string(kHeader) + Option("EventPendingDisplay", "UTC") +
+             Option("MessageWindowPosition", "120, 150, 700, 420") +
+             Option("RecordControlsWindowPosition", "300, 700") + "</Root>\r\n",
+         "", false, {120, 150, 700, 420}},
+        {L"unreadable", std::string(kHeader) + "\t<MessageWindowPosition Valu", "", true, {kAny, kAny, 600, 460}},
+        {L"fallback", "\x01\x02 not xml",
+         std::string(kHeader) + Option("MessageWindowPosition", "10, 20, 650, 400") + "</Root>\r\n", false,
+         {10, 20, 650, 400}},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(Narrow(test.name));
+        std::wstring folder = MakeWorkFolder(std::wstring(L"Options.StartUp ") + test.name);
+        WriteBytes(folder + L"\\MAVU_options_capture.xml", test.file);
+        if (!test.fallback.empty())
+            WriteBytes(folder + L"\\MAVU_options.xml", test.fallback);
+        Program program(folder);
+        ASSERT_TRUE(program.Start());
+        ASSERT_TRUE(program.WaitReady());
+        std::wstring text = program.Messages();
+        const wchar_t* line = test.reported ? L"No Options File or unreadable Options File\r\n" : L"No Options File";
+        EXPECT_EQ(program.CountMessages(line), test.reported ? 1 : 0) << Narrow(text);
+        RECT messages = WindowRect(program.UserMessagesWindow());
+        if (test.window.left != kAny) {
+            EXPECT_EQ(messages.left, test.window.left);
+            EXPECT_EQ(messages.top, test.window.top);
+        }
+        EXPECT_EQ(messages.right - messages.left, test.window.right);
+        EXPECT_EQ(messages.bottom - messages.top, test.window.bottom);
+        EXPECT_EQ(ListFiles(folder, L"*.xml").size(), test.fallback.empty() ? 1u : 2u);
+    }
 }
 
 TEST(Options, SetWindowPositionsSavesWhereTheWindowsStand)

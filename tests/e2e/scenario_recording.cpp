@@ -1,8 +1,7 @@
 // Recording by hand with the Start and Stop buttons.
 #include <gtest/gtest.h>
 
-#include "device/graph_helpers.h"
-#include "e2e/harness.h"
+#include "e2e/program_run.h"
 #include "e2e/remote_probe.h"
 #include "support/ffprobe.h"
 
@@ -13,29 +12,15 @@ using namespace e2e;
 
 namespace {
 
-constexpr wchar_t kMainTitle[] = L"MAVU Video Capture Version 2.1";
-constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
-
-// The program with a synthetic webcam, shown through VMR9, and its two
-// record buttons.
-struct ManualRun {
-    devicetest::SyntheticDevices devices;
-    std::wstring folder;
-    std::unique_ptr<Program> program;
-    HWND main = nullptr;
+// The program with a synthetic webcam, shown through VMR9, and its two record buttons.
+struct ManualRun : ProgramRun {
     HWND start = nullptr;
     HWND stop = nullptr;
 
     bool Start()
     {
-        if (!devices.Add(L"Sky Cam", L"webcam"))
+        if (!StartWithSkyCam())
             return false;
-        folder = MakeWorkFolderForCurrentTest();
-        WriteOptions(folder, Option("DefaultRenderer", "VMR9"));
-        program = std::make_unique<Program>(folder);
-        if (!program->Start() || !program->WaitReady())
-            return false;
-        main = program->MainWindow();
         start = FindChild(program->RecordControlsWindow(), L"Button", nullptr);
         stop = start ? GetWindow(start, GW_HWNDNEXT) : nullptr;
         return start && stop;
@@ -50,7 +35,7 @@ TEST(Recording, ManualStartWaitStopWritesTheAviAndItsReport)
     ASSERT_TRUE(run.Start());
     Program& program = *run.program;
     const std::wstring& folder = run.folder;
-    HWND main = run.main, start = run.start, stop = run.stop;
+    HWND main = run.Main(), start = run.start, stop = run.stop;
     EXPECT_TRUE(IsEnabled(start));
     EXPECT_FALSE(IsEnabled(stop));
     Sleep(1000);
@@ -94,7 +79,7 @@ TEST(Recording, TheMenusAreGreyWhileRecording)
     ManualRun run;
     ASSERT_TRUE(run.Start());
     Program& program = *run.program;
-    HWND main = run.main, start = run.start, stop = run.stop;
+    HWND main = run.Main(), start = run.start, stop = run.stop;
     // The menu bar's popups by position: File stays, the four others grey
     // while a recording runs, and come back after it.
     struct Popup {
@@ -151,15 +136,13 @@ TEST(Recording, ExitOrTheCloseBoxDuringARecordingFinishesItsFileAndReport)
     };
     for (const Case& each : cases) {
         SCOPED_TRACE(each.name);
-        ManualRun run;
+        ProgramRun run;
         ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
         run.folder = MakeWorkFolder(L"Recording.Exit " + std::wstring(each.name, each.name + std::strlen(each.name)));
-        WriteOptions(run.folder, Option("DefaultRenderer", "VMR9"));
         if (each.event)
             WriteEvent(run.folder, L"Exit_event", UtcInSeconds(14), 20, "Exit");
-        run.program = std::make_unique<Program>(run.folder);
-        ASSERT_TRUE(run.program->Start() && run.program->WaitReady());
-        HWND main = run.program->MainWindow();
+        ASSERT_TRUE(run.Start());
+        HWND main = run.Main();
         if (!each.event) {
             HWND start = FindChild(run.program->RecordControlsWindow(), L"Button", nullptr);
             ASSERT_NE(start, nullptr);

@@ -3,8 +3,7 @@
 // returned, and a program killed mid-recording.
 #include <gtest/gtest.h>
 
-#include "device/graph_helpers.h"
-#include "e2e/harness.h"
+#include "e2e/program_run.h"
 #include "support/ffprobe.h"
 #include "support/recorded_frames.h"
 #include "tools/synthcam/sky.h"
@@ -18,32 +17,12 @@ using namespace e2e;
 
 namespace {
 
-constexpr wchar_t kMainTitle[] = L"MAVU Video Capture Version 2.1";
-constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
 constexpr unsigned kExitCommand = 33099;
 
-struct SafetyRun {
-    devicetest::SyntheticDevices devices;
-    std::wstring folder = MakeWorkFolderForCurrentTest();
-    std::unique_ptr<Program> program;
-
-    bool Start(const std::string& options = "")
-    {
-        WriteOptions(folder, Option("DefaultRenderer", "VMR9") + options);
-        program = std::make_unique<Program>(folder);
-        return program->Start() && program->WaitReady();
-    }
-    HWND Main() const { return program->MainWindow(); }
-    bool WaitTitle(const wchar_t* title, DWORD timeoutMs) const
-    {
-        return WaitUntil([&] { return WindowText(Main()) == title; }, timeoutMs, 20);
-    }
-    std::wstring Videos() const { return folder + L"\\VideoFiles"; }
-    std::wstring ReportOf(const std::wstring& avi) const
-    {
-        return Videos() + L"\\" + avi.substr(0, avi.size() - 4) + L".txt";
-    }
-};
+std::wstring ReportOf(const ProgramRun& run, const std::wstring& avi)
+{
+    return run.Videos() + L"\\" + avi.substr(0, avi.size() - 4) + L".txt";
+}
 
 // Keeps one core busy for a while from the Unix side, as another program
 // would; it ends by itself.
@@ -63,7 +42,7 @@ TEST(RecordingSafety, FullHdEventUnderLoadEndsWithItsReportAndAReadableFile)
 {
     for (int attempt = 1; attempt <= 3; ++attempt) {
         SCOPED_TRACE(attempt);
-        SafetyRun run;
+        ProgramRun run;
         run.folder = MakeWorkFolder(L"RecordingSafety.FullHd" + std::to_wstring(attempt));
         ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"hd"));
         WriteEvent(run.folder, L"hd_event", UtcInSeconds(18), 14, "HD");
@@ -75,7 +54,7 @@ TEST(RecordingSafety, FullHdEventUnderLoadEndsWithItsReportAndAReadableFile)
         std::vector<std::wstring> videos = ListFiles(run.Videos(), L"*.avi");
         ASSERT_EQ(videos.size(), 1u);
         std::wstring avi = run.Videos() + L"\\" + videos[0];
-        std::string report = ReadBytes(run.ReportOf(videos[0]));
+        std::string report = ReadBytes(ReportOf(run, videos[0]));
         EXPECT_NE(report.find("Frame size: 1920x1080"), std::string::npos) << report;
 
         PostCommand(run.Main(), kExitCommand);
@@ -135,7 +114,7 @@ long long MsOfDay(uint64_t msSince2020)
 // its report, and the rest of the event goes on in "_1".
 TEST(RecordingSafety, ASecondCameraMidEventLeavesTheFirstSecondsInTheirFile)
 {
-    SafetyRun run;
+    ProgramRun run;
     ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
     WriteEvent(run.folder, L"second", UtcInSeconds(20), 16, "Second");
     ASSERT_TRUE(run.Start());
@@ -166,7 +145,7 @@ TEST(RecordingSafety, ASecondCameraMidEventLeavesTheFirstSecondsInTheirFile)
     EXPECT_LE(first.back().utcMs, plugged + 1000);
     EXPECT_GT(rest.front().utcMs, first.back().utcMs);
     for (const std::wstring& video : videos) {
-        std::string report = ReadBytes(run.ReportOf(video));
+        std::string report = ReadBytes(ReportOf(run, video));
         EXPECT_EQ(report.rfind("Event recording: \r\r\n", 0), 0u) << report;
         EXPECT_NE(report.find(Narrow(video)), std::string::npos) << report;
     }
@@ -178,7 +157,7 @@ TEST(RecordingSafety, ASecondCameraMidEventLeavesTheFirstSecondsInTheirFile)
 // the program's exit leave it as it is.
 TEST(RecordingSafety, ACameraPulledAndNotReturnedKeepsTheOneReportOfItsLastFrame)
 {
-    SafetyRun run;
+    ProgramRun run;
     ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
     WriteEvent(run.folder, L"pulled", UtcInSeconds(20), 14, "Pulled");
     ASSERT_TRUE(run.Start());
@@ -191,7 +170,7 @@ TEST(RecordingSafety, ACameraPulledAndNotReturnedKeepsTheOneReportOfItsLastFrame
     ASSERT_TRUE(WaitUntil([&] { return ListFiles(run.Videos(), L"*.txt").size() == 1; }, 10000));
     std::vector<std::wstring> videos = SortedFiles(run.Videos(), L"*.avi");
     ASSERT_EQ(videos.size(), 1u);
-    std::wstring reportPath = run.ReportOf(videos[0]);
+    std::wstring reportPath = ReportOf(run, videos[0]);
     std::string atPull = ReadBytes(reportPath);
 
     ASSERT_TRUE(run.WaitTitle(kMainTitle, 30000)) << "the event ends on time";
@@ -224,7 +203,7 @@ TEST(RecordingSafety, ACameraPulledAndNotReturnedKeepsTheOneReportOfItsLastFrame
 // event goes to another file.
 TEST(RecordingSafety, AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnBesideIt)
 {
-    SafetyRun run;
+    ProgramRun run;
     ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
     WriteEvent(run.folder, L"cut", UtcInSeconds(30), 40, "CUT", "STAR");
     ASSERT_TRUE(run.Start());
@@ -267,7 +246,7 @@ TEST(RecordingSafety, AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnB
     std::printf("killed after %.0f frames; %zu of them in the repaired file\n", made, beforeKill);
     EXPECT_GE(static_cast<double>(beforeKill), 0.9 * made);
     EXPECT_GE(made, 9 * 30.0) << "the file starts at the event's start";
-    std::string report = ReadBytes(run.ReportOf(cut[0]));
+    std::string report = ReadBytes(ReportOf(run, cut[0]));
     EXPECT_NE(report.find("Number of recorded frames:  " + std::to_string(stamps.size())), std::string::npos)
         << report;
     EXPECT_NE(messages.find(std::to_string(stamps.size()) + " frames recovered"), std::string::npos) << messages;

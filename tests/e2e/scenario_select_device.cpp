@@ -8,8 +8,7 @@
 
 #include <windows.h>
 
-#include "device/graph_helpers.h"
-#include "e2e/harness.h"
+#include "e2e/program_run.h"
 #include "e2e/remote_probe.h"
 #include "ui/commands.h"
 #include "ui/control_ids.h"
@@ -21,72 +20,31 @@ namespace {
 const std::string kSideCamAt800 = Option("VConfig", "Side Cam|15|800x600|YUY2|0|50|0|64|3|0|DIGITAL");
 constexpr wchar_t kRestoredLine[] = L"Input devices settings are restored\r\n";
 
-SIZE Size(HWND window)
-{
-    RECT rect = WindowRect(window);
-    return {rect.right - rect.left, rect.bottom - rect.top};
-}
-
-std::vector<std::wstring> ListRows(HWND list)
-{
-    std::vector<std::wstring> rows;
-    LRESULT count = SendMessageW(list, LB_GETCOUNT, 0, 0);
-    for (LRESULT row = 0; row < count; ++row) {
-        wchar_t text[300] = {};
-        if (SendMessageW(list, LB_GETTEXTLEN, row, 0) < 300)
-            SendMessageW(list, LB_GETTEXT, row, reinterpret_cast<LPARAM>(text));
-        rows.push_back(text);
-    }
-    return rows;
-}
-
-using Rows = std::vector<std::wstring>;
-
-struct SelectRun {
-    devicetest::SyntheticDevices devices;
-    std::wstring folder = MakeWorkFolderForCurrentTest();
-    std::unique_ptr<Program> program;
-    HWND window = nullptr;
-
+struct SelectRun : ProgramRun {
     // Sky Cam, then Side Cam (unless told otherwise), through VMR9.
     bool Start(const std::string& options = "", bool sideCam = true)
     {
-        if (!devices.Add(L"Sky Cam", L"webcam") || (sideCam && !devices.Add(L"Side Cam", L"webcam")))
-            return false;
-        WriteOptions(folder, Option("DefaultRenderer", "VMR9") + kSideCamAt800 + options);
-        return Run();
+        return devices.Add(L"Sky Cam", L"webcam") && (!sideCam || devices.Add(L"Side Cam", L"webcam")) &&
+            ProgramRun::Start(kSideCamAt800 + options);
     }
-    // The program again, on the options file as it stands.
-    bool Run()
-    {
-        program = std::make_unique<Program>(folder);
-        return program->Start() && program->WaitReady();
-    }
-    HWND Main() const { return program->MainWindow(); }
-    HWND Clipping() const { return FindChild(Main(), L"MavuVideoRecordWindow"); }
-    HWND Control(int id) const { return GetDlgItem(window, id); }
-    Rows Devices() const { return ListRows(Control(kSelectDeviceList)); }
-    Rows Ignored() const { return ListRows(Control(kSelectDeviceIgnoredList)); }
-    int Selected() const { return static_cast<int>(SendMessageW(Control(kSelectDeviceList), LB_GETCURSEL, 0, 0)); }
-    bool DefaultChecked() const
-    {
-        return SendMessageW(Control(kSelectDeviceDefaultBox), BM_GETCHECK, 0, 0) == BST_CHECKED;
-    }
+    Rows Devices() const { return ListRows(Item(kSelectDeviceList)); }
+    Rows Ignored() const { return ListRows(Item(kSelectDeviceIgnoredList)); }
+    int Selected() const { return static_cast<int>(SendMessageW(Item(kSelectDeviceList), LB_GETCURSEL, 0, 0)); }
+    bool DefaultChecked() const { return Checked(Item(kSelectDeviceDefaultBox)); }
     bool Open()
     {
         SendCommand(Main(), IDM_SELECT_INPUT_DEVICE);
         window = FindProcessWindow(program->ProcessId(), L"SelectVideoDeviceClassName", L"Video Input Device");
-        return window && IsVisible(window);
+        return IsVisible(window);
     }
-    // A click on a row of the device list, as the list box tells its
-    // window of it.
+    // A click on a row of the device list, as the list box tells its window of it.
     void ChooseRow(int row) const
     {
-        HWND list = Control(kSelectDeviceList);
-        SendMessageW(list, LB_SETCURSEL, row, 0);
-        SendMessageW(window, WM_COMMAND, MAKEWPARAM(kSelectDeviceList, LBN_SELCHANGE), reinterpret_cast<LPARAM>(list));
+        SendMessageW(Item(kSelectDeviceList), LB_SETCURSEL, row, 0);
+        SendMessageW(window, WM_COMMAND, MAKEWPARAM(kSelectDeviceList, LBN_SELCHANGE),
+                     reinterpret_cast<LPARAM>(Item(kSelectDeviceList)));
     }
-    void SelectIgnoredRow(int row) const { SendMessageW(Control(kSelectDeviceIgnoredList), LB_SETCURSEL, row, 0); }
+    void SelectIgnoredRow(int row) const { SendMessageW(Item(kSelectDeviceIgnoredList), LB_SETCURSEL, row, 0); }
     // The picture's size, once the camera has restarted.
     bool WaitPicture(int width, int height) const
     {
@@ -97,10 +55,6 @@ struct SelectRun {
             },
             10000);
     }
-    int Count(const std::wstring& text) const { return program->CountMessages(text); }
-    std::string OptionsFile() const { return ReadBytes(folder + L"\\MAVU_options_capture.xml"); }
-    LRESULT Pull(const std::wstring& name) { return devices.Pull(name) ? SendDeviceChange(Main()) : -2; }
-    LRESULT Plug(const std::wstring& name) { return devices.Add(name, L"webcam") ? SendDeviceChange(Main()) : -2; }
 };
 
 // The main window's outer size less its client size.
@@ -140,7 +94,7 @@ TEST(SelectDevice, ChoosingTheSecondCameraRunsItAndCancelBringsTheFirstBack)
     run.ChooseRow(1);
     EXPECT_EQ(run.program->Messages(), before);
 
-    Click(run.Control(kSelectDeviceCancelButton));
+    Click(run.Item(kSelectDeviceCancelButton));
     EXPECT_FALSE(IsVisible(run.window));
     EXPECT_TRUE(run.WaitPicture(640, 480));
     EXPECT_EQ(Size(run.Main()).cx, 640 + frame.cx);
@@ -172,7 +126,7 @@ TEST(SelectDevice, IgnoreHandsThePictureOverAndRestoreTakesTheDeviceBack)
     ASSERT_TRUE(run.Start());
     ASSERT_TRUE(run.WaitPicture(640, 480));
     ASSERT_TRUE(run.Open());
-    Click(run.Control(kSelectDeviceIgnoreButton));
+    Click(run.Item(kSelectDeviceIgnoreButton));
     EXPECT_EQ(run.Count(L"Device \"Sky Cam\" is ignored\r\n"), 1) << Narrow(run.program->Messages());
     EXPECT_EQ(run.Devices(), Rows{L"Side Cam"});
     EXPECT_EQ(run.Ignored(), Rows{L"Sky Cam"});
@@ -180,18 +134,18 @@ TEST(SelectDevice, IgnoreHandsThePictureOverAndRestoreTakesTheDeviceBack)
     EXPECT_TRUE(run.WaitPicture(800, 600));
 
     // Restore with nothing selected in the ignored list changes nothing.
-    SendMessageW(run.Control(kSelectDeviceIgnoredList), LB_SETCURSEL, static_cast<WPARAM>(-1), 0);
-    Click(run.Control(kSelectDeviceRestoreButton));
+    SendMessageW(run.Item(kSelectDeviceIgnoredList), LB_SETCURSEL, static_cast<WPARAM>(-1), 0);
+    Click(run.Item(kSelectDeviceRestoreButton));
     EXPECT_EQ(run.Ignored(), Rows{L"Sky Cam"});
     EXPECT_EQ(run.Count(L"is restored"), 0);
 
     run.SelectIgnoredRow(0);
-    Click(run.Control(kSelectDeviceRestoreButton));
+    Click(run.Item(kSelectDeviceRestoreButton));
     EXPECT_EQ(run.Count(L"Device \"Sky Cam\" is restored\r\n"), 1) << Narrow(run.program->Messages());
     EXPECT_EQ(run.Devices(), (Rows{L"Sky Cam", L"Side Cam"}));
     EXPECT_EQ(run.Ignored(), Rows{});
     EXPECT_EQ(run.Selected(), 0) << "the first device that isn't ignored is taken";
-    Click(run.Control(kSelectDeviceOkButton));
+    Click(run.Item(kSelectDeviceOkButton));
     EXPECT_FALSE(IsVisible(run.window));
     run.program->Kill();
 }
@@ -205,13 +159,13 @@ TEST(SelectDevice, OkWritesTheIgnoredAndDefaultNamesAndClearingTheDefaultLeavesI
     SelectRun run;
     ASSERT_TRUE(run.Start());
     ASSERT_TRUE(run.Open());
-    Click(run.Control(kSelectDeviceIgnoreButton));
+    Click(run.Item(kSelectDeviceIgnoreButton));
     ASSERT_EQ(run.Devices(), Rows{L"Side Cam"});
     EXPECT_FALSE(run.DefaultChecked());
-    Click(run.Control(kSelectDeviceDefaultBox));
+    Click(run.Item(kSelectDeviceDefaultBox));
     EXPECT_TRUE(run.DefaultChecked());
     std::wstring before = run.program->Messages();
-    Click(run.Control(kSelectDeviceOkButton));
+    Click(run.Item(kSelectDeviceOkButton));
     EXPECT_FALSE(IsVisible(run.window));
     std::string file = run.OptionsFile();
     EXPECT_NE(file.find("\t<DefaultVideoSource Value=\"Side Cam\"/>\r\n"
@@ -228,11 +182,11 @@ TEST(SelectDevice, OkWritesTheIgnoredAndDefaultNamesAndClearingTheDefaultLeavesI
     EXPECT_EQ(run.Devices(), Rows{L"Side Cam"});
     EXPECT_EQ(run.Ignored(), Rows{L"Sky Cam"});
     EXPECT_TRUE(run.DefaultChecked());
-    Click(run.Control(kSelectDeviceDefaultBox));
+    Click(run.Item(kSelectDeviceDefaultBox));
     EXPECT_FALSE(run.DefaultChecked());
     run.SelectIgnoredRow(0);
-    Click(run.Control(kSelectDeviceRestoreButton));
-    Click(run.Control(kSelectDeviceOkButton));
+    Click(run.Item(kSelectDeviceRestoreButton));
+    Click(run.Item(kSelectDeviceOkButton));
     file = run.OptionsFile();
     EXPECT_NE(file.find("\t<DefaultVideoSource Value=\"Side Cam\"/>\r\n"), std::string::npos) << file;
     EXPECT_EQ(file.find("<ExcludedVideoSource"), std::string::npos) << file;
@@ -258,11 +212,11 @@ TEST(SelectDevice, OneIgnoredDeviceLeavesTheListEmptyAndRestoreBringsEverythingB
     EXPECT_FALSE(run.DefaultChecked());
     // Ignore with nothing to ignore does nothing.
     std::wstring before = run.program->Messages();
-    Click(run.Control(kSelectDeviceIgnoreButton));
+    Click(run.Item(kSelectDeviceIgnoreButton));
     EXPECT_EQ(run.program->Messages(), before);
 
     run.SelectIgnoredRow(0);
-    Click(run.Control(kSelectDeviceRestoreButton));
+    Click(run.Item(kSelectDeviceRestoreButton));
     EXPECT_EQ(run.Count(L"Device \"Sky Cam\" is restored\r\n"), 1);
     EXPECT_EQ(run.Devices(), Rows{L"Sky Cam"});
     EXPECT_EQ(run.Ignored(), Rows{});
@@ -275,12 +229,20 @@ TEST(SelectDevice, OneIgnoredDeviceLeavesTheListEmptyAndRestoreBringsEverythingB
     run.program->Kill();
 }
 
-// Opening the window turns Magnify off; while it is open "Magnify...",
-// "Select Input Device..." and "Device Properties..." are grey, and closing
-// it by any of its ways enables them again. The menu is read from inside the
-// program (another process can't read it here).
-TEST(SelectDevice, WhileOpenMagnifyIsOffAndTheThreeDeviceItemsAreGrey)
+// Opening either device window turns Magnify off; while it is open "Magnify...", "Select Input Device..." and
+// "Device Properties..." are grey, and closing it by any of its ways enables them again. The menu is read from
+// inside the program (another process can't read it here).
+TEST(SelectDevice, EitherDeviceWindowTurnsMagnifyOffAndGreysTheThreeDeviceItems)
 {
+    const struct {
+        unsigned command;
+        const wchar_t* className;
+        int ok;
+        int cancel;
+    } deviceWindows[] = {
+        {IDM_SELECT_INPUT_DEVICE, L"SelectVideoDeviceClassName", kSelectDeviceOkButton, kSelectDeviceCancelButton},
+        {IDM_DEVICE_PROPERTIES, L"DeviceFormat", kFormatOkButton, kFormatCancelButton},
+    };
     SelectRun run;
     ASSERT_TRUE(run.Start());
     ASSERT_TRUE(run.WaitPicture(640, 480));
@@ -296,26 +258,31 @@ TEST(SelectDevice, WhileOpenMagnifyIsOffAndTheThreeDeviceItemsAreGrey)
     };
     expectGrey(false, "before opening");
 
-    SendCommand(run.Main(), IDM_MAGNIFY);
-    HWND magnify = FindProcessWindow(id, L"Magnify");
-    ASSERT_TRUE(magnify && IsVisible(magnify));
-    Click(GetDlgItem(magnify, kMagnifyDoubleRadio));
-    ASSERT_EQ(Size(run.Clipping()).cx, 1280);
-    ASSERT_TRUE(run.Open());
-    EXPECT_FALSE(IsVisible(magnify));
-    EXPECT_EQ(Size(run.Clipping()).cx, 640);
-    EXPECT_EQ(Size(run.Clipping()).cy, 480);
-    expectGrey(true, "open");
-    Click(run.Control(kSelectDeviceOkButton));
-    expectGrey(false, "after OK");
+    for (const auto& device : deviceWindows) {
+        SCOPED_TRACE(Narrow(device.className));
+        SendCommand(run.Main(), IDM_MAGNIFY);
+        HWND magnify = run.Window(L"Magnify");
+        ASSERT_TRUE(magnify && IsVisible(magnify));
+        Click(GetDlgItem(magnify, kMagnifyDoubleRadio));
+        ASSERT_EQ(Size(run.Clipping()).cx, 1280);
+        ASSERT_NE(run.ProgramRun::Open(device.command, device.className), nullptr);
+        EXPECT_FALSE(IsVisible(magnify));
+        EXPECT_EQ(Size(run.Clipping()).cx, 640);
+        EXPECT_EQ(Size(run.Clipping()).cy, 480);
+        expectGrey(true, "open");
+        Click(run.Item(device.ok));
+        expectGrey(false, "after OK");
 
-    ASSERT_TRUE(run.Open());
-    expectGrey(true, "open again");
-    Click(run.Control(kSelectDeviceCancelButton));
-    expectGrey(false, "after Cancel");
-    ASSERT_TRUE(run.Open());
-    SendMessageW(run.window, WM_SYSCOMMAND, SC_CLOSE, 0);
-    expectGrey(false, "after the close box");
+        ASSERT_NE(run.ProgramRun::Open(device.command, device.className), nullptr);
+        expectGrey(true, "open again");
+        Click(run.Item(device.cancel));
+        EXPECT_FALSE(IsVisible(magnify));
+        EXPECT_EQ(Size(run.Clipping()).cx, 640);
+        expectGrey(false, "after Cancel");
+        ASSERT_NE(run.ProgramRun::Open(device.command, device.className), nullptr);
+        SendMessageW(run.window, WM_SYSCOMMAND, SC_CLOSE, 0);
+        expectGrey(false, "after the close box");
+    }
     run.program->Kill();
 }
 
@@ -397,7 +364,7 @@ TEST(SelectDevice, AChosenDeviceIsTheActiveOneWhenDevicesArePulled)
     ASSERT_EQ(run.Devices(), (Rows{L"Spare Cam", L"Sky Cam", L"Side Cam"}));
     run.ChooseRow(2);
     ASSERT_TRUE(run.WaitPicture(800, 600));
-    Click(run.Control(kSelectDeviceOkButton));
+    Click(run.Item(kSelectDeviceOkButton));
 
     EXPECT_EQ(run.Pull(L"Spare Cam"), 1);
     EXPECT_EQ(run.Count(L"Inactive video capture device \"Spare Cam\" disconnected\r\n"), 1)

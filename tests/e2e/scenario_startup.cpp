@@ -37,6 +37,7 @@ TEST(Startup, NoOptionsNoDeviceReportsInOrder)
     EXPECT_FALSE(IsVisible(program.RecordControlsWindow()));
     EXPECT_NE(GetFileAttributesW((program.Folder() + L"\\VideoFiles").c_str()), INVALID_FILE_ATTRIBUTES);
     EXPECT_NE(GetFileAttributesW((program.Folder() + L"\\LogFiles").c_str()), INVALID_FILE_ATTRIBUTES);
+    EXPECT_TRUE(TakeScreenshot("startup-no-device"));
 }
 
 TEST(Startup, SecondInstanceEndsAtOnceAndChangesNothing)
@@ -61,26 +62,21 @@ TEST(Startup, SecondInstanceEndsAtOnceAndChangesNothing)
     EXPECT_EQ(FindProcessWindow(second.ProcessId(), nullptr), nullptr);
 }
 
-TEST(Startup, ExitEndsWithTheLoopsExitCode)
+TEST(Startup, ExitOrTheCloseBoxEndsWithTheLoopsExitCode)
 {
-    Program program(MakeWorkFolderForCurrentTest());
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
-    PostCommand(program.MainWindow(), kExitCommand);
-    DWORD code = 1234;
-    ASSERT_TRUE(program.WaitExit(10000, &code));
-    EXPECT_EQ(code, 0u);
-}
-
-TEST(Startup, CloseBoxEndsTheProgram)
-{
-    Program program(MakeWorkFolderForCurrentTest());
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
-    PostMessageW(program.MainWindow(), WM_CLOSE, 0, 0);
-    DWORD code = 1234;
-    ASSERT_TRUE(program.WaitExit(10000, &code));
-    EXPECT_EQ(code, 0u);
+    for (bool closeBox : {false, true}) {
+        SCOPED_TRACE(closeBox ? "close box" : "Exit");
+        Program program(MakeWorkFolderForCurrentTest());
+        ASSERT_TRUE(program.Start());
+        ASSERT_TRUE(program.WaitReady());
+        if (closeBox)
+            PostMessageW(program.MainWindow(), WM_CLOSE, 0, 0);
+        else
+            PostCommand(program.MainWindow(), kExitCommand);
+        DWORD code = 1234;
+        ASSERT_TRUE(program.WaitExit(10000, &code));
+        EXPECT_EQ(code, 0u);
+    }
 }
 
 TEST(Startup, MissingIconsAreHarmless)

@@ -5,8 +5,7 @@
 #include <windows.h>
 #include <commctrl.h>
 
-#include "device/graph_helpers.h"
-#include "e2e/harness.h"
+#include "e2e/program_run.h"
 #include "e2e/remote_controls.h"
 #include "e2e/screen_stamp.h"
 #include "support/ffprobe.h"
@@ -18,40 +17,6 @@
 using namespace e2e;
 
 namespace {
-
-struct ToolRun {
-    devicetest::SyntheticDevices devices;
-    std::wstring folder;
-    std::unique_ptr<Program> program;
-    HWND clipping = nullptr;
-
-    bool Start(const std::string& options = "")
-    {
-        if (!devices.Add(L"Sky Cam", L"webcam"))
-            return false;
-        folder = MakeWorkFolderForCurrentTest();
-        WriteOptions(folder, Option("DefaultRenderer", "VMR9") + options);
-        program = std::make_unique<Program>(folder);
-        if (!program->Start() || !program->WaitReady())
-            return false;
-        clipping = FindChild(program->MainWindow(), L"MavuVideoRecordWindow");
-        return clipping != nullptr;
-    }
-    HWND Main() const { return program->MainWindow(); }
-    HWND Open(unsigned command, const wchar_t* className) const
-    {
-        SendCommand(Main(), command);
-        HWND window = FindProcessWindow(program->ProcessId(), className);
-        return window && IsVisible(window) ? window : nullptr;
-    }
-    std::string OptionsFile() const { return ReadBytes(folder + L"\\MAVU_options_capture.xml"); }
-};
-
-SIZE Size(HWND window)
-{
-    RECT rect = WindowRect(window);
-    return {rect.right - rect.left, rect.bottom - rect.top};
-}
 
 // Pixels of the saturation warning colour (magenta on the screen) in the
 // clipping window's picture.
@@ -81,54 +46,51 @@ void MoveSlider(HWND slider, int position)
 // puts the picture back. The window opens with " None" selected.
 TEST(ToolWindows, MagnifyDoublesThePictureAndClosingRestoresIt)
 {
-    ToolRun run;
-    ASSERT_TRUE(run.Start());
-    SIZE before = Size(run.clipping);
+    ProgramRun run;
+    ASSERT_TRUE(run.StartWithSkyCam());
+    SIZE before = Size(run.Clipping());
     ASSERT_EQ(before.cx, 640);
     HWND window = run.Open(IDM_MAGNIFY, L"Magnify");
     ASSERT_NE(window, nullptr);
     EXPECT_EQ(SendMessageW(GetDlgItem(window, kMagnifyNoneRadio), BM_GETCHECK, 0, 0), BST_CHECKED);
     EXPECT_EQ(SendMessageW(GetDlgItem(window, kMagnifyHalfRadio), BM_GETCHECK, 0, 0), BST_UNCHECKED);
     Click(GetDlgItem(window, kMagnifyDoubleRadio));
-    SIZE doubled = Size(run.clipping);
+    SIZE doubled = Size(run.Clipping());
     EXPECT_EQ(doubled.cx, 1280);
     EXPECT_EQ(doubled.cy, 960);
     Sleep(1000);
     EXPECT_TRUE(TakeScreenshot("magnify"));
     Click(GetDlgItem(window, kMagnifyHalfRadio));
-    EXPECT_EQ(Size(run.clipping).cx, 320);
+    EXPECT_EQ(Size(run.Clipping()).cx, 320);
     SendMessageW(window, WM_CLOSE, 0, 0);
     EXPECT_FALSE(IsVisible(window));
-    EXPECT_EQ(Size(run.clipping).cx, 640);
-    EXPECT_EQ(Size(run.clipping).cy, 480);
+    EXPECT_EQ(Size(run.Clipping()).cx, 640);
+    EXPECT_EQ(Size(run.Clipping()).cy, 480);
     run.program->Kill();
 }
 
-// Where Direct3D draws no picture into the main window, the checks of the
-// picture can't run: the test then says so as skipped once the rest of it
-// has passed.
-
+// Where Direct3D draws no picture into the main window, the picture checks skip.
 // The slider sets the threshold of the running filter: at 200 the saturated
 // star is painted, at 255 the picture has no warning colour. Save keeps a
 // value as the option and the window open; Remove clears it and closes.
 TEST(ToolWindows, PixelSaturationSliderAndItsTwoSaves)
 {
-    ToolRun run;
-    ASSERT_TRUE(run.Start());
+    ProgramRun run;
+    ASSERT_TRUE(run.StartWithSkyCam());
     HWND window = run.Open(IDM_PIXEL_SATURATION, L"PixelSaturation");
     ASSERT_NE(window, nullptr);
     HWND slider = GetDlgItem(window, kSaturationSlider);
     HWND save = GetDlgItem(window, kSaturationSaveButton);
     EXPECT_FALSE(IsEnabled(save));
     Sleep(2000);
-    bool pictured = PictureShowsIn(run.clipping);
+    bool pictured = PictureShowsIn(run.Clipping());
     if (pictured) {
-        EXPECT_EQ(WarningPixels("saturation-255", run.clipping), 0) << "no threshold until the slider moves";
+        EXPECT_EQ(WarningPixels("saturation-255", run.Clipping()), 0) << "no threshold until the slider moves";
     }
     MoveSlider(slider, 200);
     Sleep(500);
     if (pictured) {
-        EXPECT_GT(WarningPixels("saturation-200", run.clipping), 10);
+        EXPECT_GT(WarningPixels("saturation-200", run.Clipping()), 10);
     }
     EXPECT_TRUE(TakeScreenshot("pixel-saturation"));
 
@@ -153,7 +115,7 @@ TEST(ToolWindows, PixelSaturationSliderAndItsTwoSaves)
     EXPECT_NE(run.OptionsFile().find("<PixelSaturationValue Value=\"-1\"/>"), std::string::npos) << run.OptionsFile();
     if (pictured) {
         Sleep(500);
-        EXPECT_EQ(WarningPixels("saturation-removed", run.clipping), 0);
+        EXPECT_EQ(WarningPixels("saturation-removed", run.Clipping()), 0);
     }
     run.program->Kill();
     if (!pictured)
@@ -163,8 +125,8 @@ TEST(ToolWindows, PixelSaturationSliderAndItsTwoSaves)
 // Counts outside 2 to 30 are refused with the line, and the box shows "2".
 TEST(ToolWindows, FrameIntegrationRefusesCountsOutsideTwoToThirty)
 {
-    ToolRun run;
-    ASSERT_TRUE(run.Start());
+    ProgramRun run;
+    ASSERT_TRUE(run.StartWithSkyCam());
     HWND window = run.Open(IDM_FRAME_INTEGRATION, L"FrameIntegration");
     ASSERT_NE(window, nullptr);
     HWND box = GetDlgItem(window, kIntegrationCountBox);
@@ -212,8 +174,8 @@ double PictureLevel(const std::string& name, HWND clipping)
 TEST(ToolWindows, BrightnessAndContrastActOnThePreviewAndClosingCentresThem)
 {
     testsupport::RegisteredColorControl colorEffect;
-    ToolRun run;
-    ASSERT_TRUE(run.Start(Option("EnableVideoBrightnessContrast", "TRUE")));
+    ProgramRun run;
+    ASSERT_TRUE(run.StartWithSkyCam(Option("EnableVideoBrightnessContrast", "TRUE")));
     HWND window = run.Open(IDM_BRIGHTNESS_CONTRAST, L"BrightnessContrast");
     ASSERT_NE(window, nullptr);
     EXPECT_EQ(WindowText(window), L"Brightness and Contrast");
@@ -224,14 +186,14 @@ TEST(ToolWindows, BrightnessAndContrastActOnThePreviewAndClosingCentresThem)
     EXPECT_EQ(SendMessageW(brightness, TBM_GETPOS, 0, 0), 50);
     EXPECT_EQ(SendMessageW(contrast, TBM_GETPOS, 0, 0), 50);
     Sleep(2000);
-    bool pictured = PictureShowsIn(run.clipping);
-    double middle = pictured ? PictureLevel("brightness-50", run.clipping) : 0;
+    bool pictured = PictureShowsIn(run.Clipping());
+    double middle = pictured ? PictureLevel("brightness-50", run.Clipping()) : 0;
 
     MoveSlider(brightness, 90);
     Sleep(1000);
     EXPECT_TRUE(TakeScreenshot("brightness-contrast"));
     if (pictured) {
-        double bright = PictureLevel("brightness-90", run.clipping);
+        double bright = PictureLevel("brightness-90", run.Clipping());
         EXPECT_GT(bright, middle + 40) << "at 50: " << middle;
     }
     EXPECT_EQ(run.program->CountMessages(L"Cannot set"), 0) << Narrow(run.program->Messages());
@@ -243,7 +205,7 @@ TEST(ToolWindows, BrightnessAndContrastActOnThePreviewAndClosingCentresThem)
     EXPECT_EQ(SendMessageW(contrast, TBM_GETPOS, 0, 0), 50);
     Sleep(2000);
     if (pictured) {
-        EXPECT_NEAR(PictureLevel("brightness-closed", run.clipping), middle, 10);
+        EXPECT_NEAR(PictureLevel("brightness-closed", run.Clipping()), middle, 10);
     }
     run.program->Kill();
     if (!pictured)
@@ -254,8 +216,8 @@ TEST(ToolWindows, BrightnessAndContrastActOnThePreviewAndClosingCentresThem)
 // without a colour effect on the platform the camera still runs.
 TEST(ToolWindows, BrightnessAndContrastWithoutTheFileOption)
 {
-    ToolRun run;
-    ASSERT_TRUE(run.Start());
+    ProgramRun run;
+    ASSERT_TRUE(run.StartWithSkyCam());
     HWND window = run.Open(IDM_BRIGHTNESS_CONTRAST, L"BrightnessContrast");
     ASSERT_NE(window, nullptr);
     EXPECT_EQ(Size(window).cy, 270);
@@ -272,18 +234,18 @@ TEST(ToolWindows, BrightnessAndContrastWithoutTheFileOption)
 // and its file holds every frame as the camera made it.
 TEST(ToolWindows, FrameIntegrationKeepsTheBackgroundLevelAndARecordingTurnsItOff)
 {
-    ToolRun run;
-    ASSERT_TRUE(run.Start());
+    ProgramRun run;
+    ASSERT_TRUE(run.StartWithSkyCam());
     Sleep(1500);
-    bool pictured = PictureShowsIn(run.clipping);
-    double plain = pictured ? PictureLevel("integration-off", run.clipping) : 0;
+    bool pictured = PictureShowsIn(run.Clipping());
+    double plain = pictured ? PictureLevel("integration-off", run.Clipping()) : 0;
     HWND window = run.Open(IDM_FRAME_INTEGRATION, L"FrameIntegration");
     ASSERT_NE(window, nullptr);
     SendMessageW(GetDlgItem(window, kIntegrationCountBox), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"4"));
     Click(GetDlgItem(window, kIntegrationStartButton));
     Sleep(2000);
     if (pictured) {
-        double integrated = PictureLevel("integration-4", run.clipping);
+        double integrated = PictureLevel("integration-4", run.Clipping());
         EXPECT_LT(integrated, plain * 2) << "without integration: " << plain;
         EXPECT_GT(integrated, plain * 0.8) << "without integration: " << plain;
     }

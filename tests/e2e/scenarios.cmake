@@ -2,19 +2,14 @@
 set(MAVU_E2E_SCENARIOS
     Startup.NoOptionsNoDeviceReportsInOrder
     Startup.SecondInstanceEndsAtOnceAndChangesNothing
-    Startup.ExitEndsWithTheLoopsExitCode
-    Startup.CloseBoxEndsTheProgram
+    Startup.ExitOrTheCloseBoxEndsWithTheLoopsExitCode
     Startup.MissingIconsAreHarmless
     Startup.ProgramNameWithoutMavuCannotMakeTheDefaultFolders
     Messages.SaveWritesTheWindowTextToLogFiles
     Messages.SaveAndClearLeavesOnlyTheSavedLine
-    Messages.AboutWritesThreeLines
-    Messages.TheWindowFollowsTheNewestLine
-    Screenshots.MainAndUserMessagesWindows
+    Messages.AboutWritesThreeLinesAndTheWindowFollowsTheNewest
     Dialogs.EveryTextFitsItsControlInItsOwnFont
-    Options.SavedPositionsApplyAtStartUp
-    Options.UnreadableFileIsReportedAndDefaultsStand
-    Options.FallbackFileIsReadWhenTheFirstIsDamaged
+    Options.StartUpReadsTheFileOrItsFallbackOrSaysItCannot
     Options.SetWindowPositionsSavesWhereTheWindowsStand
     OptionWindows.FileOptionsPrefixIsFilteredSavedAndUsed
     OptionWindows.FileOptionsFolderFromThePickerAndBack
@@ -57,19 +52,18 @@ set(MAVU_E2E_SCENARIOS
     Picture.ASavedPairNamingNoneLoadsQuietlyAndOneNamingAMissingCodecWarnsAndIsDropped
     Picture.WithoutTheColorEffectStartUpSaysSoOnceAndTheCameraRuns
     HotPlug.PullAndReplugTwiceDuringAnEventGoesOnInNumberedFilesAndEndsOnTime
-    Analog.APalSignalAtStartUpIsFoundAndRecordedAsPal
+    Grabbers/Analog.StandardFoundAtStartUp/PalSignalIsFoundAndRecordedAsPal
     SelectDevice.ChoosingTheSecondCameraRunsItAndCancelBringsTheFirstBack
     SelectDevice.IgnoreHandsThePictureOverAndRestoreTakesTheDeviceBack
     SelectDevice.OkWritesTheIgnoredAndDefaultNamesAndClearingTheDefaultLeavesItInTheFile
     SelectDevice.OneIgnoredDeviceLeavesTheListEmptyAndRestoreBringsEverythingBack
-    SelectDevice.WhileOpenMagnifyIsOffAndTheThreeDeviceItemsAreGrey
+    SelectDevice.EitherDeviceWindowTurnsMagnifyOffAndGreysTheThreeDeviceItems
     SelectDevice.Screenshots
     DeviceFormat.ASizeChosenInTheListRestartsTheCameraAtThatSize
     DeviceFormat.SlidersSetTheDeviceDefaultsResetItAndCancelRestoresTheOpening
     DeviceFormat.OkWithSaveWritesTheConfigurationAndTheNextStartAppliesIt
     DeviceFormat.AGrabbersStandardsAreGreyUnderAutoDetectAndPalRestartsAt720x576
     DeviceFormat.ADeviceWithoutPicturePropertiesShowsOnlySetDefaultValues
-    DeviceFormat.OpeningTurnsMagnifyOffAndGreysTheDeviceItems
 )
 
 # Scenarios of minutes, and variants of shorter ones, run by: ctest -L long
@@ -82,9 +76,9 @@ set(MAVU_E2E_LONG_SCENARIOS
     HotPlug.TheNextDeviceTakesOverFromAPulledOneAndTheDefaultTakesOverWhenItComes
     HotPlug.UnusableIgnoredAndDoubleRemovalsEachGiveTheirLines
     HotPlug.ANotificationDuringACameraStartIsDroppedAndTheNextOneFindsTheChange
-    Analog.AnNtscSignalStaysNtscWithoutALine
-    Analog.SixFramesDrawnCountAsPalAndFiveAsNtsc
-    Analog.AGrabberWithoutPalFormatsSaysSoAndStaysNtsc
+    Grabbers/Analog.StandardFoundAtStartUp/NtscSignalStaysNtscWithoutALine
+    Grabbers/Analog.StandardFoundAtStartUp/SixFramesDrawnCountAsPalAndFiveAsNtsc
+    Grabbers/Analog.StandardFoundAtStartUp/WithoutPalFormatsSaysSoAndStaysNtsc
     Events.OneEventRecordsCentredOnItsMomentInNewYork
     Gps.EventRecordingCarriesThePositionOfItsStartAndTheLinkReturnsAfterIt
     Events.HandWrittenEventWithAnAccentedCommentIsListedAndRecorded

@@ -1,0 +1,118 @@
+// One run of the program in the running test's own folder, with its
+// synthetic cameras, and what most scenarios ask of it.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "device/graph_helpers.h"
+#include "e2e/harness.h"
+#include "support/ffprobe.h"
+
+namespace e2e {
+
+constexpr wchar_t kMainTitle[] = L"MAVU Video Capture Version 2.1";
+constexpr wchar_t kPendingTitle[] = L"MAVU Video Capture -- Event pending";
+constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
+
+using Rows = std::vector<std::wstring>;
+
+inline SIZE Size(HWND window)
+{
+    RECT rect = WindowRect(window);
+    return {rect.right - rect.left, rect.bottom - rect.top};
+}
+
+inline Rows ListRows(HWND list)
+{
+    Rows rows;
+    LRESULT count = SendMessageW(list, LB_GETCOUNT, 0, 0);
+    for (LRESULT row = 0; row < count; ++row) {
+        wchar_t text[300] = {};
+        if (SendMessageW(list, LB_GETTEXTLEN, row, 0) < 300)
+            SendMessageW(list, LB_GETTEXT, row, reinterpret_cast<LPARAM>(text));
+        rows.push_back(text);
+    }
+    return rows;
+}
+
+inline bool Checked(HWND button)
+{
+    return SendMessageW(button, BM_GETCHECK, 0, 0) == BST_CHECKED;
+}
+
+struct ProgramRun {
+    devicetest::SyntheticDevices devices;
+    std::wstring folder = MakeWorkFolderForCurrentTest();
+    std::unique_ptr<Program> program;
+    // The window the last Open showed.
+    HWND window = nullptr;
+
+    // The options file with VMR9 as the renderer and `options`, then the program.
+    bool Start(const std::string& options = "", const Environment& environment = {})
+    {
+        WriteOptions(folder, Option("DefaultRenderer", "VMR9") + options);
+        return Run(environment);
+    }
+    // Sky Cam, a webcam, then Start; false too when the picture's window is missing.
+    bool StartWithSkyCam(const std::string& options = "")
+    {
+        return devices.Add(L"Sky Cam", L"webcam") && Start(options) && Clipping();
+    }
+    // The program again, on the folder as it stands.
+    bool Run(const Environment& environment = {})
+    {
+        program = std::make_unique<Program>(folder);
+        return program->Start(environment) && program->WaitReady();
+    }
+    HWND Main() const { return program->MainWindow(); }
+    HWND Clipping() const { return FindChild(Main(), L"MavuVideoRecordWindow"); }
+    HWND Window(const wchar_t* className) const { return FindProcessWindow(program->ProcessId(), className); }
+    // Opens a window by its menu command; null unless it shows.
+    HWND Open(unsigned command, const wchar_t* className)
+    {
+        SendCommand(Main(), command);
+        window = Window(className);
+        return window && IsVisible(window) ? window : nullptr;
+    }
+    HWND Item(int id) const { return GetDlgItem(window, id); }
+    bool WaitTitle(const wchar_t* title, DWORD timeoutMs) const
+    {
+        return WaitUntil([&] { return WindowText(Main()) == title; }, timeoutMs, 20);
+    }
+    int Count(const std::wstring& text) const { return program->CountMessages(text); }
+    std::string OptionsFile() const { return ReadBytes(folder + L"\\MAVU_options_capture.xml"); }
+    std::wstring Videos() const { return folder + L"\\VideoFiles"; }
+    // A cable pulled or plugged, then the system's word that something changed.
+    LRESULT Pull(const std::wstring& name) { return devices.Pull(name) ? SendDeviceChange(Main()) : -2; }
+    LRESULT Plug(const std::wstring& name, const std::wstring& profile = L"webcam")
+    {
+        return devices.Add(name, profile) ? SendDeviceChange(Main()) : -2;
+    }
+};
+
+// A short recording by hand: its report and its file are at this size, rate and standard, and, when asked, the
+// file's frames can be counted.
+inline void ExpectRecordedAt(const Program& program, int width, int height, const char* rate, const char* standard,
+                             bool framesCounted = true)
+{
+    ManualRecording recording = RecordByHand(program);
+    const std::string& report = recording.report;
+    ASSERT_FALSE(report.empty());
+    std::string size = std::to_string(width) + "x" + std::to_string(height);
+    EXPECT_NE(report.find("Frame size: " + size + "\r\r\n"), std::string::npos) << report;
+    EXPECT_NE(report.find(std::string("Frame rate: ") + rate + "\r\r\n"), std::string::npos) << report;
+    EXPECT_NE(report.find(std::string("Source device format: ") + standard + "\r\r\n"), std::string::npos) << report;
+    testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(recording.avi));
+    ASSERT_TRUE(video.ok) << video.raw;
+    EXPECT_EQ(video.width, width);
+    EXPECT_EQ(video.height, height);
+    if (framesCounted)
+        EXPECT_GT(video.frames, 0) << video.raw;
+}
+
+}  // namespace e2e
