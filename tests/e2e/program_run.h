@@ -111,8 +111,9 @@ inline void ExpectRecordedAt(const Program& program, int width, int height, cons
     ASSERT_TRUE(video.ok) << video.raw;
     EXPECT_EQ(video.width, width);
     EXPECT_EQ(video.height, height);
-    if (framesCounted)
+    if (framesCounted) {
         EXPECT_GT(video.frames, 0) << video.raw;
+    }
 }
 
 }  // namespace e2e
