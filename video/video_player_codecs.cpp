@@ -26,8 +26,6 @@ CodecRecord* MakeCodecRecord(IBaseFilter* filter, const wchar_t* name)
     return record;
 }
 
-// The friendly name and the filter of one compressor; false where either
-// can't be had.
 // The camera, the compressor and the mux joined pin to pin, with nothing put
 // between; what joined is undone when a link fails.
 bool ConnectPinToPin(IGraphBuilder* graph, IPin* sourcePin, IPin* codecInput, IPin* codecOutput, IPin* muxPin)
@@ -41,6 +39,8 @@ bool ConnectPinToPin(IGraphBuilder* graph, IPin* sourcePin, IPin* codecInput, IP
     return false;
 }
 
+// The friendly name and the filter of one compressor; false where either
+// can't be had.
 bool BindCodec(IMoniker* moniker, std::wstring& name, ComPtr<IBaseFilter>& filter)
 {
     ComPtr<IPropertyBag> bag;

@@ -26,7 +26,6 @@ bool RendererTakesFormat(IBaseFilter* renderer, const VideoFormat* format)
     return input && input->QueryAccept(format->mediaType) == S_OK;
 }
 
-
 // The file branch's queue holds up to this many frames, and no more than
 // this many bytes of them: a few seconds of a busy disk at the sizes of
 // analog grabbers and webcams, two at full HD.
@@ -249,8 +248,7 @@ HRESULT VideoPlayer::RenderVideoStream(const wchar_t* filePath, bool useColor, I
     // between two pins that don't join reads a null enumerator and crashes:
     // a renderer that doesn't take the camera's format as it is fails here,
     // as that search, finding nothing, would have.
-    const bool searchable = FilterCategoriesListed();
-    if ((!searchable && !RendererTakesFormat(currentRenderer, CurrentVideoFormat())) ||
+    if ((!FilterCategoriesListed() && !RendererTakesFormat(currentRenderer, CurrentVideoFormat())) ||
         FAILED(captureBuilder->RenderStream(&PIN_CATEGORY_PREVIEW, &MEDIATYPE_Video, sourceFilter,
                                             previewQueue ? previewQueue.Get() : nullptr, currentRenderer))) {
         Report(L"SEVERE: cannot render preview stream\r\n");
