@@ -3,40 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include <cwchar>
-#include <memory>
-#include <vector>
+#include "device_records.h"
 
-namespace {
-
-// A device record with groups of the given rates, each holding formats of
-// the given sizes, freed with the test.
-struct Grabber {
-    VideoSourceInfo source{};
-    std::vector<std::unique_ptr<VideoFormatsByFrameRate>> groups;
-    std::vector<std::unique_ptr<VideoFormat>> formats;
-
-    Grabber& Group(uint32_t rate, std::vector<std::pair<int32_t, int32_t>> sizes)
-    {
-        auto group = std::make_unique<VideoFormatsByFrameRate>();
-        group->enabled = 1;
-        group->frameRate = rate;
-        swprintf(group->frameRateText, kFrameRateTextCapacity, L"%u", rate);
-        for (auto [width, height] : sizes) {
-            auto format = std::make_unique<VideoFormat>();
-            format->width = width;
-            format->height = height;
-            format->frameRate = rate;
-            group->formats.push_back(format.get());
-            formats.push_back(std::move(format));
-        }
-        source.frameRates.push_back(group.get());
-        groups.push_back(std::move(group));
-        return *this;
-    }
-};
-
-}  // namespace
+using Grabber = DeviceRecords;
 
 TEST(AnalogRules, SixFramesDrawnMeanPalAndFiveNtsc)
 {
@@ -79,13 +48,14 @@ TEST(AnalogRules, EachStandardSelectsItsRateGroupAndSwitchesTheOthersOff)
     for (const Row& row : rows) {
         Grabber grabber;
         grabber.Group(30, {{720, 480}, {640, 480}}).Group(25, {{640, 480}, {720, 576}}).Group(15, {{640, 480}});
-        grabber.source.currentFrameRateIndex = 2;
-        grabber.source.deviceStandard = row.standard;
-        SetAnalogDeviceFrameRate(&grabber.source);
-        EXPECT_EQ(grabber.source.currentFrameRateIndex, row.selectedGroup) << row.standard;
-        EXPECT_EQ(grabber.source.frameRates[row.selectedGroup]->currentFormatIndex, row.selectedFormat) << row.standard;
+        grabber.First().currentFrameRateIndex = 2;
+        grabber.First().deviceStandard = row.standard;
+        SetAnalogDeviceFrameRate(&grabber.First());
+        EXPECT_EQ(grabber.First().currentFrameRateIndex, row.selectedGroup) << row.standard;
+        EXPECT_EQ(grabber.First().frameRates[row.selectedGroup]->currentFormatIndex, row.selectedFormat)
+            << row.standard;
         std::vector<int32_t> enabled;
-        for (const VideoFormatsByFrameRate* group : grabber.source.frameRates)
+        for (const VideoFormatsByFrameRate* group : grabber.First().frameRates)
             enabled.push_back(group->enabled);
         EXPECT_EQ(enabled, row.enabled) << row.standard;
     }
@@ -95,10 +65,10 @@ TEST(AnalogRules, WithoutTheRightRateTheOldSelectionStaysWhileEveryGroupIsOff)
 {
     Grabber grabber;
     grabber.Group(30, {{720, 480}}).Group(15, {{640, 480}});
-    grabber.source.currentFrameRateIndex = 1;
-    grabber.source.deviceStandard = StandardPAL;
-    SetAnalogDeviceFrameRate(&grabber.source);
-    EXPECT_EQ(grabber.source.currentFrameRateIndex, 1u);
+    grabber.First().currentFrameRateIndex = 1;
+    grabber.First().deviceStandard = StandardPAL;
+    SetAnalogDeviceFrameRate(&grabber.First());
+    EXPECT_EQ(grabber.First().currentFrameRateIndex, 1u);
     EXPECT_EQ(grabber.groups[0]->enabled, 0);
     EXPECT_EQ(grabber.groups[1]->enabled, 0);
 
@@ -106,9 +76,9 @@ TEST(AnalogRules, WithoutTheRightRateTheOldSelectionStaysWhileEveryGroupIsOff)
     Grabber small;
     small.Group(30, {{720, 480}}).Group(25, {{640, 480}, {768, 576}});
     small.groups[1]->currentFormatIndex = 1;
-    small.source.deviceStandard = StandardPAL;
-    SetAnalogDeviceFrameRate(&small.source);
-    EXPECT_EQ(small.source.currentFrameRateIndex, 1u);
+    small.First().deviceStandard = StandardPAL;
+    SetAnalogDeviceFrameRate(&small.First());
+    EXPECT_EQ(small.First().currentFrameRateIndex, 1u);
     EXPECT_EQ(small.groups[1]->currentFormatIndex, 1u);
 }
 
@@ -116,9 +86,9 @@ TEST(AnalogRules, TheTrialFormatIs720By576InTheGroupOf25Only)
 {
     Grabber grabber;
     grabber.Group(30, {{720, 576}}).Group(25, {{640, 480}, {720, -576}, {720, 576}, {720, 576}});
-    EXPECT_EQ(FindPalTrialFormat(grabber.source), grabber.groups[1]->formats[2]);
+    EXPECT_EQ(FindPalTrialFormat(grabber.First()), grabber.groups[1]->formats[2]);
 
     Grabber none;
     none.Group(30, {{720, 576}}).Group(25, {{640, 480}});
-    EXPECT_EQ(FindPalTrialFormat(none.source), nullptr);
+    EXPECT_EQ(FindPalTrialFormat(none.First()), nullptr);
 }

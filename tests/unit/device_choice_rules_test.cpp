@@ -3,43 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include <cwchar>
-#include <memory>
-#include <string>
-#include <vector>
+#include "device_records.h"
 
 namespace {
 
-// Devices by a letter code each: I ignored, D disconnected, F default,
-// A active, M manual recording.
-struct Devices {
-    std::vector<std::unique_ptr<VideoSourceInfo>> owned;
-    std::vector<VideoSourceInfo*> sources;
-
-    Devices(std::initializer_list<std::pair<const wchar_t*, const char*>> list)
-    {
-        for (const auto& [name, flags] : list) {
-            auto source = std::make_unique<VideoSourceInfo>();
-            wcscpy(source->name, name);
-            for (const char* flag = flags; *flag; ++flag) {
-                source->isIgnored |= *flag == 'I';
-                source->isDisconnected |= *flag == 'D';
-                source->isDefault |= *flag == 'F';
-                source->isActive |= *flag == 'A';
-                source->isManualRecording |= *flag == 'M';
-            }
-            sources.push_back(source.get());
-            owned.push_back(std::move(source));
-        }
-    }
-    std::string Flags(int32_t VideoSourceInfo::*flag) const
-    {
-        std::string marks;
-        for (const VideoSourceInfo* source : sources)
-            marks += source->*flag ? '1' : '0';
-        return marks;
-    }
-};
+using Devices = DeviceRecords;
 
 // "row:index" for each entry, in order.
 std::string Rows(const std::vector<DeviceRow>& rows)

@@ -2,40 +2,18 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <memory>
 
+#include "device_records.h"
 #include "ui/device_format_rules.h"
 #include "ui/device_format_snapshot.h"
 
-namespace {
-
-// A device with groups of the given rates, enabled or not, each with three
-// formats.
-struct Device {
-    VideoSourceInfo source{};
-    std::vector<std::unique_ptr<VideoFormatsByFrameRate>> groups;
-
-    Device(std::initializer_list<std::pair<uint32_t, bool>> rates)
-    {
-        for (auto [rate, enabled] : rates) {
-            auto group = std::make_unique<VideoFormatsByFrameRate>();
-            group->frameRate = rate;
-            group->enabled = enabled ? 1 : 0;
-            group->formats = {nullptr, nullptr, nullptr};
-            source.frameRates.push_back(group.get());
-            groups.push_back(std::move(group));
-        }
-    }
-};
-
-}  // namespace
-
 TEST(DeviceFormatRules, OnlyEnabledGroupsAreListedInTheirOrder)
 {
-    Device analog{{30, false}, {25, true}, {15, true}};
-    EXPECT_EQ(ListedFrameRateGroups(analog.source), (std::vector<uint32_t>{1, 2}));
-    Device none{};
-    EXPECT_TRUE(ListedFrameRateGroups(none.source).empty());
+    DeviceRecords analog;
+    analog.Group(30, {}, false).Group(25, {}).Group(15, {});
+    EXPECT_EQ(ListedFrameRateGroups(analog.First()), (std::vector<uint32_t>{1, 2}));
+    DeviceRecords none;
+    EXPECT_TRUE(ListedFrameRateGroups(none.First()).empty());
 }
 
 TEST(DeviceFormatRules, TheCurrentGroupStaysSelectedOnItsRowElseTheFirstListed)
@@ -74,39 +52,31 @@ TEST(DeviceFormatRules, SliderTicksFallEveryTenthOfTheRangeOrEveryUnit)
     EXPECT_EQ(SliderTickFrequency(5, 5), 1);
 }
 
-TEST(DeviceFormatRules, PropertyRowsStandFiftyApartWithTheButtonUnderTheLast)
+TEST(DeviceFormatRules, PropertyRowsCloseUpFiftyApartWithTheButtonAndTheGroupsEndUnderTheLast)
 {
-    const bool all[kPropertyRowCount] = {true, true, true, true, true, true};
-    DeviceFormatLayout full = LayOutDeviceFormatWindow(all);
-    for (int row = 0; row < kPropertyRowCount; ++row)
-        EXPECT_EQ(full.propertyTop[row], kFirstPropertyTop + row * kPropertyRowSpacing);
-    EXPECT_GT(full.defaultsButtonTop, full.propertyTop[5] + 45);
-
-    // A grabber: no sharpness and no gain.
-    const bool grabber[kPropertyRowCount] = {true, true, true, true, false, false};
-    DeviceFormatLayout four = LayOutDeviceFormatWindow(grabber);
-    EXPECT_EQ(four.propertyTop[3], kFirstPropertyTop + 3 * kPropertyRowSpacing);
-    EXPECT_EQ(four.propertyTop[4], -1);
-    EXPECT_EQ(four.propertyTop[5], -1);
-    EXPECT_EQ(four.defaultsButtonTop, full.defaultsButtonTop - 2 * kPropertyRowSpacing);
-    EXPECT_EQ(four.propertiesGroupHeight, full.propertiesGroupHeight - 2 * kPropertyRowSpacing);
-
-    // Rows close up over the gaps: Hue and Gain only.
-    const bool two[kPropertyRowCount] = {false, false, true, false, false, true};
-    DeviceFormatLayout gaps = LayOutDeviceFormatWindow(two);
-    EXPECT_EQ(gaps.propertyTop[2], kFirstPropertyTop);
-    EXPECT_EQ(gaps.propertyTop[5], kFirstPropertyTop + kPropertyRowSpacing);
-}
-
-TEST(DeviceFormatRules, WithoutPropertiesOnlyTheButtonStandsInTheGroup)
-{
-    const bool none[kPropertyRowCount] = {};
-    DeviceFormatLayout layout = LayOutDeviceFormatWindow(none);
-    for (int top : layout.propertyTop)
-        EXPECT_EQ(top, -1);
-    EXPECT_LT(layout.defaultsButtonTop, kFirstPropertyTop + kPropertyRowSpacing);
-    // The group box closes just under the button.
-    EXPECT_LT(kGroupTop + layout.propertiesGroupHeight, layout.defaultsButtonTop + 60);
+    const struct {
+        const char* what;
+        bool shown[kPropertyRowCount];
+        int slot[kPropertyRowCount];  // -1: no row
+        int rows;
+    } cases[] = {
+        {"all", {true, true, true, true, true, true}, {0, 1, 2, 3, 4, 5}, 6},
+        {"a grabber: no sharpness and no gain", {true, true, true, true, false, false}, {0, 1, 2, 3, -1, -1}, 4},
+        {"hue and gain only", {false, false, true, false, false, true}, {-1, -1, 0, -1, -1, 1}, 2},
+        {"none", {}, {-1, -1, -1, -1, -1, -1}, 0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        DeviceFormatLayout layout = LayOutDeviceFormatWindow(c.shown);
+        for (int row = 0; row < kPropertyRowCount; ++row)
+            EXPECT_EQ(layout.propertyTop[row],
+                      c.slot[row] < 0 ? -1 : kFirstPropertyTop + c.slot[row] * kPropertyRowSpacing);
+        // The button right under the last row, the group box just under the button.
+        EXPECT_GT(layout.defaultsButtonTop, kFirstPropertyTop + (c.rows - 1) * kPropertyRowSpacing + 45);
+        EXPECT_LT(layout.defaultsButtonTop, kFirstPropertyTop + (c.rows - 1) * kPropertyRowSpacing + 60);
+        EXPECT_GT(kGroupTop + layout.propertiesGroupHeight, layout.defaultsButtonTop + 20);
+        EXPECT_LT(kGroupTop + layout.propertiesGroupHeight, layout.defaultsButtonTop + 60);
+    }
 }
 
 TEST(DeviceFormatRules, TheButtonsGoUnderTheTallerGroupAndTheWindowEndsUnderThem)
@@ -123,8 +93,9 @@ TEST(DeviceFormatRules, TheButtonsGoUnderTheTallerGroupAndTheWindowEndsUnderThem
 
 TEST(DeviceFormatSnapshot, CancelPutsBackFormatStandardAndPropertiesButNotAutoDetect)
 {
-    Device grabber{{30, true}, {25, false}};
-    VideoSourceInfo& source = grabber.source;
+    DeviceRecords grabber;
+    grabber.Group(30, {{720, 480}, {640, 480}, {320, 240}}).Group(25, {{720, 576}, {640, 480}}, false);
+    VideoSourceInfo& source = grabber.First();
     source.currentFrameRateIndex = 0;
     grabber.groups[0]->currentFormatIndex = 2;
     source.deviceStandard = StandardNTSC;
@@ -158,13 +129,14 @@ TEST(DeviceFormatSnapshot, CancelPutsBackFormatStandardAndPropertiesButNotAutoDe
 
 TEST(DeviceFormatSnapshot, NothingIsPutBackWithoutASnapshotOfThatDevice)
 {
-    Device webcam{{30, true}};
-    webcam.source.brightness.value = 7;
+    DeviceRecords webcam;
+    webcam.Group(30, {{640, 480}});
+    webcam.First().brightness.value = 7;
     int32_t left = 1, top = 2;
-    EXPECT_FALSE(RestoreDeviceFormatSnapshot(DeviceFormatSnapshot{}, webcam.source, 0, left, top));
-    DeviceFormatSnapshot other = TakeDeviceFormatSnapshot(webcam.source, 1, 50, 60);
-    webcam.source.brightness.value = 9;
-    EXPECT_FALSE(RestoreDeviceFormatSnapshot(other, webcam.source, 0, left, top));
-    EXPECT_EQ(webcam.source.brightness.value, 9);
+    EXPECT_FALSE(RestoreDeviceFormatSnapshot(DeviceFormatSnapshot{}, webcam.First(), 0, left, top));
+    DeviceFormatSnapshot other = TakeDeviceFormatSnapshot(webcam.First(), 1, 50, 60);
+    webcam.First().brightness.value = 9;
+    EXPECT_FALSE(RestoreDeviceFormatSnapshot(other, webcam.First(), 0, left, top));
+    EXPECT_EQ(webcam.First().brightness.value, 9);
     EXPECT_EQ(left, 1);
 }

@@ -3,40 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include <cwchar>
-#include <memory>
-#include <string>
-#include <vector>
+#include "device_records.h"
 
 namespace {
 
-// A record with a name and the flags a letter code asks for: A active,
-// M manual recording, E event recording, I ignored, D disconnected,
-// F default.
-std::unique_ptr<VideoSourceInfo> Device(const wchar_t* name, const char* flags = "")
-{
-    auto source = std::make_unique<VideoSourceInfo>();
-    wcscpy(source->name, name);
-    for (const char* flag = flags; *flag; ++flag) {
-        source->isActive |= *flag == 'A';
-        source->isManualRecording |= *flag == 'M';
-        source->isEventRecording |= *flag == 'E';
-        source->isIgnored |= *flag == 'I';
-        source->isDisconnected |= *flag == 'D';
-        source->isDefault |= *flag == 'F';
-    }
-    return source;
-}
-
-struct Scan {
-    std::vector<std::unique_ptr<VideoSourceInfo>> owned;
-    std::vector<VideoSourceInfo*> sources;
-
-    void Add(std::unique_ptr<VideoSourceInfo> source)
-    {
-        sources.push_back(source.get());
-        owned.push_back(std::move(source));
-    }
+struct Scan : DeviceRecords {
     DeviceScanVerdict Run(std::vector<std::wstring> attached)
     {
         uint32_t disconnected = 0;
@@ -73,8 +44,8 @@ TEST(DeviceScanRules, EachKindOfRemovalAndReturnGivesItsResultAndMarksTheDevice)
     };
     for (const Row& row : rows) {
         Scan scan;
-        scan.Add(Device(L"Other"));
-        scan.Add(Device(L"Cam", row.flags));
+        scan.Add(L"Other");
+        scan.Add(L"Cam", row.flags);
         scan.sources[1]->baseFilter = reinterpret_cast<IBaseFilter*>(0x1234);
         std::vector<std::wstring> attached{L"Other"};
         if (row.attached)
@@ -96,7 +67,7 @@ TEST(DeviceScanRules, EachKindOfRemovalAndReturnGivesItsResultAndMarksTheDevice)
 TEST(DeviceScanRules, ANewDeviceIsTheFirstAttachedEntryWithoutARecord)
 {
     Scan scan;
-    scan.Add(Device(L"Cam", "A"));
+    scan.Add(L"Cam", "A");
     DeviceScanVerdict verdict = scan.Run({L"Cam", L"New One", L"Newer"});
     // Two came at once: C is -2, and the first entry without a record is
     // the one dealt with.
@@ -109,9 +80,9 @@ TEST(DeviceScanRules, ANewDeviceIsTheFirstAttachedEntryWithoutARecord)
 TEST(DeviceScanRules, TwoRemovalsInOneScanHandleOnlyTheFirst)
 {
     Scan scan;
-    scan.Add(Device(L"Cam", "A"));
-    scan.Add(Device(L"Spare"));
-    scan.Add(Device(L"Third"));
+    scan.Add(L"Cam", "A");
+    scan.Add(L"Spare");
+    scan.Add(L"Third");
     DeviceScanVerdict verdict = scan.Run({L"Cam"});
     EXPECT_EQ(verdict.result, InactiveDeviceRemoved);
     EXPECT_EQ(verdict.index, 1);
@@ -127,8 +98,8 @@ TEST(DeviceScanRules, TwoRemovalsInOneScanHandleOnlyTheFirst)
 TEST(DeviceScanRules, OfTwoDevicesOfOneNameTheSecondRecordIsTheOneMarked)
 {
     Scan scan;
-    scan.Add(Device(L"Twin Cam", "A"));
-    scan.Add(Device(L"Twin Cam"));
+    scan.Add(L"Twin Cam", "A");
+    scan.Add(L"Twin Cam");
     // Whichever was pulled, the first record keeps the one entry.
     DeviceScanVerdict verdict = scan.Run({L"Twin Cam"});
     EXPECT_EQ(verdict.result, InactiveDeviceRemoved);
@@ -151,20 +122,32 @@ TEST(DeviceScanRules, FaultsGiveTheirLineAndNothingToDo)
     };
     const Case kCases[] = {
         // The removed device is marked all the same.
-        {"two activity flags on the removed device", {{L"Cam", "AM"}}, {}, false,
+        {"two activity flags on the removed device",
+         {{L"Cam", "AM"}},
+         {},
+         false,
          L"Device connect / disconnect logic error - active flags count greater than 1\r\n"},
-        {"two went and a stranger came", {{L"Cam", "A"}, {L"Spare", ""}}, {L"Stranger"}, false,
+        {"two went and a stranger came",
+         {{L"Cam", "A"}, {L"Spare", ""}},
+         {L"Stranger"},
+         false,
          L"Device connect / disconnect logic error - attached devices count problem\r\n"},
-        {"more attached than known, but none marked away", {{L"Cam", "A"}}, {L"Cam", L""}, false,
+        {"more attached than known, but none marked away",
+         {{L"Cam", "A"}},
+         {L"Cam", L""},
+         false,
          L"Device connect / disconnect logic error - expected to find a reattached device\r\n"},
-        {"a device seems gone, but every record is matched or marked", {{L"Cam", "D"}}, {}, true,
+        {"a device seems gone, but every record is matched or marked",
+         {{L"Cam", "D"}},
+         {},
+         true,
          L"Device disconnect logic error - cannot find removed device in source vector\r\n"},
     };
     for (const Case& c : kCases) {
         SCOPED_TRACE(c.what);
         Scan scan;
         for (auto [name, flags] : c.devices)
-            scan.Add(Device(name, flags));
+            scan.Add(name, flags);
         std::vector<std::wstring> attached = c.attached;
         DeviceScanVerdict verdict = c.miscounted ? ClassifyDeviceScan(scan.sources, attached, 0) : scan.Run(attached);
         EXPECT_EQ(verdict.result, NothingToDo);
@@ -197,7 +180,7 @@ TEST(DeviceScanRules, TheChosenDeviceIsTheFirstDefaultElseTheFirstUsable)
     for (const Row& row : rows) {
         Scan scan;
         for (const char* flags : row.flags)
-            scan.Add(Device(L"Cam", flags));
+            scan.Add(L"Cam", flags);
         EXPECT_EQ(ChooseDeviceIndex(scan.sources), row.chosen) << row.flags.size();
     }
 }
