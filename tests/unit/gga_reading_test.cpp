@@ -33,12 +33,11 @@ Parsed Parse(const std::string& bytes, long bytesRead = -1)
     return parsed;
 }
 
-std::string Narrow(const wchar_t* text)
+// Latitude, longitude, altitude, satellites and time, as shown, between bars.
+std::wstring Texts(const GpsReading& reading)
 {
-    std::string narrow;
-    for (; *text; ++text)
-        narrow += static_cast<char>(*text);
-    return narrow;
+    return std::wstring(reading.latitudeText) + L"|" + reading.longitudeText + L"|" + reading.altitudeText + L"|" +
+        reading.satellitesText + L"|" + reading.timeText;
 }
 
 // A GGA sentence with the given fields behind the name.
@@ -51,52 +50,44 @@ std::string Gga(const std::string& fields)
 
 TEST(GgaReading, FieldsBecomeTheFourTextsAsTheRulesGiveThem)
 {
-    struct Case {
+    const struct {
         const char* what;
         std::string bytes;
-        const char* latitude;
-        const char* longitude;
-        const char* altitude;
-        const char* satellites;
-        const char* time;
-    };
-    const Case cases[] = {
-        {"three decimals land in the wrong place", kMunich + kBetween, " 48.070038 N", " 11.310000 E", " 545.4 M", " 8",
-         "12:35:19.000"},
+        const wchar_t* texts;
+    } cases[] = {
+        {"three decimals land in the wrong place", kMunich + kBetween,
+         L" 48.070038 N| 11.310000 E| 545.4 M| 8|12:35:19.000"},
         {"four decimals read as minutes", Gga("123519,4807.0380,N,01131.0000,E,1,08,0.9,545.4,M,46.9,M,,") + kBetween,
-         " 48.070380 N", " 11.310000 E", " 545.4 M", " 8", "12:35:19.000"},
+         L" 48.070380 N| 11.310000 E| 545.4 M| 8|12:35:19.000"},
         {"altitude decimals print as an integer",
-         Gga("123519,4807.038,N,01131.000,E,1,08,0.9,545.04,M,,M,,") + kBetween, " 48.070038 N", " 11.310000 E",
-         " 545.4 M", " 8", "12:35:19.000"},
+         Gga("123519,4807.038,N,01131.000,E,1,08,0.9,545.04,M,,M,,") + kBetween,
+         L" 48.070038 N| 11.310000 E| 545.4 M| 8|12:35:19.000"},
         {"time decimals are milliseconds as an integer",
-         Gga("123519.5,4807.038,N,01131.000,E,1,08,0.9,545.4,M,,M,,") + kBetween, " 48.070038 N", " 11.310000 E",
-         " 545.4 M", " 8", "12:35:19.005"},
+         Gga("123519.5,4807.038,N,01131.000,E,1,08,0.9,545.4,M,,M,,") + kBetween,
+         L" 48.070038 N| 11.310000 E| 545.4 M| 8|12:35:19.005"},
         {"two zero decimals of time", Gga("123519.00,4807.038,N,01131.000,E,1,08,0.9,545.4,M,,M,,") + kBetween,
-         " 48.070038 N", " 11.310000 E", " 545.4 M", " 8", "12:35:19.000"},
+         L" 48.070038 N| 11.310000 E| 545.4 M| 8|12:35:19.000"},
         {"south and west by the letter only", Gga("000001,3352.1234,S,15112.5000,W,1,11,0.8,3.0,M,,M,,") + kBetween,
-         " 33.521234 S", " 151.125000 W", " 3.0 M", " 11", "00:00:01.000"},
-        {"three-digit longitude", Gga("235959,0000.0000,N,11731.0000,E,2,12,0.7,1.5,M,,M,,") + kBetween, " 0.000000 N",
-         " 117.310000 E", " 1.5 M", " 12", "23:59:59.000"},
-        {"negative altitude", Gga("101010,5130.0000,N,00007.0000,W,1,05,1.1,-12.3,M,,M,,") + kBetween, " 51.300000 N",
-         " 0.070000 W", " -12.3 M", " 5", "10:10:10.000"},
+         L" 33.521234 S| 151.125000 W| 3.0 M| 11|00:00:01.000"},
+        {"three-digit longitude", Gga("235959,0000.0000,N,11731.0000,E,2,12,0.7,1.5,M,,M,,") + kBetween,
+         L" 0.000000 N| 117.310000 E| 1.5 M| 12|23:59:59.000"},
+        {"negative altitude", Gga("101010,5130.0000,N,00007.0000,W,1,05,1.1,-12.3,M,,M,,") + kBetween,
+         L" 51.300000 N| 0.070000 W| -12.3 M| 5|10:10:10.000"},
         // No fix: empty fields scan as zero, the letter is the next comma,
         // and the missing letters shift what follows.
-        {"no fix", "$GPGGA,123519,,,,,0,00,,,M,,M,,*66\r\n" + kBetween, " 0.000000 ,", " 0.000000 0", " 0.0 M", " 0",
-         "12:35:19.000"},
+        {"no fix", "$GPGGA,123519,,,,,0,00,,,M,,M,,*66\r\n" + kBetween,
+         L" 0.000000 ,| 0.000000 0| 0.0 M| 0|12:35:19.000"},
         // No sentence in 57 bytes or more: the fields are read from byte 6
         // of the buffer, here from an RMC sentence.
         {"no GGA in a long read", "$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A\r\n",
-         " 1235.190000 A", " 48.070038 N", " 84.4 M", " 0", "00:00:00.000"},
+         L" 1235.190000 A| 48.070038 N| 84.4 M| 0|00:00:00.000"},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
         Parsed parsed = Parse(c.bytes);
-        ASSERT_EQ(parsed.outcome, GgaParse::Read) << c.what;
-        EXPECT_EQ(Narrow(parsed.reading.latitudeText), c.latitude) << c.what;
-        EXPECT_EQ(Narrow(parsed.reading.longitudeText), c.longitude) << c.what;
-        EXPECT_EQ(Narrow(parsed.reading.altitudeText), c.altitude) << c.what;
-        EXPECT_EQ(Narrow(parsed.reading.satellitesText), c.satellites) << c.what;
-        EXPECT_EQ(Narrow(parsed.reading.timeText), c.time) << c.what;
-        EXPECT_EQ(parsed.reading.timeFieldOffset, 7u) << c.what;
+        ASSERT_EQ(parsed.outcome, GgaParse::Read);
+        EXPECT_EQ(Texts(parsed.reading), c.texts);
+        EXPECT_EQ(parsed.reading.timeFieldOffset, 7u);
     }
 }
 
@@ -136,20 +127,20 @@ TEST(GgaReading, TheLastSentenceTooCloseToTheEndGivesWayToTheOneBefore)
         const char* what;
         std::string bytes;
         GgaParse outcome;
-        const char* latitude;
+        const wchar_t* latitude;
     };
     const Case cases[] = {
-        {"58 bytes behind the last: it stands", kMunich + later.substr(0, 58), GgaParse::Read, " 51.070000 S"},
-        {"57 bytes behind the last: the one before", kMunich + later.substr(0, 57), GgaParse::Read, " 48.070038 N"},
-        {"cut early: the one before", kMunich + later.substr(0, 20), GgaParse::Read, " 48.070038 N"},
-        {"cut with none before", later.substr(0, 57), GgaParse::NoSentence, ""},
+        {"58 bytes behind the last: it stands", kMunich + later.substr(0, 58), GgaParse::Read, L" 51.070000 S"},
+        {"57 bytes behind the last: the one before", kMunich + later.substr(0, 57), GgaParse::Read, L" 48.070038 N"},
+        {"cut early: the one before", kMunich + later.substr(0, 20), GgaParse::Read, L" 48.070038 N"},
+        {"cut with none before", later.substr(0, 57), GgaParse::NoSentence, L""},
         {"cut behind other sentences with none before", kBetween.substr(0, 30) + later.substr(0, 40),
-         GgaParse::NoSentence, ""},
+         GgaParse::NoSentence, L""},
     };
     for (const Case& c : cases) {
         Parsed parsed = Parse(c.bytes);
         EXPECT_EQ(parsed.outcome, c.outcome) << c.what;
-        EXPECT_EQ(Narrow(parsed.reading.latitudeText), c.latitude) << c.what;
+        EXPECT_STREQ(parsed.reading.latitudeText, c.latitude) << c.what;
     }
 }
 
@@ -164,40 +155,39 @@ TEST(GgaReading, ShortReadsMissingCommasAndZeroBytesEndInTheirOutcome)
     struct Case {
         std::string bytes;
         GgaParse outcome;
-        const char* altitude;  // checked when read
+        const wchar_t* altitude;  // checked when read
     };
-    const Case kCases[] = {
-        {std::string(56, 'x'), GgaParse::NoSentence, ""},
+    std::vector<Case> cases = {
+        {std::string(56, 'x'), GgaParse::NoSentence, L""},
         // 57 bytes: position -1, and with no comma in the text the fields
         // are cut off, with no message.
-        {std::string(57, 'x'), GgaParse::FieldsCutOff, ""},
-        {"$GPRMC,1,A,2", GgaParse::NoSentence, ""},
+        {std::string(57, 'x'), GgaParse::FieldsCutOff, L""},
+        {"$GPRMC,1,A,2", GgaParse::NoSentence, L""},
         // A name that starts within the read but runs past the text's end isn't one.
-        {"$GPGG", GgaParse::NoSentence, ""},
-        // A missing comma fails without a message.
-        {"$GPGGA,123519" + padding, GgaParse::FieldsCutOff, ""},
-        {"$GPGGA,123519,4807.038" + padding, GgaParse::FieldsCutOff, ""},
-        {"$GPGGA,123519,4807.038,N,01131.000" + padding, GgaParse::FieldsCutOff, ""},
-        {"$GPGGA,123519,4807.038,N,01131.000,E" + padding, GgaParse::FieldsCutOff, ""},
-        {"$GPGGA,123519,4807.038,N,01131.000,E,1" + padding, GgaParse::FieldsCutOff, ""},
-        {"$GPGGA,123519,4807.038,N,01131.000,E,1,08" + padding, GgaParse::FieldsCutOff, ""},
-        {"$GPGGA,123519,4807.038,N,01131.000,E,1,08,0.9" + padding, GgaParse::FieldsCutOff, ""},
-        // One comma more and the altitude, empty, reads as zero.
-        {"$GPGGA,123519,4807.038,N,01131.000,E,1,08,0.9," + padding, GgaParse::Read, " 0.0 M"},
+        {"$GPGG", GgaParse::NoSentence, L""},
         // The text ends at the first zero byte: in front of the burst there
         // is no sentence and no comma in a long read; inside the altitude it
         // cuts the field; inside the dilution it takes the comma in front of
         // the altitude.
-        {std::string(1, '\0') + burst, GgaParse::FieldsCutOff, ""},
-        {zeroAfter(burst, "545.4"), GgaParse::Read, " 5.0 M"},
-        {zeroAfter(burst, "0.9"), GgaParse::FieldsCutOff, ""},
+        {std::string(1, '\0') + burst, GgaParse::FieldsCutOff, L""},
+        {zeroAfter(burst, "545.4"), GgaParse::Read, L" 5.0 M"},
+        {zeroAfter(burst, "0.9"), GgaParse::FieldsCutOff, L""},
     };
-    for (const Case& c : kCases) {
+    // A missing comma fails without a message: the sentence cut in front of
+    // each comma from the time's to the dilution's.
+    size_t comma = kMunich.find(',');
+    for (int field = 0; field < 8; ++field) {
+        comma = kMunich.find(',', comma + 1);
+        cases.push_back({kMunich.substr(0, comma) + padding, GgaParse::FieldsCutOff, L""});
+    }
+    // One comma more and the altitude, empty, reads as zero.
+    cases.push_back({kMunich.substr(0, comma + 1) + padding, GgaParse::Read, L" 0.0 M"});
+    for (const Case& c : cases) {
         SCOPED_TRACE(testing::PrintToString(c.bytes));
         Parsed parsed = Parse(c.bytes);
         EXPECT_EQ(parsed.outcome, c.outcome);
         if (c.outcome == GgaParse::Read) {
-            EXPECT_EQ(Narrow(parsed.reading.altitudeText), c.altitude);
+            EXPECT_STREQ(parsed.reading.altitudeText, c.altitude);
         }
     }
 }
@@ -212,7 +202,7 @@ TEST(GgaReading, BytesLeftBehindAnEarlierReadLengthenTheText)
     std::copy(fresh.begin(), fresh.end(), bytes.begin());
     Parsed parsed = Parse(bytes, static_cast<long>(fresh.size()));
     ASSERT_EQ(parsed.outcome, GgaParse::Read);
-    EXPECT_EQ(Narrow(parsed.reading.latitudeText), " 11.111111 N");
+    EXPECT_STREQ(parsed.reading.latitudeText, L" 11.111111 N");
     EXPECT_EQ(parsed.reading.sentenceBytes, bytes.size());
 }
 
