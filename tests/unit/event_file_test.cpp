@@ -19,7 +19,7 @@ EventFileText SampleEvent()
     FormatEventNumbers(text, Time(2026, 5, 3, 1, 2, 3), Duration(0, 10, 0));
     wcscpy(text.hibernate, L"TRUE");
     wcscpy(text.shutdown, L"FALSE");
-    wcscpy(text.comment, L"Occultation & <check> \"it\"");
+    wcscpy(text.comment, L"Com\u00E8te & <check> \"it\"");
     wcscpy(text.asteroidName, L"2002KB");
     wcscpy(text.starName, L"TYC1234");
     return text;
@@ -40,20 +40,16 @@ const char kSampleEventBytes[] =
     "\t<DurationSecond Value=\" 0\"/>\r\n"
     "\t<Hibernate Value=\"TRUE\"/>\r\n"
     "\t<Shutdown Value=\"FALSE\"/>\r\n"
-    "\t<Comment Value=\"Occultation &amp; &lt;check&gt; &quot;it&quot;\"/>\r\n"
+    "\t<Comment Value=\"Com\xE8te &amp; &lt;check&gt; &quot;it&quot;\"/>\r\n"
     "\t<AsteroidName Value=\"2002KB\"/>\r\n"
     "\t<StarName Value=\"TYC1234\"/>\r\n"
     "</Root>\r\n";
-
-uint64_t Ticks(const SYSTEMTIME& time)
-{
-    return SystemTimeToTicks(time);
-}
 
 }  // namespace
 
 TEST(EventFile, WrittenBytesAreExactAndReadBackGivesTheSameFieldsAndTimes)
 {
+    ASSERT_TRUE(NarrowCodePageIs1252());
     TempFolder folder;
     EventFileText written = SampleEvent();
     ASSERT_EQ(WriteEventFile(folder.File(L"event.mef").c_str(), &written), 1);
@@ -63,17 +59,18 @@ TEST(EventFile, WrittenBytesAreExactAndReadBackGivesTheSameFieldsAndTimes)
     ASSERT_EQ(ReadEventFile(folder.File(L"event.mef").c_str(), record.text), 1);
     for (const wchar_t* name : kEventFieldNames) {
         EventFileText a = written, b = record.text;
-        EXPECT_STREQ(EventFieldByName(a, name, nullptr), EventFieldByName(b, name, nullptr)) << testing::PrintToString(name);
+        EXPECT_STREQ(EventFieldByName(a, name, nullptr), EventFieldByName(b, name, nullptr))
+            << testing::PrintToString(name);
     }
-    ParseEventRecordAt(record, Ticks(Time(2026, 5, 3, 0, 0, 0)));
+    ParseEventRecordAt(record, SystemTimeToTicks(Time(2026, 5, 3, 0, 0, 0)));
     EXPECT_EQ(record.eventTime.wYear, 2026);
     EXPECT_EQ(record.eventTime.wMonth, 5);
     EXPECT_EQ(record.eventTime.wSecond, 3);
     EXPECT_EQ(record.duration.wMinute, 10);
     EXPECT_EQ(record.hibernate, 1);
     EXPECT_EQ(record.shutdown, 0);
-    EXPECT_EQ(record.startTicks, Ticks(Time(2026, 5, 3, 0, 57, 3)));
-    EXPECT_EQ(record.endTicks, Ticks(Time(2026, 5, 3, 1, 7, 3)));
+    EXPECT_EQ(record.startTicks, SystemTimeToTicks(Time(2026, 5, 3, 0, 57, 3)));
+    EXPECT_EQ(record.endTicks, SystemTimeToTicks(Time(2026, 5, 3, 1, 7, 3)));
     EXPECT_EQ(record.expired, 0);
 
     // Empty values are written too; no path or no record writes nothing.
@@ -107,7 +104,7 @@ TEST(EventFile, ReadingRulesForElementsAndAttributes)
     EXPECT_STREQ(record.text.eventHour, L"4");
     EXPECT_STREQ(record.text.hibernate, L"");
     EXPECT_STREQ(record.text.comment, L"");
-    ParseEventRecordAt(record, Ticks(Time(2026, 1, 1, 0, 0, 0)));
+    ParseEventRecordAt(record, SystemTimeToTicks(Time(2026, 1, 1, 0, 0, 0)));
     EXPECT_EQ(record.eventTime.wDay, 7);
     EXPECT_EQ(record.eventTime.wHour, 4);
     EXPECT_EQ(record.eventTime.wMinute, 5);
@@ -116,36 +113,11 @@ TEST(EventFile, ReadingRulesForElementsAndAttributes)
     EXPECT_EQ(record.expired, 0);
 }
 
-TEST(EventFile, EveryCodePageCharacterIsWrittenAsItsByteAndReadBack)
-{
-    ASSERT_TRUE(NarrowCodePageIs1252());
-    MappedBytes mapped = EveryMappedByte();
-    ASSERT_EQ(mapped.bytes.size(), 0x100u - 0x20u);
-    TempFolder folder;
-    // A comment holds 35 characters: the bytes in turns of that many.
-    const size_t turn = static_cast<size_t>(kEventCommentCapacity - 2);
-    for (size_t start = 0; start < mapped.bytes.size(); start += turn) {
-        std::wstring part = mapped.text.substr(start, turn);
-        SCOPED_TRACE("from byte " + std::to_string(static_cast<unsigned char>(mapped.bytes[start])));
-        EventFileText written = SampleEvent();
-        wcscpy(written.comment, part.c_str());
-        std::wstring path = folder.File(L"bytes.mef");
-        ASSERT_EQ(WriteEventFile(path.c_str(), &written), 1);
-        std::string bytes = ReadFileBytes(path);
-        EXPECT_NE(bytes.find("\t<Comment Value=\"" + AsAttributeBytes(mapped.bytes.substr(start, turn)) + "\"/>\r\n"),
-                  std::string::npos)
-            << bytes;
-        EventFileText read{};
-        ASSERT_EQ(ReadEventFile(path.c_str(), read), 1);
-        EXPECT_EQ(std::wstring(read.comment), part);
-    }
-}
-
 TEST(EventFile, HandWrittenAccentsAreReadInTheNarrowCodePageUtf8OrTheDeclaredEncoding)
 {
     ASSERT_TRUE(NarrowCodePageIs1252());
     TempFolder folder;
-    std::string comment = "Occultation &amp; &lt;check&gt; &quot;it&quot;";
+    std::string comment = "Com\xE8te &amp; &lt;check&gt; &quot;it&quot;";
     std::string body = std::string(kSampleEventBytes).substr(std::string(kSampleEventBytes).find("<!--"));
     struct Row {
         const char* what;
@@ -202,8 +174,8 @@ TEST(EventTimes, RecordingIsCentredOnThePredictedMomentAndExpiresAtItsEnd)
     for (const Case& c : cases) {
         EventRecord record{};
         ComputeEventTimesAt(record, c.event, c.duration, 0);
-        EXPECT_EQ(record.startTicks, Ticks(c.start));
-        EXPECT_EQ(record.endTicks, Ticks(c.end));
+        EXPECT_EQ(record.startTicks, SystemTimeToTicks(c.start));
+        EXPECT_EQ(record.endTicks, SystemTimeToTicks(c.end));
         EXPECT_EQ(record.endTicks - record.startTicks, record.durationTicks);
     }
 
@@ -212,12 +184,12 @@ TEST(EventTimes, RecordingIsCentredOnThePredictedMomentAndExpiresAtItsEnd)
     SYSTEMTIME event = Time(2026, 7, 15, 12, 0, 0);
     ComputeEventTimesAt(longest, event, Duration(23, 59, 59), 0);
     EXPECT_EQ(longest.durationTicks, 86399ull * kTicksPerSecond);
-    EXPECT_EQ(Ticks(event) - longest.startTicks, 431995000000ull);
-    EXPECT_EQ(longest.endTicks - Ticks(event), 431995000000ull);
+    EXPECT_EQ(SystemTimeToTicks(event) - longest.startTicks, 431995000000ull);
+    EXPECT_EQ(longest.endTicks - SystemTimeToTicks(event), 431995000000ull);
 
     // Expired from the end onwards.
     EventRecord record{};
-    uint64_t end = Ticks(Time(2026, 7, 15, 12, 0, 30));
+    uint64_t end = SystemTimeToTicks(Time(2026, 7, 15, 12, 0, 30));
     ComputeEventTimesAt(record, event, Duration(0, 1, 0), end - 1);
     EXPECT_EQ(record.expired, 0);
     ComputeEventTimesAt(record, event, Duration(0, 1, 0), end);

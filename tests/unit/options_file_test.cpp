@@ -149,10 +149,20 @@ TEST_F(OptionsFile, ListsAndConfigurationsAreWrittenBehindTheirKeys)
         << bytes;
 }
 
-TEST_F(OptionsFile, SavedRecordLoadsBackTheSame)
+// A record with a value in each kind of key, and every character of the
+// narrow code page, is saved and loaded back: saved again, the same bytes.
+TEST_F(OptionsFile, SavedRecordWithEveryCodePageCharacterLoadsBackAndSavesTheSameBytes)
 {
-    wcscpy(options.VideoNamePrefix, L"obs");
-    wcscpy(options.VideoDirectory, L"D:\\Video\\");
+    ASSERT_TRUE(NarrowCodePageIs1252());
+    MappedBytes mapped = EveryMappedByte();
+    // Windows-1252 gives each byte a character, the five that it leaves
+    // undefined included: all 224 bytes take part.
+    ASSERT_EQ(mapped.bytes.size(), 0x100u - 0x20u);
+    wcscpy(options.VideoDirectory, mapped.text.c_str());
+    // Two characters whose bytes, C3 A9, are also the UTF-8 of one: read back as written.
+    wcscpy(options.VideoNamePrefix, L"\u00C3\u00A9");
+    wcscpy(options.DefaultVideoSource, L"Cam\u00E9ra");
+    options.ExcludedVideoSource = {L"\u00C9cran \u00AB\u00A02\u00A0\u00BB", L"B"};
     wcscpy(options.LogfileDirectory, L"D:\\Logs\\");
     wcscpy(options.EventFileGlobalPrefix, L"SITE1");
     wcscpy(options.DefaultDuration, L"00:02:30");
@@ -164,46 +174,8 @@ TEST_F(OptionsFile, SavedRecordLoadsBackTheSame)
     options.windows[MessageWindowKey].savedTop = 40;
     options.messageWindowSavedWidth = 700;
     options.messageWindowSavedHeight = 500;
-    options.ExcludedVideoSource = {L"A", L"B"};
     options.AutostartGPS = 1;
     options.DefaultRenderer = 1;
-    Options saved = options;
-    ASSERT_EQ(SaveOptions(), 1);
-
-    SetOptionDefaults(options, kWorkArea);
-    ASSERT_EQ(LoadOptions(), 1);
-    EXPECT_STREQ(options.VideoNamePrefix, saved.VideoNamePrefix);
-    EXPECT_STREQ(options.VideoDirectory, saved.VideoDirectory);
-    EXPECT_STREQ(options.LogfileDirectory, saved.LogfileDirectory);
-    EXPECT_STREQ(options.EventFileGlobalPrefix, saved.EventFileGlobalPrefix);
-    EXPECT_STREQ(options.DefaultDuration, saved.DefaultDuration);
-    EXPECT_STREQ(options.EventPendingDisplay, L"UTC");
-    EXPECT_EQ(options.PixelSaturationValue, 200);
-    for (int key = 0; key < WindowKeyCount; ++key) {
-        EXPECT_EQ(options.windows[key].savedLeft, saved.windows[key].savedLeft) << key;
-        EXPECT_EQ(options.windows[key].savedTop, saved.windows[key].savedTop) << key;
-    }
-    EXPECT_EQ(options.messageWindowSavedWidth, 700);
-    EXPECT_EQ(options.messageWindowSavedHeight, 500);
-    EXPECT_EQ(options.ExcludedVideoSource, saved.ExcludedVideoSource);
-    EXPECT_EQ(options.AutostartGPS, 1);
-    EXPECT_EQ(options.DefaultRenderer, 1);
-    ApplyLoadedOptions();
-    EXPECT_EQ(rendererChoice, 1);
-}
-
-TEST_F(OptionsFile, EveryCodePageCharacterIsSavedAsItsByteAndLoadsBack)
-{
-    ASSERT_TRUE(NarrowCodePageIs1252());
-    MappedBytes mapped = EveryMappedByte();
-    // Windows-1252 gives each byte a character, the five that it leaves
-    // undefined included: all 224 bytes take part.
-    ASSERT_EQ(mapped.bytes.size(), 0x100u - 0x20u);
-    wcscpy(options.VideoDirectory, mapped.text.c_str());
-    // Two characters whose bytes, C3 A9, are also the UTF-8 of one: read back as written.
-    wcscpy(options.VideoNamePrefix, L"\u00C3\u00A9");
-    wcscpy(options.DefaultVideoSource, L"Cam\u00E9ra");
-    options.ExcludedVideoSource = {L"\u00C9cran \u00AB\u00A02\u00A0\u00BB"};
     ASSERT_EQ(SaveOptions(), 1);
     std::string first = ReadFileBytes(folder_.File(L"MAVU_options_capture.xml"));
     EXPECT_NE(first.find("\t<VideoNamePrefix Value=\"\xC3\xA9\"/>\r\n"
@@ -218,18 +190,13 @@ TEST_F(OptionsFile, EveryCodePageCharacterIsSavedAsItsByteAndLoadsBack)
               std::string::npos)
         << first;
 
+    // Whatever the load missed or misread, the second save writes differently.
     SetOptionDefaults(options, kWorkArea);
     ASSERT_EQ(LoadOptions(), 1);
-    EXPECT_EQ(std::wstring(options.VideoDirectory), mapped.text);
-    EXPECT_STREQ(options.VideoNamePrefix, L"\u00C3\u00A9");
-    EXPECT_STREQ(options.DefaultVideoSource, L"Cam\u00E9ra");
-    ASSERT_EQ(options.ExcludedVideoSource.size(), 1u);
-    EXPECT_EQ(options.ExcludedVideoSource[0],
-              L"\u00C9cran \u00AB\u00A0"
-              L"2\u00A0\u00BB");
-    // Saved again after the load: the same bytes.
     ASSERT_EQ(SaveOptions(), 1);
     EXPECT_EQ(ReadFileBytes(folder_.File(L"MAVU_options_capture.xml")), first);
+    ApplyLoadedOptions();
+    EXPECT_EQ(rendererChoice, 1);
 }
 
 // Whether this platform's XML parser takes a document whose declaration

@@ -13,22 +13,6 @@ using namespace std::string_literals;
 
 const std::string kOwnHeader = "<?xml version='1.0'?>\r\n<!--MAVU Video Capture Version 2.1-->\r\n";
 
-std::string Printable(std::string_view bytes)
-{
-    std::string shown;
-    for (char c : bytes) {
-        auto value = static_cast<unsigned char>(c);
-        if (value >= 0x20 && value < 0x7F) {
-            shown += c;
-        } else {
-            char hex[8];
-            snprintf(hex, sizeof hex, "\\x%02X", value);
-            shown += hex;
-        }
-    }
-    return shown;
-}
-
 }  // namespace
 
 TEST(XmlEncoding, DeclarationNamesTheEncodingOnlyInItsOwnPlace)
@@ -40,7 +24,7 @@ TEST(XmlEncoding, DeclarationNamesTheEncodingOnlyInItsOwnPlace)
         {"<?xml encoding='x'?>", "x"},
     };
     for (const auto& [bytes, name] : named)
-        EXPECT_EQ(DeclaredXmlEncoding(bytes), name) << Printable(bytes);
+        EXPECT_EQ(DeclaredXmlEncoding(bytes), name) << testing::PrintToString(bytes);
     // None: not in the declaration (after it, in another instruction, in a
     // value), or a damaged declaration.
     for (const std::string& bytes :
@@ -50,7 +34,7 @@ TEST(XmlEncoding, DeclarationNamesTheEncodingOnlyInItsOwnPlace)
           std::string("<?xml version='1.0' encoding='UTF-8?>"), std::string("<?xml version='1.0' encoding=UTF-8?>"),
           std::string("<?xml version='1.0'encoding='UTF-8'?>"), std::string("<?xml version='1.0' encoding?>"),
           std::string("<?xml "), std::string("<?xml"), std::string()})
-        EXPECT_EQ(DeclaredXmlEncoding(bytes), "") << Printable(bytes);
+        EXPECT_EQ(DeclaredXmlEncoding(bytes), "") << testing::PrintToString(bytes);
 }
 
 TEST(XmlEncoding, EncodingNamesGiveTheirCodePagesAndLatinOneReadsAsWindows)
