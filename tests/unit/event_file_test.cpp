@@ -113,35 +113,6 @@ TEST(EventFile, ReadingRulesForElementsAndAttributes)
     EXPECT_EQ(record.expired, 0);
 }
 
-TEST(EventFile, HandWrittenAccentsAreReadInTheNarrowCodePageUtf8OrTheDeclaredEncoding)
-{
-    ASSERT_TRUE(NarrowCodePageIs1252());
-    TempFolder folder;
-    std::string comment = "Com\xE8te &amp; &lt;check&gt; &quot;it&quot;";
-    std::string body = std::string(kSampleEventBytes).substr(std::string(kSampleEventBytes).find("<!--"));
-    struct Row {
-        const char* what;
-        std::string head;
-        const char* accented;
-    } rows[] = {
-        {"Windows-1252 undeclared", "<?xml version='1.0'?>\r\n", "Com\xE8te pr\xE9vue"},
-        {"UTF-8 with its mark", "\xEF\xBB\xBF<?xml version='1.0'?>\r\n", "Com\xC3\xA8te pr\xC3\xA9vue"},
-        {"UTF-8 declared", "<?xml version='1.0' encoding='UTF-8'?>\r\n", "Com\xC3\xA8te pr\xC3\xA9vue"},
-        {"Windows-1252 declared", "<?xml version='1.0' encoding='windows-1252'?>\r\n", "Com\xE8te pr\xE9vue"},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.what);
-        std::string bytes = row.head + body;
-        bytes.replace(bytes.find(comment), comment.size(), row.accented);
-        WriteFileBytes(folder.File(L"declared.mef"), bytes);
-        EventFileText read{};
-        ASSERT_EQ(ReadEventFile(folder.File(L"declared.mef").c_str(), read), 1);
-        EXPECT_STREQ(read.comment, L"Com\u00E8te pr\u00E9vue");
-        EXPECT_STREQ(read.eventYear, L"2026");
-        EXPECT_STREQ(read.asteroidName, L"2002KB");
-    }
-}
-
 TEST(EventFile, FileNameCarriesNamesPrefixAndPredictedMoment)
 {
     EventFileText text = SampleEvent();
