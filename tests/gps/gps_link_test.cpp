@@ -6,9 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "e2e/harness.h"
 #include "gps/gps_link.h"
-#include "gps/gps_probe.h"
 #include "gps_fixture.h"
 
 namespace {
@@ -50,23 +48,6 @@ TEST_F(GpsLinkTest, ReceiverAt4800IsFoundAtItsFourthRateAfterThreeGarbledOnes)
     EXPECT_EQ(receiver.ClosedAtRates(), (std::vector<int>{38400, 19200, 9600}));
 }
 
-TEST_F(GpsLinkTest, SecondConnectionTriesTheRememberedPairFirstWithoutTheNotice)
-{
-    ASSERT_TRUE(receiver.Start(3, 4800, "steady"));
-    ASSERT_EQ(ConnectGps(RecordNotice), 1);
-    CloseGps();
-    EXPECT_FALSE(GpsLinkOpen());
-    // Closing keeps the pair.
-    EXPECT_EQ(gpsLink.portIndex, 2);
-    EXPECT_EQ(gpsLink.baudIndex, 3);
-    notices.clear();
-    ASSERT_TRUE(e2e::WaitUntil([&] { return receiver.ClosedAtRates().size() == 4; }, 3000));
-    ASSERT_EQ(ConnectGps(RecordNotice), 1);
-    EXPECT_TRUE(notices.empty());
-    EXPECT_EQ(receiver.ClosedAtRates(), (std::vector<int>{38400, 19200, 9600, 4800})) << "no other rate was tried";
-    EXPECT_EQ(Lines(), (std::vector<std::wstring>{L"COM3 at 4800 baud\r\n", L"COM3 at 4800 baud\r\n"}));
-}
-
 TEST_F(GpsLinkTest, RememberedPairThatNoLongerAnswersStartsTheFullScan)
 {
     ASSERT_TRUE(receiver.Start(3, 4800, "steady"));
@@ -94,37 +75,6 @@ TEST_F(GpsLinkTest, ReceiverOnCom10IsNotFoundAndNothingChanges)
     EXPECT_TRUE(Lines().empty()) << "no line for a failed trial";
     for (const std::string& event : receiver.PortEvents())
         EXPECT_EQ(event.rfind("open", 0), std::string::npos) << "COM10 is never opened: " << event;
-}
-
-TEST_F(GpsLinkTest, WrongRateReadsGarbageAndClosesThePort)
-{
-    ASSERT_TRUE(receiver.Start(3, 4800, "steady"));
-    EXPECT_EQ(OpenGpsPort(2, 0), 0);
-    EXPECT_FALSE(GpsLinkOpen());
-    // What came is what a 38400 baud port makes of a 4800 baud signal: no
-    // sentence, and zero bytes among it.
-    std::string head(reinterpret_cast<const char*>(gpsBuffer), 600);
-    EXPECT_EQ(head.find("$GP"), std::string::npos);
-    EXPECT_NE(head.find('\0'), std::string::npos);
-    EXPECT_TRUE(Lines().empty());
-    // At its own rate the same port answers.
-    EXPECT_EQ(OpenGpsPort(2, 3), 1);
-    EXPECT_TRUE(GpsLinkOpen());
-}
-
-TEST_F(GpsLinkTest, SilentPortCostsAWholeReadTimeoutAtEachRate)
-{
-    // As the host's silent serial port that Wine maps to COM1 would.
-    ASSERT_TRUE(receiver.Start(1, 4800, "silence"));
-    for (int baud = 0; baud < kGpsRateCount; ++baud) {
-        ULONGLONG started = GetTickCount64();
-        EXPECT_EQ(OpenGpsPort(0, baud), 0);
-        // 600 bytes at 2 ms each: the read waits that long on a silent line.
-        EXPECT_GE(GetTickCount64() - started, 1100u) << kGpsRates[baud];
-        EXPECT_FALSE(GpsLinkOpen());
-    }
-    e2e::WaitUntil([&] { return receiver.ClosedAtRates().size() >= 4; }, 3000);
-    EXPECT_EQ(receiver.ClosedAtRates(), (std::vector<int>{38400, 19200, 9600, 4800}));
 }
 
 TEST_F(GpsLinkTest, ConnectingWhileConnectedReplacesTheHandleWithoutLosingOne)
