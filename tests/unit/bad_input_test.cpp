@@ -110,6 +110,8 @@ TEST(BadInput, DamagedEventFilesHaveDefinedOutcomes)
              Armable(record);
              EXPECT_EQ(record.eventTime.wYear, 2040);
          }},
+        {"lower-case TRUE", EventWith("Hibernate", Key("Hibernate", "true")), 1,
+         [](const EventRecord& record) { EXPECT_EQ(record.hibernate, 0); }},
         {"nested element inside a key", EventWith("EventDay", "\t<EventDay Value=\" 3\"><x/></EventDay>\r\n"), 1,
          Armable},
         {"five megabytes of unknown keys", manyUnknown, 1, Armable},

@@ -91,8 +91,8 @@ TEST(EventFile, ReadingRulesForElementsAndAttributes)
     // key in the wrong case, an attribute of another name, two attributes
     // (the first counts), an element without attributes, and blanks.
     WriteFileBytes(folder.File(L"odd.mef"),
-                   "<Events><StarName Value=\"Star\"/><EventYear Other=\"2030\"/><EventMonth Value=\"1\" "
-                   "Second=\"9\"/><EventDay Value=\"  7\"/><EventHour Value=\"3\"/><EventHour Value=\"4\"/>"
+                   "<Events><StarName Value=\"Star\"/><EventYear Other=\"2030\"/><EventMonth Other=\"1\" "
+                   "Value=\"9\"/><EventDay Value=\"  7\"/><EventHour Value=\"3\"/><EventHour Value=\"4\"/>"
                    "<EventMinute Value=\"05\"/><EventSecond Value=\"6\"/><DurationHour Value=\"0\"/>"
                    "<DurationMinute Value=\"1\"/><DurationSecond Value=\"0\"/><hibernate Value=\"TRUE\"/>"
                    "<Shutdown Value=\"true\"/><Unknown Value=\"x\"/><Comment/></Events>");
