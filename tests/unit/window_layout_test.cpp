@@ -3,24 +3,6 @@
 #include "ui/video_windows.h"
 #include "ui/window_layout.h"
 
-namespace {
-
-// A 1920 by 1080 desktop with a 40-pixel task bar, main window frame 16 by 58.
-struct LayoutFixture : testing::Test {
-    void SetUp() override
-    {
-        workLeft = workTop = 0;
-        workRight = 1920;
-        workBottom = 1040;
-        frameWidth = 16;
-        frameHeight = 58;
-        videoWidth = displayedWidth = 720;
-        videoHeight = displayedHeight = 576;
-    }
-};
-
-}  // namespace
-
 TEST(KeepOnScreen, WindowsMayHangOutByHalfAFrame)
 {
     struct Case {
@@ -74,8 +56,16 @@ TEST(DialogPosition, DefaultsAvoidTheMainWindow)
     }
 }
 
-TEST_F(LayoutFixture, MainLayoutFitsThePictureOrFallsBackOnScrolling)
+TEST(WindowLayout, MainLayoutFitsThePictureOrFallsBackOnScrolling)
 {
+    // A 1920 by 1080 desktop with a 40-pixel task bar, main window frame 16 by 58.
+    workLeft = workTop = 0;
+    workRight = 1920;
+    workBottom = 1040;
+    frameWidth = 16;
+    frameHeight = 58;
+    videoWidth = displayedWidth = 720;
+    videoHeight = displayedHeight = 576;
     MainLayoutInput input{};
     input.window = {1000, 0, 1000 + 736, 634};
     input.currentLeft = input.currentTop = kNoPosition;
