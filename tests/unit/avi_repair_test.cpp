@@ -364,19 +364,29 @@ TEST(AviRepairHeader, ProvisionalHeaderCarriesTheFormatRateAndCompression)
     EXPECT_LT(header.size() + 12, MuxHeaderArea(withPalette.size()));
 }
 
-TEST(AviRepair, NoFormatOrNoWholeFrameLeavesTheFileAlone)
+TEST(AviRepair, NoFormatOrNoWholeFrameIsNothingAndRepairedOrFinishedFilesAreCompleteAndLeftAlone)
 {
     MuxFile file = Recording({3});
-    std::vector<Bytes> damaged;
+    std::vector<std::pair<Bytes, AviRepairVerdict>> files;
     for (uint64_t cut : {uint64_t{0}, uint64_t{7}, uint64_t{11}, uint64_t{100}, uint64_t{190}, uint64_t{1000},
                          uint64_t{40000}, file.frames[0].at, file.frames[0].at + 50})
-        damaged.push_back(Cut(file.bytes, cut));
+        files.push_back({Cut(file.bytes, cut), AviRepairVerdict::NothingRecoverable});
     // A recording made before the program wrote its header: frames but no format.
-    damaged.push_back(file.bytes);
-    std::fill(damaged.back().begin(), damaged.back().begin() + 400, 0);
-    for (const Bytes& bytes : damaged) {
+    files.push_back({file.bytes, AviRepairVerdict::NothingRecoverable});
+    std::fill(files.back().first.begin(), files.back().first.begin() + 400, 0);
+    file = Recording({6});
+    file.bytes.resize(file.bytes.size() + 3000, 0);
+    Bytes repaired = Applied(file.bytes, Plan(file.bytes));
+    files.push_back({repaired, AviRepairVerdict::Complete});
+    // As the mux finishes a file: 8 zero bytes after the RIFF.
+    files.push_back({repaired, AviRepairVerdict::Complete});
+    files.back().first.resize(repaired.size() + 8, 0);
+    // Without idx1 but with its frame count and movi size.
+    files.push_back({Cut(repaired, Read(repaired).moviEnd), AviRepairVerdict::Complete});
+    SetLe32At(files.back().first, 4, static_cast<uint32_t>(files.back().first.size() - 8));
+    for (const auto& [bytes, verdict] : files) {
         AviRepairPlan plan = Plan(bytes);
-        EXPECT_EQ(plan.verdict, AviRepairVerdict::NothingRecoverable) << bytes.size();
+        EXPECT_EQ(plan.verdict, verdict) << bytes.size();
         EXPECT_TRUE(plan.writes.empty()) << bytes.size();
     }
 }
@@ -458,24 +468,6 @@ TEST(AviRepair, CutShortFilesKeepEveryWholeFrameWhereItWasAndGainAnIndex)
             EXPECT_EQ(Le32(repaired, c.areaAt + 4), kStandardIndexSize - 8);
         }
         ExpectRepaired(repaired, c.file, c.frames);
-    }
-}
-
-TEST(AviRepair, RepairedAndFinishedFilesAreCompleteAndLeftAlone)
-{
-    MuxFile file = Recording({6});
-    file.bytes.resize(file.bytes.size() + 3000, 0);
-    Bytes repaired = Applied(file.bytes, Plan(file.bytes));
-    // As the mux finishes a file: 8 zero bytes after the RIFF.
-    Bytes finished = repaired;
-    finished.resize(finished.size() + 8, 0);
-    // Without idx1 but with its frame count and movi size.
-    Bytes noIndex = Cut(repaired, Read(repaired).moviEnd);
-    SetLe32At(noIndex, 4, static_cast<uint32_t>(noIndex.size() - 8));
-    for (const Bytes& bytes : {repaired, finished, noIndex}) {
-        AviRepairPlan plan = Plan(bytes);
-        EXPECT_EQ(plan.verdict, AviRepairVerdict::Complete) << bytes.size();
-        EXPECT_TRUE(plan.writes.empty()) << bytes.size();
     }
 }
 

@@ -59,6 +59,8 @@ TEST(XmlEncoding, EncodingNamesGiveTheirCodePagesAndLatinOneReadsAsWindows)
     }
 }
 
+// The marks, and the declarations of UTF-8 and Windows-1250, are read through
+// in the conversion's table; here the cases that it can't tell apart.
 TEST(XmlEncoding, MarkDecidesFirstThenDeclarationElseNarrowCodePage)
 {
     struct Row {
@@ -74,16 +76,10 @@ TEST(XmlEncoding, MarkDecidesFirstThenDeclarationElseNarrowCodePage)
         // is two characters in Windows-1252) stay narrow: no guessing.
         {"narrow bytes that form UTF-8", kOwnHeader + "<Root><K Value=\"\xC3\xA9\"/></Root>", XmlByteForm::CodePage,
          CP_ACP, 0},
-        {"UTF-8 mark", "\xEF\xBB\xBF" + kOwnHeader, XmlByteForm::CodePage, CP_UTF8, 3},
         {"UTF-8 mark before another declared encoding", "\xEF\xBB\xBF<?xml version='1.0' encoding='windows-1250'?>",
          XmlByteForm::CodePage, CP_UTF8, 3},
         {"half a UTF-8 mark", "\xEF\xBB<Root/>", XmlByteForm::CodePage, CP_ACP, 0},
-        {"UTF-16 little-endian mark", "\xFF\xFE<\0?\0"s, XmlByteForm::Utf16LittleEndian, 0, 2},
-        {"UTF-16 big-endian mark", "\xFE\xFF\0<\0?"s, XmlByteForm::Utf16BigEndian, 0, 2},
-        {"UTF-16 little-endian without a mark", "<\0?\0x\0m\0l\0"s, XmlByteForm::Utf16LittleEndian, 0, 0},
         {"UTF-16 big-endian without a mark", "\0<\0?\0x\0m\0l"s, XmlByteForm::Utf16BigEndian, 0, 0},
-        {"declared UTF-8", "<?xml version='1.0' encoding='UTF-8'?>", XmlByteForm::CodePage, CP_UTF8, 0},
-        {"declared Windows-1250", "<?xml version='1.0' encoding='windows-1250'?>", XmlByteForm::CodePage, 1250, 0},
         {"declared Latin-1", "<?xml version='1.0' encoding='ISO-8859-1'?>", XmlByteForm::CodePage, 1252, 0},
         {"declared name not known here", "<?xml version='1.0' encoding='x-unknown'?>", XmlByteForm::CodePage, CP_ACP,
          0},
