@@ -12,7 +12,6 @@ namespace {
 constexpr unsigned kSetWindowPositions = 33098;
 constexpr wchar_t kCodecWarning[] =
     L"WARNING: named codec in a Subtype / Codec pair is not installed on this computer\r\n";
-constexpr wchar_t kNoColorControl[] = L"\r\nThe DMO color control filter is not installed - no brightness/contrast\r\n";
 
 }  // namespace
 
@@ -31,23 +30,4 @@ TEST(Picture, ASavedPairNamingNoneLoadsQuietlyAndOneNamingAMissingCodecWarnsAndI
     std::string saved = ReadBytes(folder + L"\\MAVU_options_capture.xml");
     EXPECT_NE(saved.find("\t<SubtypeCodecPair Value=\"YUY2|NONE\"/>\r\n"), std::string::npos) << saved;
     EXPECT_EQ(saved.find("No Such Codec"), std::string::npos) << saved;
-}
-
-TEST(Picture, WithoutTheColorEffectStartUpSaysSoOnceAndTheCameraRuns)
-{
-    devicetest::SyntheticDevices devices;
-    ASSERT_TRUE(devices.Add(L"Sky Cam", L"webcam"));
-    std::wstring folder = MakeWorkFolderForCurrentTest();
-    WriteOptions(folder, Option("DefaultRenderer", "VMR9"));
-    Program program(folder);
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
-    std::wstring text = program.Messages();
-    EXPECT_EQ(program.CountMessages(kNoColorControl), 1) << Narrow(text);
-    // The camera runs: its start reported no warning, and the record
-    // buttons are up.
-    EXPECT_EQ(text.find(L"WARNING"), std::wstring::npos) << Narrow(text);
-    EXPECT_EQ(text.find(L"SEVERE"), std::wstring::npos) << Narrow(text);
-    EXPECT_TRUE(IsVisible(program.RecordControlsWindow()));
-    program.Kill();
 }

@@ -18,22 +18,6 @@ using namespace e2e;
 
 namespace {
 
-// Pixels of the saturation warning colour (magenta on the screen) in the
-// clipping window's picture.
-int WarningPixels(const std::string& name, HWND clipping)
-{
-    RECT picture = WindowRect(clipping);
-    std::string rgb;
-    if (!ReadScreenRgb(name, picture.left, picture.top, picture.right - picture.left, picture.bottom - picture.top,
-                       &rgb))
-        return -1;
-    int count = 0;
-    for (size_t i = 0; i + 2 < rgb.size(); i += 3)
-        count += static_cast<uint8_t>(rgb[i]) > 200 && static_cast<uint8_t>(rgb[i + 1]) < 80 &&
-                 static_cast<uint8_t>(rgb[i + 2]) > 200;
-    return count;
-}
-
 void MoveSlider(HWND slider, int position)
 {
     SendMessageW(slider, TBM_SETPOS, TRUE, position);

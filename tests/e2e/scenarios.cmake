@@ -21,9 +21,7 @@ set(MAVU_E2E_SCENARIOS
     OptionWindows.MiscellaneousSavesOnlyChangesAndAFailedWriteWarns
     OptionWindows.CodecSelectorPairsTheCompressorAndTheNextRecordingUsesIt
     Options.AccentedFolderAndCameraSurviveSaveRestartAndSaveAgain
-    Video.WebcamPreviewWithVmr9SizesTheWindowToTheFormat
-    Video.PreviewIsLiveInTheMainWindow
-    Video.PixelSaturationTogglePaintsTheSaturatedStarAndTakesItAway
+    Video.Vmr9PreviewIsSizedLiveAndTogglesPixelSaturation
     ToolWindows.MagnifyDoublesThePictureAndClosingRestoresIt
     ToolWindows.BrightnessAndContrastActOnThePreviewAndClosingCentresThem
     ToolWindows.BrightnessAndContrastWithoutTheFileOption
@@ -37,7 +35,6 @@ set(MAVU_E2E_SCENARIOS
     Scheduling.TheListSortsAndShowsItsCells
     Scheduling.AFileThatCannotBeDeletedIsWarnedAboutAndTheOthersGo
     Scheduling.DeletesAndASaveDuringAnEventLeaveItToEndAtItsTime
-    Video.TheEvrShowsAYuy2CameraOrThePlatformsRefusalIsSaid
     Video.Vmr7WithoutQualityInterfaceIsRefused
     Recording.ManualStartWaitStopWritesTheAviAndItsReport
     Recording.TheMenusAreGreyWhileRecording
@@ -50,7 +47,6 @@ set(MAVU_E2E_SCENARIOS
     Gps.ReceiverOnlyOnCom10IsNotFoundAfterAScanThatWaitsOnASilentCom1
     Gps.ManualRecordingTakesOneReadingAndWithoutAutostartTheLinkStaysClosed
     Picture.ASavedPairNamingNoneLoadsQuietlyAndOneNamingAMissingCodecWarnsAndIsDropped
-    Picture.WithoutTheColorEffectStartUpSaysSoOnceAndTheCameraRuns
     HotPlug.PullAndReplugTwiceDuringAnEventGoesOnInNumberedFilesAndEndsOnTime
     Grabbers/Analog.StandardFoundAtStartUp/PalSignalIsFoundAndRecordedAsPal
     SelectDevice.ChoosingTheSecondCameraRunsItAndCancelBringsTheFirstBack
