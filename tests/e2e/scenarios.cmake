@@ -1,16 +1,11 @@
 # Each scenario is one ctest entry: "Suite.Test" of the e2e_tests executable.
 set(MAVU_E2E_SCENARIOS
-    Startup.NoOptionsNoDeviceReportsInOrder
-    Startup.SecondInstanceEndsAtOnceAndChangesNothing
-    Startup.ExitOrTheCloseBoxEndsWithTheLoopsExitCode
-    Startup.MissingIconsAreHarmless
+    Startup.NoOptionsNoDeviceReportsInOrderAndASecondInstanceChangesNothing
+    Startup.MissingIconsAreHarmlessAndTheCloseBoxEndsTheProgram
     Startup.ProgramNameWithoutMavuCannotMakeTheDefaultFolders
-    Messages.SaveWritesTheWindowTextToLogFiles
-    Messages.SaveAndClearLeavesOnlyTheSavedLine
-    Messages.AboutWritesThreeLinesAndTheWindowFollowsTheNewest
+    Messages.SaveAboutAndSaveAndClear
     Dialogs.EveryTextFitsItsControlInItsOwnFont
     Options.StartUpReadsTheFileOrItsFallbackOrSaysItCannot
-    Options.SetWindowPositionsSavesWhereTheWindowsStand
     OptionWindows.FileOptionsPrefixIsFilteredSavedAndUsed
     OptionWindows.FileOptionsFolderFromThePickerAndBack
     OptionWindows.HostNameGivesTheGlobalPrefix
@@ -20,7 +15,7 @@ set(MAVU_E2E_SCENARIOS
     OptionWindows.PerformanceChangesTheRendererAndRestarts
     OptionWindows.MiscellaneousSavesOnlyChangesAndAFailedWriteWarns
     OptionWindows.CodecSelectorPairsTheCompressorAndTheNextRecordingUsesIt
-    Options.AccentedFolderAndCameraSurviveSaveRestartAndSaveAgain
+    Options.SavedPositionsFolderCameraAndCodecPairSurviveRestartAndSaveAgain
     Video.Vmr9PreviewIsSizedLiveAndTogglesPixelSaturation
     ToolWindows.MagnifyDoublesThePictureAndClosingRestoresIt
     ToolWindows.BrightnessAndContrastActOnThePreviewAndClosingCentresThem
@@ -36,8 +31,7 @@ set(MAVU_E2E_SCENARIOS
     Scheduling.AFileThatCannotBeDeletedIsWarnedAboutAndTheOthersGo
     Scheduling.DeletesAndASaveDuringAnEventLeaveItToEndAtItsTime
     Video.Vmr7WithoutQualityInterfaceIsRefused
-    Recording.ManualStartWaitStopWritesTheAviAndItsReport
-    Recording.TheMenusAreGreyWhileRecording
+    Recording.ManualRecordingWritesTheAviAndItsReportAndGreysTheMenusMeanwhile
     Recording.ExitOrTheCloseBoxDuringARecordingFinishesItsFileAndReport
     Events.OneEventRecordsCentredOnItsMoment
     Events.LoadingSaysWhatOverlapsAndPassesOverWhatIsOver
@@ -46,7 +40,6 @@ set(MAVU_E2E_SCENARIOS
     Events.ShutdownCountsDownFromThirtyAndCancelStopsIt
     Gps.ReceiverOnlyOnCom10IsNotFoundAfterAScanThatWaitsOnASilentCom1
     Gps.ManualRecordingTakesOneReadingAndWithoutAutostartTheLinkStaysClosed
-    Picture.ASavedPairNamingNoneLoadsQuietlyAndOneNamingAMissingCodecWarnsAndIsDropped
     HotPlug.PullAndReplugTwiceDuringAnEventGoesOnInNumberedFilesAndEndsOnTime
     Grabbers/Analog.StandardFoundAtStartUp/PalSignalIsFoundAndRecordedAsPal
     SelectDevice.ChoosingTheSecondCameraRunsItAndCancelBringsTheFirstBack
