@@ -6,8 +6,7 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "device/graph_helpers.h"
-#include "e2e/harness.h"
+#include "e2e/program_run.h"
 #include "e2e/remote_controls.h"
 #include "support/ffprobe.h"
 #include "ui/commands.h"
@@ -22,10 +21,6 @@ constexpr int kHibernateBox = kScheduleHibernateBox, kShutdownBox = kScheduleShu
 constexpr int kShowExpiredBox = kEventListShowExpiredBox, kAscendingBox = kEventListAscendingBox;
 constexpr int kEditButton = kEventListEditButton, kDeleteButton = kEventListDeleteButton;
 constexpr int kEventSecondsField = 5;
-
-constexpr wchar_t kMainTitle[] = L"MAVU Video Capture Version 2.1";
-constexpr wchar_t kPendingTitle[] = L"MAVU Video Capture -- Event pending";
-constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
 
 std::string TwoDigits(int value, char pad)
 {
@@ -61,10 +56,7 @@ SYSTEMTIME Shifted(const SYSTEMTIME& moment, int seconds)
     return result;
 }
 
-struct Scheduling {
-    devicetest::SyntheticDevices devices;
-    std::wstring folder;
-    std::unique_ptr<Program> program;
+struct Scheduling : ProgramRun {
     HWND schedule = nullptr;
     HWND eventPicker = nullptr;
     HWND durationPicker = nullptr;
@@ -73,14 +65,10 @@ struct Scheduling {
 
     bool Start(bool withDevice = true)
     {
-        if (withDevice && !devices.Add(L"Sky Cam", L"webcam"))
+        if ((withDevice && !devices.Add(L"Sky Cam", L"webcam")) || !ProgramRun::Start())
             return false;
-        WriteOptions(folder, Option("DefaultRenderer", "VMR9"));
-        program = std::make_unique<Program>(folder);
-        if (!program->Start() || !program->WaitReady())
-            return false;
-        schedule = FindProcessWindow(program->ProcessId(), L"ScheduleEvents");
-        listWindow = FindProcessWindow(program->ProcessId(), L"ViewEvents");
+        schedule = Window(L"ScheduleEvents");
+        listWindow = Window(L"ViewEvents");
         if (!schedule || !listWindow)
             return false;
         eventPicker = FindChild(schedule, L"SysDateTimePick32");
@@ -90,7 +78,6 @@ struct Scheduling {
         list = FindChild(listWindow, L"SysListView32");
         return eventPicker && durationPicker && list;
     }
-    HWND Main() const { return program->MainWindow(); }
     HWND Item(HWND window, int id) const { return GetDlgItem(window, id); }
 
     void OpenSchedule() const { SendCommand(Main(), IDM_SCHEDULE); }
@@ -118,6 +105,21 @@ struct Scheduling {
         SendMessageW(Item(schedule, id), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
     }
     std::vector<std::wstring> EventFiles() const { return ListFiles(folder + L"\\Events", L"*.mef"); }
+    // The one recording, once its report is written: named by the event and
+    // its nominal start, four seconds before the moment, with an event's report.
+    void ExpectOneEventRecording(const std::string& prefix, const SYSTEMTIME& moment, int minimumFrames = 0) const
+    {
+        ASSERT_TRUE(WaitUntil([&] { return !ListFiles(Videos(), L"*.txt").empty(); }, 10000))
+            << Narrow(program->Messages());
+        std::vector<std::wstring> videos = ListFiles(Videos(), L"*.avi");
+        ASSERT_EQ(videos.size(), 1u);
+        EXPECT_EQ(videos[0], Wide(prefix + TimeName(Shifted(moment, -4)) + ".avi"));
+        std::string report = ReadBytes(Videos() + L"\\" + videos[0].substr(0, videos[0].size() - 4) + L".txt");
+        EXPECT_EQ(report.rfind("Event recording: ", 0), 0u) << report;
+        testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(Videos() + L"\\" + videos[0]));
+        ASSERT_TRUE(video.ok) << video.raw;
+        EXPECT_GT(video.frames, minimumFrames);
+    }
     // Presses Delete and waits for the question; null when none comes.
     HWND AskToDelete() const
     {
@@ -130,9 +132,7 @@ struct Scheduling {
 std::string EventFileBytes(const SYSTEMTIME& moment, int durationSeconds, const char* comment, const char* asteroid,
                            const char* star, bool hibernate, bool shutdown)
 {
-    auto key = [](const char* name, const std::string& value) {
-        return std::string("\t<") + name + " Value=\"" + value + "\"/>\r\n";
-    };
+    auto key = [](const char* name, const std::string& value) { return Option(name, value.c_str()); };
     std::string text = "<?xml version='1.0'?>\r\n<!--MAVU Event File Version 2.1-->\r\n<Root>\r\n";
     text += key("EventYear", std::to_string(moment.wYear));
     text += key("EventMonth", TwoDigits(moment.wMonth, ' '));
@@ -168,7 +168,6 @@ void WriteProgramEvent(const std::wstring& folder, const std::wstring& name, con
 TEST(Scheduling, AnEventScheduledInTheWindowIsWrittenArmedAndRecorded)
 {
     Scheduling run;
-    run.folder = MakeWorkFolderForCurrentTest();
     ASSERT_TRUE(run.Start());
     run.OpenSchedule();
     ASSERT_TRUE(IsVisible(run.schedule));
@@ -208,25 +207,35 @@ TEST(Scheduling, AnEventScheduledInTheWindowIsWrittenArmedAndRecorded)
     // Recorded like an event from a hand-written file.
     ASSERT_TRUE(WaitUntil([&] { return WindowText(run.Main()) == kRecordingTitle; }, 40000));
     ASSERT_TRUE(WaitUntil([&] { return WindowText(run.Main()) == kMainTitle; }, 30000));
-    ASSERT_TRUE(WaitUntil([&] { return !ListFiles(run.folder + L"\\VideoFiles", L"*.txt").empty(); }, 10000));
-    std::vector<std::wstring> videos = ListFiles(run.folder + L"\\VideoFiles", L"*.avi");
-    ASSERT_EQ(videos.size(), 1u);
-    // The file is named by the nominal start, four seconds before the moment.
-    EXPECT_EQ(videos[0], Wide("Vesta_TYC1234_" + TimeName(Shifted(moment, -4)) + ".avi"));
-    std::string report = ReadBytes(run.folder + L"\\VideoFiles\\" + videos[0].substr(0, videos[0].size() - 4) + L".txt");
-    EXPECT_EQ(report.rfind("Event recording: ", 0), 0u) << report;
+    run.ExpectOneEventRecording("Vesta_TYC1234_", moment);
     run.program->Kill();
 }
 
-// A time before the window opened greys Schedule again. Four seconds ahead
-// is too soon: the line, the picker back at the present, the window open,
-// and no file.
-TEST(Scheduling, AnEventTooCloseToNowIsRefused)
+// A default duration saved in its window is the duration a new event starts with. A time before the window
+// opened greys Schedule again. Four seconds ahead is too soon: the line, the picker back at the present, the
+// window open, and no file. Characters outside the allowed set are taken out again as they are typed, with the
+// line for names or the line for comments.
+TEST(Scheduling, TheDefaultDurationTooSoonAnEventAndDisallowedCharacters)
 {
     Scheduling run;
-    run.folder = MakeWorkFolderForCurrentTest();
     ASSERT_TRUE(run.Start());
+    HWND window = run.Open(IDM_DURATION_DEFAULT, L"DefaultDuration");
+    ASSERT_NE(window, nullptr);
+    HWND picker = GetDlgItem(window, kDurationPicker);
+    SYSTEMTIME shown{};
+    ASSERT_TRUE(PickerTime(picker, &shown));
+    EXPECT_EQ(shown.wHour * 3600 + shown.wMinute * 60 + shown.wSecond, 600) << "ten minutes until set";
+    SYSTEMTIME twenty{1943, 5, 1, 3, 0, 0, 20, 0};
+    ASSERT_TRUE(SetPickerTime(picker, twenty));
+    EXPECT_TRUE(TakeScreenshot("default-duration"));
+    Click(GetDlgItem(window, kDurationSaveButton));
+    ASSERT_TRUE(run.program->WaitForMessage(L"Default recording duration saved in options file\r\n", 3000));
+    EXPECT_FALSE(IsVisible(window));
+    EXPECT_NE(run.OptionsFile().find(Option("DefaultDuration", "00:00:20")), std::string::npos) << run.OptionsFile();
+
     run.OpenSchedule();
+    ASSERT_TRUE(PickerTime(run.durationPicker, &shown));
+    EXPECT_EQ(shown.wHour * 3600 + shown.wMinute * 60 + shown.wSecond, 20);
     HWND scheduleButton = run.Item(run.schedule, kScheduleButton);
     EXPECT_FALSE(IsEnabled(scheduleButton));
     run.PickEventTime(UtcInSeconds(4));
@@ -234,13 +243,12 @@ TEST(Scheduling, AnEventTooCloseToNowIsRefused)
     run.PickEventTime(UtcInSeconds(-120));
     EXPECT_FALSE(IsEnabled(scheduleButton)) << "a time before the window opened";
     run.PickEventTime(UtcInSeconds(4));
-    ASSERT_TRUE(IsEnabled(run.Item(run.schedule, kScheduleButton)));
-    Click(run.Item(run.schedule, kScheduleButton));
+    ASSERT_TRUE(IsEnabled(scheduleButton));
+    Click(scheduleButton);
     ASSERT_TRUE(run.program->WaitForMessage(
         L"Event time must be at least 5 seconds after\r\nthe current time to allow for camera restart\r\n", 5000));
     EXPECT_TRUE(IsVisible(run.schedule));
     EXPECT_TRUE(run.EventFiles().empty());
-    SYSTEMTIME shown{};
     ASSERT_TRUE(PickerTime(run.eventPicker, &shown));
     SYSTEMTIME now = UtcInSeconds(0);
     FILETIME a{}, b{};
@@ -249,17 +257,7 @@ TEST(Scheduling, AnEventTooCloseToNowIsRefused)
     LONGLONG apart = static_cast<LONGLONG>((static_cast<ULONGLONG>(b.dwHighDateTime) << 32 | b.dwLowDateTime) -
                                            (static_cast<ULONGLONG>(a.dwHighDateTime) << 32 | a.dwLowDateTime));
     EXPECT_LT(apart < 0 ? -apart : apart, 30000000ll) << "the picker shows the present";
-    run.program->Kill();
-}
 
-// Characters outside the allowed set are taken out again as they are typed,
-// with the line for names or the line for comments.
-TEST(Scheduling, DisallowedCharactersAreRemovedWithTheirLine)
-{
-    Scheduling run;
-    run.folder = MakeWorkFolderForCurrentTest();
-    ASSERT_TRUE(run.Start(false));
-    run.OpenSchedule();
     run.Type(kStarEdit, L"TYC/12");
     EXPECT_EQ(WindowText(run.Item(run.schedule, kStarEdit)), L"TYC12");
     ASSERT_TRUE(run.program->WaitForMessage(
@@ -279,7 +277,6 @@ TEST(Scheduling, DisallowedCharactersAreRemovedWithTheirLine)
 TEST(Scheduling, EditingAnEventReplacesItsFile)
 {
     Scheduling run;
-    run.folder = MakeWorkFolderForCurrentTest();
     SYSTEMTIME moment = UtcInSeconds(3600);
     WriteProgramEvent(run.folder, L"Ceres_" + Wide(TimeName(moment)), moment, 20, "Ceres", "");
     ASSERT_TRUE(run.Start());
@@ -322,7 +319,6 @@ TEST(Scheduling, EditingAnEventReplacesItsFile)
 TEST(Scheduling, DeletingAsksByTheRowsAndRearmsTheNextEvent)
 {
     Scheduling run;
-    run.folder = MakeWorkFolderForCurrentTest();
     for (int i = 1; i <= 5; ++i) {
         SYSTEMTIME moment = UtcInSeconds(600 * i);
         WriteEvent(run.folder, L"E" + std::to_wstring(i), moment, 10, "", ("Star" + std::to_string(i)).c_str());
@@ -377,7 +373,6 @@ TEST(Scheduling, DeletingAsksByTheRowsAndRearmsTheNextEvent)
 TEST(Scheduling, TheListSortsAndShowsItsCells)
 {
     Scheduling run;
-    run.folder = MakeWorkFolderForCurrentTest();
     SYSTEMTIME early{2040, 5, 0, 3, 1, 2, 3, 0};
     SYSTEMTIME late{2040, 12, 0, 24, 21, 0, 59, 0};
     SYSTEMTIME past{2020, 1, 0, 9, 8, 7, 6, 0};
@@ -422,7 +417,6 @@ TEST(Scheduling, TheListSortsAndShowsItsCells)
 TEST(Scheduling, AFileThatCannotBeDeletedIsWarnedAboutAndTheOthersGo)
 {
     Scheduling run;
-    run.folder = MakeWorkFolderForCurrentTest();
     WriteProgramEvent(run.folder, L"kept", UtcInSeconds(3600), 10, "", "Kept");
     WriteProgramEvent(run.folder, L"gone", UtcInSeconds(7200), 10, "", "Gone");
     WriteProgramEvent(run.folder, L"other", UtcInSeconds(9000), 10, "", "Other");
@@ -457,7 +451,6 @@ TEST(Scheduling, AFileThatCannotBeDeletedIsWarnedAboutAndTheOthersGo)
 TEST(Scheduling, DeletesAndASaveDuringAnEventLeaveItToEndAtItsTime)
 {
     Scheduling run;
-    run.folder = MakeWorkFolderForCurrentTest();
     SYSTEMTIME moment = UtcInSeconds(14);
     WriteProgramEvent(run.folder, L"Vesta_" + Wide(TimeName(moment)), moment, 8, "Vesta", "");
     ASSERT_TRUE(SetFileAttributesW((run.folder + L"\\Events\\Vesta_" + Wide(TimeName(moment)) + L".mef").c_str(),
@@ -486,17 +479,8 @@ TEST(Scheduling, DeletesAndASaveDuringAnEventLeaveItToEndAtItsTime)
     ASSERT_TRUE(WaitUntil([&] { return run.EventFiles().size() == 1; }, 5000));
     EXPECT_EQ(WindowText(run.Main()), kRecordingTitle) << "only the countdown was cancelled";
 
-    // The event ends on its own, about 4 s after its moment, with its report.
-    ASSERT_TRUE(WaitUntil([&] { return !ListFiles(run.folder + L"\\VideoFiles", L"*.txt").empty(); }, 10000))
-        << Narrow(run.program->Messages());
-    std::vector<std::wstring> videos = ListFiles(run.folder + L"\\VideoFiles", L"*.avi");
-    ASSERT_EQ(videos.size(), 1u);
-    EXPECT_EQ(videos[0], Wide("Vesta_" + TimeName(Shifted(moment, -4)) + ".avi"));
-    std::string report = ReadBytes(run.folder + L"\\VideoFiles\\" + videos[0].substr(0, videos[0].size() - 4) + L".txt");
-    EXPECT_EQ(report.rfind("Event recording: ", 0), 0u) << report;
-    testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(run.folder + L"\\VideoFiles\\" + videos[0]));
-    ASSERT_TRUE(video.ok) << video.raw;
-    EXPECT_GT(video.frames, 6 * 30) << "about 8 s at 30 frames a second";
+    // The event ends on its own, about 4 s after its moment, with its report; about 8 s at 30 frames a second.
+    run.ExpectOneEventRecording("Vesta_", moment, 6 * 30);
     SetFileAttributesW((run.folder + L"\\Events\\Vesta_" + Wide(TimeName(moment)) + L".mef").c_str(),
                        FILE_ATTRIBUTE_NORMAL);
     run.program->Kill();

@@ -6,11 +6,7 @@ set(MAVU_E2E_SCENARIOS
     Messages.SaveAboutAndSaveAndClear
     Dialogs.EveryTextFitsItsControlInItsOwnFont
     Options.StartUpReadsTheFileOrItsFallbackOrSaysItCannot
-    OptionWindows.FileOptionsPrefixIsFilteredSavedAndUsed
-    OptionWindows.FileOptionsFolderFromThePickerAndBack
-    OptionWindows.HostNameGivesTheGlobalPrefix
-    OptionWindows.ALongFolderShowsWholeWhenTheMouseRestsOnIt
-    OptionWindows.DefaultDurationIsSavedAndNewEventsTakeIt
+    OptionWindows.FileOptionsPrefixesHostNameAndFolderAreFilteredSavedAndUsed
     OptionWindows.EventPendingSwitchesTheCountdownAtOnce
     OptionWindows.PerformanceChangesTheRendererAndRestarts
     OptionWindows.MiscellaneousSavesOnlyChangesAndAFailedWriteWarns
@@ -23,8 +19,7 @@ set(MAVU_E2E_SCENARIOS
     ToolWindows.FrameIntegrationKeepsTheBackgroundLevelAndARecordingTurnsItOff
     ToolWindows.PixelSaturationSliderAndItsTwoSaves
     ToolWindows.FrameIntegrationRefusesCountsOutsideTwoToThirty
-    Scheduling.AnEventTooCloseToNowIsRefused
-    Scheduling.DisallowedCharactersAreRemovedWithTheirLine
+    Scheduling.TheDefaultDurationTooSoonAnEventAndDisallowedCharacters
     Scheduling.EditingAnEventReplacesItsFile
     Scheduling.DeletingAsksByTheRowsAndRearmsTheNextEvent
     Scheduling.TheListSortsAndShowsItsCells
