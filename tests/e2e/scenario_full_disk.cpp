@@ -3,9 +3,7 @@
 // its file and report and leaves the program and the next events running.
 #include <gtest/gtest.h>
 
-#include "device/graph_helpers.h"
-#include "e2e/harness.h"
-#include "support/ffprobe.h"
+#include "e2e/program_run.h"
 
 #include <algorithm>
 
@@ -13,7 +11,6 @@ using namespace e2e;
 
 namespace {
 
-constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
 constexpr wchar_t kSpaceWarning[] = L"WARNING: the recording needs about ";
 
 uint64_t FreeMb(const std::wstring& folder)

@@ -11,8 +11,7 @@
 #include <memory>
 #include <thread>
 
-#include "device/graph_helpers.h"
-#include "e2e/harness.h"
+#include "e2e/program_run.h"
 #include "support/handle_count.h"
 #include "support/synthetic_gps.h"
 #include "ui/commands.h"
@@ -21,8 +20,6 @@ using namespace e2e;
 
 namespace {
 
-constexpr wchar_t kMainTitle[] = L"MAVU Video Capture Version 2.1";
-constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
 constexpr wchar_t kAttempting[] = L"Attempting to connect with USB GPS receiver.  This may take a minute.";
 
 // Watches, from a thread of its own, whether a window ever became visible:

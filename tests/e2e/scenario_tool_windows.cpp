@@ -6,7 +6,6 @@
 #include <commctrl.h>
 
 #include "e2e/program_run.h"
-#include "e2e/remote_controls.h"
 #include "e2e/screen_stamp.h"
 #include "support/ffprobe.h"
 #include "support/recorded_frames.h"
@@ -26,9 +25,10 @@ void MoveSlider(HWND slider, int position)
 
 }  // namespace
 
-// x 2.0 doubles the picture and the main window follows; closing the window
-// puts the picture back. The window opens with " None" selected.
-TEST(ToolWindows, MagnifyDoublesThePictureAndClosingRestoresIt)
+// x 2.0 doubles the picture and the main window follows; closing the window puts the picture back. The window
+// opens with " None" selected. Without colour in files the Brightness and Contrast window is the smaller one and
+// has no file box; without a colour effect on the platform the camera still runs.
+TEST(ToolWindows, MagnifyDoublesThePictureAndBrightnessWithoutTheFileOptionIsTheSmallWindow)
 {
     ProgramRun run;
     ASSERT_TRUE(run.StartWithSkyCam());
@@ -50,6 +50,14 @@ TEST(ToolWindows, MagnifyDoublesThePictureAndClosingRestoresIt)
     EXPECT_FALSE(IsVisible(window));
     EXPECT_EQ(Size(run.Clipping()).cx, 640);
     EXPECT_EQ(Size(run.Clipping()).cy, 480);
+
+    window = run.Open(IDM_BRIGHTNESS_CONTRAST, L"BrightnessContrast");
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(Size(window).cy, 270);
+    EXPECT_FALSE(IsVisible(GetDlgItem(window, kColorInFileBox)));
+    SendMessageW(window, WM_CLOSE, 0, 0);
+    EXPECT_FALSE(IsVisible(window));
+    EXPECT_TRUE(IsVisible(run.program->RecordControlsWindow()));
     run.program->Kill();
 }
 
@@ -104,32 +112,6 @@ TEST(ToolWindows, PixelSaturationSliderAndItsTwoSaves)
     run.program->Kill();
     if (!pictured)
         GTEST_SKIP() << kNoPictureHere;
-}
-
-// Counts outside 2 to 30 are refused with the line, and the box shows "2".
-TEST(ToolWindows, FrameIntegrationRefusesCountsOutsideTwoToThirty)
-{
-    ProgramRun run;
-    ASSERT_TRUE(run.StartWithSkyCam());
-    HWND window = run.Open(IDM_FRAME_INTEGRATION, L"FrameIntegration");
-    ASSERT_NE(window, nullptr);
-    HWND box = GetDlgItem(window, kIntegrationCountBox);
-    EXPECT_EQ(WindowText(box), L"2");
-    EXPECT_TRUE(TakeScreenshot("frame-integration"));
-    int refused = 0;
-    for (const wchar_t* count : {L"31", L"1", L"", L"99"}) {
-        SendMessageW(box, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(count));
-        Click(GetDlgItem(window, kIntegrationStartButton));
-        ++refused;
-        EXPECT_EQ(WindowText(box), L"2") << Narrow(count);
-        EXPECT_EQ(run.program->CountMessages(L"Frame count must be a value from 2 to 30"), refused) << Narrow(count);
-    }
-    SendMessageW(box, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"30"));
-    Click(GetDlgItem(window, kIntegrationStartButton));
-    EXPECT_EQ(run.program->CountMessages(L"Frame count must be a value from 2 to 30"), refused);
-    EXPECT_EQ(WindowText(box), L"30");
-    EXPECT_TRUE(IsVisible(window)) << "the window stays for another count";
-    run.program->Kill();
 }
 
 namespace {
@@ -196,27 +178,11 @@ TEST(ToolWindows, BrightnessAndContrastActOnThePreviewAndClosingCentresThem)
         GTEST_SKIP() << kNoPictureHere;
 }
 
-// Without colour in files the window is the smaller one and has no file box;
-// without a colour effect on the platform the camera still runs.
-TEST(ToolWindows, BrightnessAndContrastWithoutTheFileOption)
-{
-    ProgramRun run;
-    ASSERT_TRUE(run.StartWithSkyCam());
-    HWND window = run.Open(IDM_BRIGHTNESS_CONTRAST, L"BrightnessContrast");
-    ASSERT_NE(window, nullptr);
-    EXPECT_EQ(Size(window).cy, 270);
-    EXPECT_FALSE(IsVisible(GetDlgItem(window, kColorInFileBox)));
-    SendMessageW(window, WM_CLOSE, 0, 0);
-    EXPECT_FALSE(IsVisible(window));
-    EXPECT_TRUE(IsVisible(run.program->RecordControlsWindow()));
-    run.program->Kill();
-}
-
-// Frame Integration at 4: the preview adds four frames, three of them less
-// the sky's background, so the background stays near its level where the
-// plain sum would be four times as bright; a recording turns the tool off
-// and its file holds every frame as the camera made it.
-TEST(ToolWindows, FrameIntegrationKeepsTheBackgroundLevelAndARecordingTurnsItOff)
+// Counts outside 2 to 30 are refused with the line, and the box shows "2". Frame Integration at 4: the preview
+// adds four frames, three of them less the sky's background, so the background stays near its level where the
+// plain sum would be four times as bright; a recording turns the tool off and its file holds every frame as the
+// camera made it.
+TEST(ToolWindows, FrameIntegrationRefusesCountsOutsideTwoToThirtyKeepsTheBackgroundAndARecordingTurnsItOff)
 {
     ProgramRun run;
     ASSERT_TRUE(run.StartWithSkyCam());
@@ -225,8 +191,19 @@ TEST(ToolWindows, FrameIntegrationKeepsTheBackgroundLevelAndARecordingTurnsItOff
     double plain = pictured ? PictureLevel("integration-off", run.Clipping()) : 0;
     HWND window = run.Open(IDM_FRAME_INTEGRATION, L"FrameIntegration");
     ASSERT_NE(window, nullptr);
-    SendMessageW(GetDlgItem(window, kIntegrationCountBox), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"4"));
-    Click(GetDlgItem(window, kIntegrationStartButton));
+    HWND box = GetDlgItem(window, kIntegrationCountBox);
+    EXPECT_EQ(WindowText(box), L"2");
+    EXPECT_TRUE(TakeScreenshot("frame-integration"));
+    int refused = 0;
+    for (const wchar_t* count : {L"31", L"1", L"", L"99", L"30", L"4"}) {
+        SendMessageW(box, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(count));
+        Click(GetDlgItem(window, kIntegrationStartButton));
+        const bool inRange = count == std::wstring(L"30") || count == std::wstring(L"4");
+        refused += inRange ? 0 : 1;
+        EXPECT_EQ(WindowText(box), inRange ? count : L"2") << Narrow(count);
+        EXPECT_EQ(run.Count(L"Frame count must be a value from 2 to 30"), refused) << Narrow(count);
+    }
+    EXPECT_TRUE(IsVisible(window)) << "the window stays for another count";
     Sleep(2000);
     if (pictured) {
         double integrated = PictureLevel("integration-4", run.Clipping());

@@ -13,12 +13,10 @@ set(MAVU_E2E_SCENARIOS
     OptionWindows.CodecSelectorPairsTheCompressorAndTheNextRecordingUsesIt
     Options.SavedPositionsFolderCameraAndCodecPairSurviveRestartAndSaveAgain
     Video.Vmr9PreviewIsSizedLiveAndTogglesPixelSaturation
-    ToolWindows.MagnifyDoublesThePictureAndClosingRestoresIt
+    ToolWindows.MagnifyDoublesThePictureAndBrightnessWithoutTheFileOptionIsTheSmallWindow
     ToolWindows.BrightnessAndContrastActOnThePreviewAndClosingCentresThem
-    ToolWindows.BrightnessAndContrastWithoutTheFileOption
-    ToolWindows.FrameIntegrationKeepsTheBackgroundLevelAndARecordingTurnsItOff
+    ToolWindows.FrameIntegrationRefusesCountsOutsideTwoToThirtyKeepsTheBackgroundAndARecordingTurnsItOff
     ToolWindows.PixelSaturationSliderAndItsTwoSaves
-    ToolWindows.FrameIntegrationRefusesCountsOutsideTwoToThirty
     Scheduling.TheDefaultDurationTooSoonAnEventAndDisallowedCharacters
     Scheduling.EditingAnEventReplacesItsFile
     Scheduling.DeletingAsksByTheRowsAndRearmsTheNextEvent
@@ -37,12 +35,10 @@ set(MAVU_E2E_SCENARIOS
     Gps.ManualRecordingTakesOneReadingAndWithoutAutostartTheLinkStaysClosed
     HotPlug.PullAndReplugTwiceDuringAnEventGoesOnInNumberedFilesAndEndsOnTime
     Grabbers/Analog.StandardFoundAtStartUp/PalSignalIsFoundAndRecordedAsPal
-    SelectDevice.ChoosingTheSecondCameraRunsItAndCancelBringsTheFirstBack
-    SelectDevice.IgnoreHandsThePictureOverAndRestoreTakesTheDeviceBack
+    SelectDevice.ChoosingRunsTheCameraCancelBringsTheFirstBackAndIgnoreHandsThePictureOver
     SelectDevice.OkWritesTheIgnoredAndDefaultNamesAndClearingTheDefaultLeavesItInTheFile
     SelectDevice.OneIgnoredDeviceLeavesTheListEmptyAndRestoreBringsEverythingBack
     SelectDevice.EitherDeviceWindowTurnsMagnifyOffAndGreysTheThreeDeviceItems
-    SelectDevice.Screenshots
     DeviceFormat.ASizeChosenInTheListRestartsTheCameraAtThatSize
     DeviceFormat.SlidersSetTheDeviceDefaultsResetItAndCancelRestoresTheOpening
     DeviceFormat.OkWithSaveWritesTheConfigurationAndTheNextStartAppliesIt
