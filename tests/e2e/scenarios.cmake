@@ -27,8 +27,7 @@ set(MAVU_E2E_SCENARIOS
     Recording.ManualRecordingWritesTheAviAndItsReportAndGreysTheMenusMeanwhile
     Recording.ExitOrTheCloseBoxDuringARecordingFinishesItsFileAndReport
     Events.OneEventRecordsCentredOnItsMoment
-    Events.LoadingSaysWhatOverlapsAndPassesOverWhatIsOver
-    Events.ManualRecordingDuringACountdownCancelsItAndStopReloads
+    Events.LoadingSaysWhatOverlapsAndAManualRecordingCancelsTheCountdownUntilStop
     Events.StopDuringAnEventAsksAndTheEventIsNotArmedAgain
     Events.ShutdownCountsDownFromThirtyAndCancelStopsIt
     Gps.ReceiverOnlyOnCom10IsNotFoundAfterAScanThatWaitsOnASilentCom1
@@ -39,9 +38,8 @@ set(MAVU_E2E_SCENARIOS
     SelectDevice.OkWritesTheIgnoredAndDefaultNamesAndClearingTheDefaultLeavesItInTheFile
     SelectDevice.OneIgnoredDeviceLeavesTheListEmptyAndRestoreBringsEverythingBack
     SelectDevice.EitherDeviceWindowTurnsMagnifyOffAndGreysTheThreeDeviceItems
-    DeviceFormat.ASizeChosenInTheListRestartsTheCameraAtThatSize
     DeviceFormat.SlidersSetTheDeviceDefaultsResetItAndCancelRestoresTheOpening
-    DeviceFormat.OkWithSaveWritesTheConfigurationAndTheNextStartAppliesIt
+    DeviceFormat.ASizeChosenRestartsTheCameraAndOkWithSaveWritesItForTheNextStart
     DeviceFormat.AGrabbersStandardsAreGreyUnderAutoDetectAndPalRestartsAt720x576
     DeviceFormat.ADeviceWithoutPicturePropertiesShowsOnlySetDefaultValues
 )
@@ -49,7 +47,6 @@ set(MAVU_E2E_SCENARIOS
 # Scenarios of minutes, and variants of shorter ones, run by: ctest -L long
 set(MAVU_E2E_LONG_SCENARIOS
     Events.ShutdownAtTheEndOfTheCountIsWhatThePlatformGives
-    Events.TwoEventsAMinuteApartAreBothRecordedInOrder
     Stress.PreviewAndRecordingCyclesAllComeBack
     Gps.HangUpMidRunKeepsTheProgramAnsweringAndItsHandlesLevel
     HotPlug.PullAndReplugDuringAManualRecordingGoesOnUnderTheManualName
