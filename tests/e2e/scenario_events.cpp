@@ -73,25 +73,14 @@ void RecordOneEvent(const Environment& environment)
     EXPECT_EQ(WindowText(countdown), L"Recording Event");
     ASSERT_TRUE(run.WaitTitle(kMainTitle, 30000));
     EXPECT_TRUE(WaitUntil([&] { return !IsVisible(countdown); }, 5000));
-    ASSERT_TRUE(WaitUntil([&] { return !ListFiles(run.folder + L"\\VideoFiles", L"*.txt").empty(); }, 10000));
-
     // Named by the event and its nominal start (the moment less half the
     // duration), in UTC.
-    SYSTEMTIME nominal = UtcInSeconds(0);
-    FILETIME momentFile;
-    SystemTimeToFileTime(&moment, &momentFile);
-    ULARGE_INTEGER ticks{{momentFile.dwLowDateTime, momentFile.dwHighDateTime}};
-    ticks.QuadPart -= 5 * 10000000ull;
-    FILETIME nominalFile{ticks.LowPart, ticks.HighPart};
-    FileTimeToSystemTime(&nominalFile, &nominal);
-    wchar_t expected[96];
-    swprintf(expected, 96, L"Vesta_TYC 1_%02u_%02u_%04u_%02u_%02u_%02u.avi", nominal.wMonth, nominal.wDay,
-             nominal.wYear, nominal.wHour, nominal.wMinute, nominal.wSecond);
-    std::vector<std::wstring> videos = ListFiles(run.folder + L"\\VideoFiles", L"*.avi");
+    SYSTEMTIME nominal = Shifted(moment, -5);
+    std::vector<std::wstring> videos = run.Recordings();
     ASSERT_EQ(videos.size(), 1u);
-    EXPECT_EQ(videos[0], expected);
+    EXPECT_EQ(videos[0], L"Vesta_TYC 1_" + TimeName(nominal) + L".avi");
 
-    std::wstring avi = run.folder + L"\\VideoFiles\\" + videos[0];
+    std::wstring avi = run.Videos() + L"\\" + videos[0];
     std::vector<synthcam::FrameStamp> stamps = testsupport::ReadRecordedStamps(Narrow(avi), 640);
     ASSERT_GT(stamps.size(), 200u);
     double startOffset = (static_cast<double>(stamps.front().utcMs) - static_cast<double>(MsSince2020(nominal))) / 1000;
@@ -102,7 +91,7 @@ void RecordOneEvent(const Environment& environment)
     // Beside it, each frame's UTC.
     testsupport::ExpectRecordMatchesTheStamps(Narrow(avi), stamps, 1000.0 / 30);
 
-    std::string report = ReadBytes(avi.substr(0, avi.size() - 4) + L".txt");
+    std::string report = run.ReportOf(videos[0]);
     EXPECT_EQ(report.rfind("Event recording: \r\r\n", 0), 0u) << report;
     run.program->Kill();
 }
@@ -144,9 +133,8 @@ TEST(Events, HandWrittenEventWithAnAccentedCommentIsListedAndRecorded)
     ASSERT_TRUE(run.WaitTitle(kPendingTitle, 5000));
     ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 30000));
     ASSERT_TRUE(run.WaitTitle(kMainTitle, 30000));
-    ASSERT_TRUE(WaitUntil([&] { return !ListFiles(run.folder + L"\\VideoFiles", L"*.txt").empty(); }, 10000));
     // The star's name, read from the same bytes, names the recording.
-    std::vector<std::wstring> videos = ListFiles(run.folder + L"\\VideoFiles", L"*.avi");
+    std::vector<std::wstring> videos = run.Recordings();
     ASSERT_EQ(videos.size(), 1u);
     EXPECT_EQ(videos[0].rfind(L"Vesta_V\u00E9ga_", 0), 0u) << Narrow(videos[0]);
     run.program->Kill();
@@ -264,13 +252,12 @@ TEST(Events, HibernateRequestIsDroppedWhereThePlatformCannotHibernate)
     std::wstring text = run.program->Messages();
     EXPECT_NE(text.find(L"Computer cannot be placed into hibernation"), std::wstring::npos) << Narrow(text);
     EXPECT_EQ(text.find(L"NOTE: computer will be placed in hibernate"), std::wstring::npos);
-    ASSERT_TRUE(WaitUntil([&] { return !ListFiles(run.folder + L"\\VideoFiles", L"*.txt").empty(); }, 30000));
+    EXPECT_EQ(run.Recordings(1, 30000).size(), 1u);
     ASSERT_TRUE(run.WaitTitle(kMainTitle, 5000));
     Sleep(2000);
     HWND power = run.Window(L"Hibernate");
     ASSERT_NE(power, nullptr);
     EXPECT_FALSE(IsVisible(power)) << "no power countdown follows";
-    EXPECT_EQ(ListFiles(run.folder + L"\\VideoFiles", L"*.avi").size(), 1u);
     run.program->Kill();
 }
 

@@ -49,7 +49,7 @@ Piece ReadPiece(const ProgramRun& run, const std::wstring& name)
     piece.name = name;
     std::wstring avi = run.Videos() + L"\\" + name;
     piece.stamps = testsupport::ReadRecordedStamps(Narrow(avi), 640);
-    piece.report = ReadBytes(avi.substr(0, avi.size() - 4) + L".txt");
+    piece.report = run.ReportOf(name);
     return piece;
 }
 
@@ -142,11 +142,8 @@ TEST(HotPlug, PullAndReplugTwiceDuringAnEventGoesOnInNumberedFilesAndEndsOnTime)
     EXPECT_NEAR(static_cast<double>(endedAt - recordingFrom) / 1000, 20.5, 1.5);
     // And the next event is armed as usual.
     EXPECT_TRUE(run.WaitTitle(kPendingTitle, 10000));
-    ASSERT_TRUE(WaitUntil([&] { return ListFiles(run.Videos(), L"*.txt").size() == 3; }, 10000));
+    std::vector<std::wstring> videos = run.Recordings(3);
     EXPECT_EQ(run.Count(L"Current Event Information:"), 2);
-
-    std::vector<std::wstring> videos = ListFiles(run.Videos(), L"*.avi");
-    std::sort(videos.begin(), videos.end());
     ASSERT_EQ(videos.size(), 3u);
     std::vector<std::wstring> names = PieceNames(videos[0], 2);
     EXPECT_EQ(videos, names);
@@ -192,10 +189,7 @@ TEST(HotPlug, PullAndReplugDuringAManualRecordingGoesOnUnderTheManualName)
     Sleep(3000);
     Click(stop);
     ASSERT_TRUE(run.WaitTitle(kMainTitle, 10000));
-    ASSERT_TRUE(WaitUntil([&] { return ListFiles(run.Videos(), L"*.txt").size() == 2; }, 10000));
-
-    std::vector<std::wstring> videos = ListFiles(run.Videos(), L"*.avi");
-    std::sort(videos.begin(), videos.end());
+    std::vector<std::wstring> videos = run.Recordings(2);
     ASSERT_EQ(videos.size(), 2u);
     EXPECT_TRUE(std::regex_match(Narrow(videos[0]), std::regex(R"(\d\d_\d\d_\d{4}_\d\d_\d\d_\d\d\.avi)")))
         << Narrow(videos[0]);
@@ -241,9 +235,9 @@ TEST(HotPlug, TheNextDeviceTakesOverFromAPulledOneAndTheDefaultTakesOverWhenItCo
     ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 10000));
     Sleep(1500);
     Click(stop);
-    ASSERT_TRUE(WaitUntil([&] { return ListFiles(run.Videos(), L"*.txt").size() == 1; }, 10000));
-    std::vector<std::wstring> reports = ListFiles(run.Videos(), L"*.txt");
-    std::string report = ReadBytes(run.Videos() + L"\\" + reports[0]);
+    std::vector<std::wstring> videos = run.Recordings();
+    ASSERT_EQ(videos.size(), 1u);
+    std::string report = run.ReportOf(videos[0]);
     EXPECT_NE(report.find("Video source device: Main Cam\r\r\n"), std::string::npos) << report;
     run.program->Kill();
 }

@@ -252,7 +252,7 @@ TEST(OptionWindows, PerformanceChangesTheRendererAndRestarts)
     EXPECT_EQ(run.program->CountMessages(L"SEVERE"), severe) << "the camera restarted with VMR9";
     std::vector<std::wstring> videos = RecordInto(*run.program, run.folder + L"\\VideoFiles");
     ASSERT_EQ(videos.size(), 1u);
-    std::string report = ReadBytes(run.folder + L"\\VideoFiles\\" + videos[0].substr(0, videos[0].size() - 4) + L".txt");
+    std::string report = run.ReportOf(videos[0]);
     EXPECT_NE(report.find("Video renderer: VMR9"), std::string::npos) << report;
     EXPECT_EQ(run.OptionsFile().find("DefaultRenderer"), std::string::npos) << "OK alone writes nothing";
 

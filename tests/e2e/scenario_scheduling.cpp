@@ -29,33 +29,6 @@ std::string TwoDigits(int value, char pad)
     return text;
 }
 
-std::wstring Wide(const std::string& text)
-{
-    return std::wstring(text.begin(), text.end());
-}
-
-// "mm_dd_yyyy_hh_mm_ss" of a moment.
-std::string TimeName(const SYSTEMTIME& time)
-{
-    char text[32];
-    std::snprintf(text, sizeof text, "%02u_%02u_%04u_%02u_%02u_%02u", time.wMonth, time.wDay, time.wYear, time.wHour,
-                  time.wMinute, time.wSecond);
-    return text;
-}
-
-// A moment moved by some seconds.
-SYSTEMTIME Shifted(const SYSTEMTIME& moment, int seconds)
-{
-    FILETIME file{};
-    SystemTimeToFileTime(&moment, &file);
-    ULARGE_INTEGER ticks{{file.dwLowDateTime, file.dwHighDateTime}};
-    ticks.QuadPart += static_cast<ULONGLONG>(static_cast<LONGLONG>(seconds) * 10000000LL);
-    FILETIME moved{ticks.LowPart, ticks.HighPart};
-    SYSTEMTIME result{};
-    FileTimeToSystemTime(&moved, &result);
-    return result;
-}
-
 struct Scheduling : ProgramRun {
     HWND schedule = nullptr;
     HWND eventPicker = nullptr;
@@ -107,14 +80,12 @@ struct Scheduling : ProgramRun {
     std::vector<std::wstring> EventFiles() const { return ListFiles(folder + L"\\Events", L"*.mef"); }
     // The one recording, once its report is written: named by the event and
     // its nominal start, four seconds before the moment, with an event's report.
-    void ExpectOneEventRecording(const std::string& prefix, const SYSTEMTIME& moment, int minimumFrames = 0) const
+    void ExpectOneEventRecording(const std::wstring& prefix, const SYSTEMTIME& moment, int minimumFrames = 0) const
     {
-        ASSERT_TRUE(WaitUntil([&] { return !ListFiles(Videos(), L"*.txt").empty(); }, 10000))
-            << Narrow(program->Messages());
-        std::vector<std::wstring> videos = ListFiles(Videos(), L"*.avi");
-        ASSERT_EQ(videos.size(), 1u);
-        EXPECT_EQ(videos[0], Wide(prefix + TimeName(Shifted(moment, -4)) + ".avi"));
-        std::string report = ReadBytes(Videos() + L"\\" + videos[0].substr(0, videos[0].size() - 4) + L".txt");
+        std::vector<std::wstring> videos = Recordings();
+        ASSERT_EQ(videos.size(), 1u) << Narrow(program->Messages());
+        EXPECT_EQ(videos[0], prefix + TimeName(Shifted(moment, -4)) + L".avi");
+        std::string report = ReportOf(videos[0]);
         EXPECT_EQ(report.rfind("Event recording: ", 0), 0u) << report;
         testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(Videos() + L"\\" + videos[0]));
         ASSERT_TRUE(video.ok) << video.raw;
@@ -194,20 +165,20 @@ TEST(Scheduling, AnEventScheduledInTheWindowIsWrittenArmedAndRecorded)
     Click(button);
 
     ASSERT_TRUE(WaitUntil([&] { return !IsVisible(run.schedule); }, 5000));
-    std::string name = "Vesta_TYC1234_" + TimeName(moment);
+    std::wstring name = L"Vesta_TYC1234_" + TimeName(moment);
     std::vector<std::wstring> files = run.EventFiles();
     ASSERT_EQ(files.size(), 1u);
-    EXPECT_EQ(files[0], Wide(name + ".mef"));
+    EXPECT_EQ(files[0], name + L".mef");
     EXPECT_EQ(ReadBytes(run.folder + L"\\Events\\" + files[0]),
               EventFileBytes(moment, 8, "Rehearsal (dry run)", "Vesta", "TYC1234", false, false));
-    ASSERT_TRUE(run.program->WaitForMessage(Wide("Scheduled an event recording:  " + name + "\r\n"), 5000));
-    ASSERT_TRUE(run.program->WaitForMessage(Wide("    " + name), 5000));
+    ASSERT_TRUE(run.program->WaitForMessage(L"Scheduled an event recording:  " + name + L"\r\n", 5000));
+    ASSERT_TRUE(run.program->WaitForMessage(L"    " + name, 5000));
     EXPECT_EQ(WindowText(run.Main()), kPendingTitle);
 
     // Recorded like an event from a hand-written file.
     ASSERT_TRUE(WaitUntil([&] { return WindowText(run.Main()) == kRecordingTitle; }, 40000));
     ASSERT_TRUE(WaitUntil([&] { return WindowText(run.Main()) == kMainTitle; }, 30000));
-    run.ExpectOneEventRecording("Vesta_TYC1234_", moment);
+    run.ExpectOneEventRecording(L"Vesta_TYC1234_", moment);
     run.program->Kill();
 }
 
@@ -278,7 +249,7 @@ TEST(Scheduling, EditingAnEventReplacesItsFile)
 {
     Scheduling run;
     SYSTEMTIME moment = UtcInSeconds(3600);
-    WriteProgramEvent(run.folder, L"Ceres_" + Wide(TimeName(moment)), moment, 20, "Ceres", "");
+    WriteProgramEvent(run.folder, L"Ceres_" + TimeName(moment), moment, 20, "Ceres", "");
     ASSERT_TRUE(run.Start());
     run.OpenList();
     ASSERT_EQ(ListViewRowCount(run.list), 1);
@@ -297,7 +268,7 @@ TEST(Scheduling, EditingAnEventReplacesItsFile)
     ASSERT_TRUE(WaitUntil([&] { return !IsVisible(run.schedule); }, 5000));
     std::vector<std::wstring> files = run.EventFiles();
     ASSERT_EQ(files.size(), 1u);
-    EXPECT_EQ(files[0], Wide("Ceres_" + TimeName(moment) + ".mef"));
+    EXPECT_EQ(files[0], L"Ceres_" + TimeName(moment) + L".mef");
 
     // To a new time: a file of the new name, and the old one gone.
     ClickListViewRow(run.list, 0);
@@ -308,7 +279,7 @@ TEST(Scheduling, EditingAnEventReplacesItsFile)
     ASSERT_TRUE(WaitUntil([&] { return !IsVisible(run.schedule); }, 5000));
     files = run.EventFiles();
     ASSERT_EQ(files.size(), 1u);
-    EXPECT_EQ(files[0], Wide("Ceres_" + TimeName(later) + ".mef"));
+    EXPECT_EQ(files[0], L"Ceres_" + TimeName(later) + L".mef");
     EXPECT_EQ(ListViewText(run.list, 0, 7), files[0]);
     run.program->Kill();
 }
@@ -452,8 +423,8 @@ TEST(Scheduling, DeletesAndASaveDuringAnEventLeaveItToEndAtItsTime)
 {
     Scheduling run;
     SYSTEMTIME moment = UtcInSeconds(14);
-    WriteProgramEvent(run.folder, L"Vesta_" + Wide(TimeName(moment)), moment, 8, "Vesta", "");
-    ASSERT_TRUE(SetFileAttributesW((run.folder + L"\\Events\\Vesta_" + Wide(TimeName(moment)) + L".mef").c_str(),
+    WriteProgramEvent(run.folder, L"Vesta_" + TimeName(moment), moment, 8, "Vesta", "");
+    ASSERT_TRUE(SetFileAttributesW((run.folder + L"\\Events\\Vesta_" + TimeName(moment) + L".mef").c_str(),
                                    FILE_ATTRIBUTE_READONLY));
     ASSERT_TRUE(run.Start());
     // Both are opened before the recording greys their menu items.
@@ -480,8 +451,8 @@ TEST(Scheduling, DeletesAndASaveDuringAnEventLeaveItToEndAtItsTime)
     EXPECT_EQ(WindowText(run.Main()), kRecordingTitle) << "only the countdown was cancelled";
 
     // The event ends on its own, about 4 s after its moment, with its report; about 8 s at 30 frames a second.
-    run.ExpectOneEventRecording("Vesta_", moment, 6 * 30);
-    SetFileAttributesW((run.folder + L"\\Events\\Vesta_" + Wide(TimeName(moment)) + L".mef").c_str(),
+    run.ExpectOneEventRecording(L"Vesta_", moment, 6 * 30);
+    SetFileAttributesW((run.folder + L"\\Events\\Vesta_" + TimeName(moment) + L".mef").c_str(),
                        FILE_ATTRIBUTE_NORMAL);
     run.program->Kill();
 }
