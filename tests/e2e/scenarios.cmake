@@ -20,8 +20,7 @@ set(MAVU_E2E_SCENARIOS
     Scheduling.TheDefaultDurationTooSoonAnEventAndDisallowedCharacters
     Scheduling.EditingAnEventReplacesItsFile
     Scheduling.DeletingAsksByTheRowsAndRearmsTheNextEvent
-    Scheduling.TheListSortsAndShowsItsCells
-    Scheduling.AFileThatCannotBeDeletedIsWarnedAboutAndTheOthersGo
+    Scheduling.TheListSortsAndShowsItsCellsAndAFileThatCannotBeDeletedIsWarnedAbout
     Scheduling.DeletesAndASaveDuringAnEventLeaveItToEndAtItsTime
     Video.Vmr7WithoutQualityInterfaceIsRefused
     Recording.ManualRecordingWritesTheAviAndItsReportAndGreysTheMenusMeanwhile
