@@ -49,8 +49,7 @@ set(MAVU_E2E_LONG_SCENARIOS
     Stress.PreviewAndRecordingCyclesAllComeBack
     Gps.HangUpMidRunKeepsTheProgramAnsweringAndItsHandlesLevel
     HotPlug.PullAndReplugDuringAManualRecordingGoesOnUnderTheManualName
-    HotPlug.TheNextDeviceTakesOverFromAPulledOneAndTheDefaultTakesOverWhenItComes
-    HotPlug.UnusableIgnoredAndDoubleRemovalsEachGiveTheirLines
+    HotPlug.EachChangeGivesItsLineTheNextDeviceTakesOverAndTheDefaultTakesOverWhenItComes
     HotPlug.ANotificationDuringACameraStartIsDroppedAndTheNextOneFindsTheChange
     Grabbers/Analog.StandardFoundAtStartUp/NtscSignalStaysNtscWithoutALine
     Grabbers/Analog.StandardFoundAtStartUp/SixFramesDrawnCountAsPalAndFiveAsNtsc
