@@ -49,9 +49,8 @@ private:
 
 TEST(Disk, AFullDiskStopsTheRecordingWithItsFileAndReportAndTheNextEventRecords)
 {
-    devicetest::SyntheticDevices devices;
-    ASSERT_TRUE(devices.Add(L"Sky Cam", L"webcam"));
-    std::wstring folder = MakeWorkFolderForCurrentTest();
+    ProgramRun run;
+    const std::wstring& folder = run.folder;
     std::wstring videos = folder + L"\\small";
     SmallVolume volume(videos, 200);
     if (!volume.Mounted())
@@ -60,10 +59,8 @@ TEST(Disk, AFullDiskStopsTheRecordingWithItsFileAndReportAndTheNextEventRecords)
     // 5 s fit.
     WriteEvent(folder, L"a_big", UtcInSeconds(25), 30, "Big");
     WriteEvent(folder, L"b_small", UtcInSeconds(75), 5, "Small");
-    WriteOptions(folder, Option("DefaultRenderer", "VMR9") + Option("VideoDirectory", Narrow(videos + L"\\").c_str()));
-    Program program(folder);
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
+    ASSERT_TRUE(run.StartWithSkyCam(Option("VideoDirectory", Narrow(videos + L"\\").c_str())));
+    Program& program = *run.program;
     HWND main = program.MainWindow();
     // Armed, the big event is warned of, with both figures and the folder.
     std::wstring messages = program.Messages();
