@@ -61,59 +61,6 @@ TEST(ToolWindows, MagnifyDoublesThePictureAndBrightnessWithoutTheFileOptionIsThe
     run.program->Kill();
 }
 
-// Where Direct3D draws no picture into the main window, the picture checks skip.
-// The slider sets the threshold of the running filter: at 200 the saturated
-// star is painted, at 255 the picture has no warning colour. Save keeps a
-// value as the option and the window open; Remove clears it and closes.
-TEST(ToolWindows, PixelSaturationSliderAndItsTwoSaves)
-{
-    ProgramRun run;
-    ASSERT_TRUE(run.StartWithSkyCam());
-    HWND window = run.Open(IDM_PIXEL_SATURATION, L"PixelSaturation");
-    ASSERT_NE(window, nullptr);
-    HWND slider = GetDlgItem(window, kSaturationSlider);
-    HWND save = GetDlgItem(window, kSaturationSaveButton);
-    EXPECT_FALSE(IsEnabled(save));
-    Sleep(2000);
-    bool pictured = PictureShowsIn(run.Clipping());
-    if (pictured) {
-        EXPECT_EQ(WarningPixels("saturation-255", run.Clipping()), 0) << "no threshold until the slider moves";
-    }
-    MoveSlider(slider, 200);
-    Sleep(500);
-    if (pictured) {
-        EXPECT_GT(WarningPixels("saturation-200", run.Clipping()), 10);
-    }
-    EXPECT_TRUE(TakeScreenshot("pixel-saturation"));
-
-    HWND use = GetDlgItem(window, kSaturationUseBox);
-    HWND remove = GetDlgItem(window, kSaturationRemoveBox);
-    Click(use);
-    EXPECT_TRUE(IsEnabled(save));
-    Click(remove);
-    EXPECT_EQ(SendMessageW(use, BM_GETCHECK, 0, 0), BST_UNCHECKED) << "the boxes exclude each other";
-    Click(use);
-    EXPECT_EQ(SendMessageW(remove, BM_GETCHECK, 0, 0), BST_UNCHECKED);
-    Click(save);
-    ASSERT_TRUE(run.program->WaitForMessage(L"Pixel saturation value saved in options file\r\n", 3000));
-    EXPECT_TRUE(IsVisible(window));
-    EXPECT_FALSE(IsEnabled(save));
-    EXPECT_NE(run.OptionsFile().find("<PixelSaturationValue Value=\"200\"/>"), std::string::npos) << run.OptionsFile();
-
-    Click(remove);
-    Click(save);
-    ASSERT_TRUE(run.program->WaitForMessage(L"Pixel saturation removed from options file\r\n", 3000));
-    EXPECT_FALSE(IsVisible(window));
-    EXPECT_NE(run.OptionsFile().find("<PixelSaturationValue Value=\"-1\"/>"), std::string::npos) << run.OptionsFile();
-    if (pictured) {
-        Sleep(500);
-        EXPECT_EQ(WarningPixels("saturation-removed", run.Clipping()), 0);
-    }
-    run.program->Kill();
-    if (!pictured)
-        GTEST_SKIP() << kNoPictureHere;
-}
-
 namespace {
 
 // The mean level of the picture below the camera's stamp, as the screen
@@ -134,10 +81,12 @@ double PictureLevel(const std::string& name, HWND clipping)
 
 }  // namespace
 
-// With a colour effect in the prefix, the brightness slider acts on the
-// preview at once; closing the window puts both values back to the middle.
-// The file box shows only when the options allow colour in files.
-TEST(ToolWindows, BrightnessAndContrastActOnThePreviewAndClosingCentresThem)
+// Where Direct3D draws no picture into the main window, the picture checks skip. With a colour effect in the
+// prefix, the brightness slider acts on the preview at once; closing the window puts both values back to the
+// middle. The file box shows only when the options allow colour in files. The pixel saturation slider sets the
+// threshold of the running filter: at 200 the saturated star is painted, at 255 the picture has no warning
+// colour. Save keeps a value as the option and the window open; Remove clears it and closes.
+TEST(ToolWindows, BrightnessContrastAndPixelSaturationActOnThePreviewAndSave)
 {
     testsupport::RegisteredColorControl colorEffect;
     ProgramRun run;
@@ -172,6 +121,45 @@ TEST(ToolWindows, BrightnessAndContrastActOnThePreviewAndClosingCentresThem)
     Sleep(2000);
     if (pictured) {
         EXPECT_NEAR(PictureLevel("brightness-closed", run.Clipping()), middle, 10);
+    }
+
+    window = run.Open(IDM_PIXEL_SATURATION, L"PixelSaturation");
+    ASSERT_NE(window, nullptr);
+    HWND slider = GetDlgItem(window, kSaturationSlider);
+    HWND save = GetDlgItem(window, kSaturationSaveButton);
+    EXPECT_FALSE(IsEnabled(save));
+    if (pictured) {
+        EXPECT_EQ(WarningPixels("saturation-255", run.Clipping()), 0) << "no threshold until the slider moves";
+    }
+    MoveSlider(slider, 200);
+    Sleep(500);
+    if (pictured) {
+        EXPECT_GT(WarningPixels("saturation-200", run.Clipping()), 10);
+    }
+    EXPECT_TRUE(TakeScreenshot("pixel-saturation"));
+
+    HWND use = GetDlgItem(window, kSaturationUseBox);
+    HWND remove = GetDlgItem(window, kSaturationRemoveBox);
+    Click(use);
+    EXPECT_TRUE(IsEnabled(save));
+    Click(remove);
+    EXPECT_EQ(SendMessageW(use, BM_GETCHECK, 0, 0), BST_UNCHECKED) << "the boxes exclude each other";
+    Click(use);
+    EXPECT_EQ(SendMessageW(remove, BM_GETCHECK, 0, 0), BST_UNCHECKED);
+    Click(save);
+    ASSERT_TRUE(run.program->WaitForMessage(L"Pixel saturation value saved in options file\r\n", 3000));
+    EXPECT_TRUE(IsVisible(window));
+    EXPECT_FALSE(IsEnabled(save));
+    EXPECT_NE(run.OptionsFile().find("<PixelSaturationValue Value=\"200\"/>"), std::string::npos) << run.OptionsFile();
+
+    Click(remove);
+    Click(save);
+    ASSERT_TRUE(run.program->WaitForMessage(L"Pixel saturation removed from options file\r\n", 3000));
+    EXPECT_FALSE(IsVisible(window));
+    EXPECT_NE(run.OptionsFile().find("<PixelSaturationValue Value=\"-1\"/>"), std::string::npos) << run.OptionsFile();
+    if (pictured) {
+        Sleep(500);
+        EXPECT_EQ(WarningPixels("saturation-removed", run.Clipping()), 0);
     }
     run.program->Kill();
     if (!pictured)

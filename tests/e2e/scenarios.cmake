@@ -7,16 +7,15 @@ set(MAVU_E2E_SCENARIOS
     Dialogs.EveryTextFitsItsControlInItsOwnFont
     Options.StartUpReadsTheFileOrItsFallbackOrSaysItCannot
     OptionWindows.FileOptionsPrefixesHostNameAndFolderAreFilteredSavedAndUsed
-    OptionWindows.EventPendingSwitchesTheCountdownAtOnce
     OptionWindows.PerformanceChangesTheRendererAndRestarts
     OptionWindows.MiscellaneousSavesOnlyChangesAndAFailedWriteWarns
+    OptionWindows.EventPendingSwitchesTheCountdownAtOnce
     OptionWindows.CodecSelectorPairsTheCompressorAndTheNextRecordingUsesIt
     Options.SavedPositionsFolderCameraAndCodecPairSurviveRestartAndSaveAgain
     Video.Vmr9PreviewIsSizedLiveAndTogglesPixelSaturation
     ToolWindows.MagnifyDoublesThePictureAndBrightnessWithoutTheFileOptionIsTheSmallWindow
-    ToolWindows.BrightnessAndContrastActOnThePreviewAndClosingCentresThem
+    ToolWindows.BrightnessContrastAndPixelSaturationActOnThePreviewAndSave
     ToolWindows.FrameIntegrationRefusesCountsOutsideTwoToThirtyKeepsTheBackgroundAndARecordingTurnsItOff
-    ToolWindows.PixelSaturationSliderAndItsTwoSaves
     Scheduling.TheDefaultDurationTooSoonAnEventAndDisallowedCharacters
     Scheduling.EditingAnEventReplacesItsFile
     Scheduling.DeletingAsksByTheRowsAndRearmsTheNextEvent
