@@ -47,19 +47,6 @@ inline bool Checked(HWND button)
     return SendMessageW(button, BM_GETCHECK, 0, 0) == BST_CHECKED;
 }
 
-// A moment moved by some seconds.
-inline SYSTEMTIME Shifted(const SYSTEMTIME& moment, int seconds)
-{
-    FILETIME file{};
-    SystemTimeToFileTime(&moment, &file);
-    ULARGE_INTEGER ticks{{file.dwLowDateTime, file.dwHighDateTime}};
-    ticks.QuadPart += static_cast<ULONGLONG>(static_cast<LONGLONG>(seconds) * 10000000LL);
-    FILETIME moved{ticks.LowPart, ticks.HighPart};
-    SYSTEMTIME result{};
-    FileTimeToSystemTime(&moved, &result);
-    return result;
-}
-
 // "mm_dd_yyyy_hh_mm_ss" of a moment, as the program names files by it.
 inline std::wstring TimeName(const SYSTEMTIME& time)
 {

@@ -70,8 +70,11 @@ SIZE Frame(HWND main)
 
 // A row chosen restarts the preview on that device at once and the main window takes its size; Cancel, or the
 // close box, brings the first device back. Ignoring the device in use hands the picture to the other; Restore
-// puts the device back in the list, and the first device is taken again.
-TEST(SelectDevice, ChoosingRunsTheCameraCancelBringsTheFirstBackAndIgnoreHandsThePictureOver)
+// puts the device back in the list, and the first device is taken again. Opening either device window turns
+// Magnify off; while it is open "Magnify...", "Select Input Device..." and "Device Properties..." are grey, and
+// closing it by any of its ways enables them again. The menu is read from inside the program (another process
+// can't read it here).
+TEST(SelectDevice, ChoosingIgnoringAndEitherDeviceWindowsGreyItems)
 {
     SelectRun run;
     ASSERT_TRUE(run.Start());
@@ -141,6 +144,54 @@ TEST(SelectDevice, ChoosingRunsTheCameraCancelBringsTheFirstBackAndIgnoreHandsTh
     EXPECT_EQ(run.Selected(), 0) << "the first device that isn't ignored is taken";
     Click(run.Item(kSelectDeviceOkButton));
     EXPECT_FALSE(IsVisible(run.window));
+    ASSERT_TRUE(run.WaitPicture(640, 480));
+
+    const struct {
+        unsigned command;
+        const wchar_t* className;
+        int ok;
+        int cancel;
+    } deviceWindows[] = {
+        {IDM_SELECT_INPUT_DEVICE, L"SelectVideoDeviceClassName", kSelectDeviceOkButton, kSelectDeviceCancelButton},
+        {IDM_DEVICE_PROPERTIES, L"DeviceFormat", kFormatOkButton, kFormatCancelButton},
+    };
+    DWORD id = run.program->ProcessId();
+    const unsigned kThree[] = {IDM_MAGNIFY, IDM_SELECT_INPUT_DEVICE, IDM_DEVICE_PROPERTIES};
+    auto expectGrey = [&](bool grey, const char* when) {
+        for (unsigned command : kThree) {
+            ASSERT_NE(RemoteMenuState(id, command), 0xFFFFFFFFu) << "the menu probe can't reach the program";
+            EXPECT_EQ(IsMenuItemGrey(id, command), grey) << when << ", command " << command;
+        }
+        EXPECT_FALSE(IsMenuItemGrey(id, IDM_CODEC)) << when;
+        EXPECT_FALSE(IsMenuItemGrey(id, IDM_BRIGHTNESS_CONTRAST)) << when;
+    };
+    expectGrey(false, "before opening");
+
+    for (const auto& device : deviceWindows) {
+        SCOPED_TRACE(Narrow(device.className));
+        SendCommand(run.Main(), IDM_MAGNIFY);
+        HWND magnify = run.Window(L"Magnify");
+        ASSERT_TRUE(magnify && IsVisible(magnify));
+        Click(GetDlgItem(magnify, kMagnifyDoubleRadio));
+        ASSERT_EQ(Size(run.Clipping()).cx, 1280);
+        ASSERT_NE(run.ProgramRun::Open(device.command, device.className), nullptr);
+        EXPECT_FALSE(IsVisible(magnify));
+        EXPECT_EQ(Size(run.Clipping()).cx, 640);
+        EXPECT_EQ(Size(run.Clipping()).cy, 480);
+        expectGrey(true, "open");
+        Click(run.Item(device.ok));
+        expectGrey(false, "after OK");
+
+        ASSERT_NE(run.ProgramRun::Open(device.command, device.className), nullptr);
+        expectGrey(true, "open again");
+        Click(run.Item(device.cancel));
+        EXPECT_FALSE(IsVisible(magnify));
+        EXPECT_EQ(Size(run.Clipping()).cx, 640);
+        expectGrey(false, "after Cancel");
+        ASSERT_NE(run.ProgramRun::Open(device.command, device.className), nullptr);
+        SendMessageW(run.window, WM_SYSCOMMAND, SC_CLOSE, 0);
+        expectGrey(false, "after the close box");
+    }
     run.program->Kill();
 }
 
@@ -220,63 +271,6 @@ TEST(SelectDevice, OneIgnoredDeviceLeavesTheListEmptyAndRestoreBringsEverythingB
     HWND start = FindChild(run.program->RecordControlsWindow(), L"Button");
     EXPECT_TRUE(IsEnabled(start));
     EXPECT_TRUE(run.WaitPicture(640, 480));
-    run.program->Kill();
-}
-
-// Opening either device window turns Magnify off; while it is open "Magnify...", "Select Input Device..." and
-// "Device Properties..." are grey, and closing it by any of its ways enables them again. The menu is read from
-// inside the program (another process can't read it here).
-TEST(SelectDevice, EitherDeviceWindowTurnsMagnifyOffAndGreysTheThreeDeviceItems)
-{
-    const struct {
-        unsigned command;
-        const wchar_t* className;
-        int ok;
-        int cancel;
-    } deviceWindows[] = {
-        {IDM_SELECT_INPUT_DEVICE, L"SelectVideoDeviceClassName", kSelectDeviceOkButton, kSelectDeviceCancelButton},
-        {IDM_DEVICE_PROPERTIES, L"DeviceFormat", kFormatOkButton, kFormatCancelButton},
-    };
-    SelectRun run;
-    ASSERT_TRUE(run.Start());
-    ASSERT_TRUE(run.WaitPicture(640, 480));
-    DWORD id = run.program->ProcessId();
-    const unsigned kThree[] = {IDM_MAGNIFY, IDM_SELECT_INPUT_DEVICE, IDM_DEVICE_PROPERTIES};
-    auto expectGrey = [&](bool grey, const char* when) {
-        for (unsigned command : kThree) {
-            ASSERT_NE(RemoteMenuState(id, command), 0xFFFFFFFFu) << "the menu probe can't reach the program";
-            EXPECT_EQ(IsMenuItemGrey(id, command), grey) << when << ", command " << command;
-        }
-        EXPECT_FALSE(IsMenuItemGrey(id, IDM_CODEC)) << when;
-        EXPECT_FALSE(IsMenuItemGrey(id, IDM_BRIGHTNESS_CONTRAST)) << when;
-    };
-    expectGrey(false, "before opening");
-
-    for (const auto& device : deviceWindows) {
-        SCOPED_TRACE(Narrow(device.className));
-        SendCommand(run.Main(), IDM_MAGNIFY);
-        HWND magnify = run.Window(L"Magnify");
-        ASSERT_TRUE(magnify && IsVisible(magnify));
-        Click(GetDlgItem(magnify, kMagnifyDoubleRadio));
-        ASSERT_EQ(Size(run.Clipping()).cx, 1280);
-        ASSERT_NE(run.ProgramRun::Open(device.command, device.className), nullptr);
-        EXPECT_FALSE(IsVisible(magnify));
-        EXPECT_EQ(Size(run.Clipping()).cx, 640);
-        EXPECT_EQ(Size(run.Clipping()).cy, 480);
-        expectGrey(true, "open");
-        Click(run.Item(device.ok));
-        expectGrey(false, "after OK");
-
-        ASSERT_NE(run.ProgramRun::Open(device.command, device.className), nullptr);
-        expectGrey(true, "open again");
-        Click(run.Item(device.cancel));
-        EXPECT_FALSE(IsVisible(magnify));
-        EXPECT_EQ(Size(run.Clipping()).cx, 640);
-        expectGrey(false, "after Cancel");
-        ASSERT_NE(run.ProgramRun::Open(device.command, device.className), nullptr);
-        SendMessageW(run.window, WM_SYSCOMMAND, SC_CLOSE, 0);
-        expectGrey(false, "after the close box");
-    }
     run.program->Kill();
 }
 
