@@ -58,8 +58,7 @@ set(MAVU_E2E_LONG_SCENARIOS
     Events.HibernateRequestIsDroppedWhereThePlatformCannotHibernate
     Gps.ReceiverAt4800OnCom3IsFoundShownClosedAndFoundAgainWithoutTheNotice
     Scheduling.AnEventScheduledInTheWindowIsWrittenArmedAndRecorded
-    SelectDevice.TheListsFollowDevicesPulledAndPluggedWhileOpen
-    SelectDevice.AChosenDeviceIsTheActiveOneWhenDevicesArePulled
+    SelectDevice.TheListsFollowDevicesPulledAndPluggedAndAChosenDeviceIsTheActiveOne
     DeviceFormat.TickingAutoDetectAgainFindsTheStandardByTrial
     DeviceFormat.TheDeviceGoneWhileOpenLeavesEveryControlHarmless
     DeviceFormat.ADeviceOfUnknownFormatIsReportedAndTheWindowShowsAsItStood
