@@ -94,6 +94,45 @@ struct FormatRun : ProgramRun {
 
 }  // namespace
 
+// A webcam's window: its name in the title, "Digital" in place of the
+// standards, its rates and sizes (none under 640x480: those are never
+// offered); 15 frames and 800x600 chosen restart the camera at that rate and
+// size, and OK keeps them for the next recording without writing anything.
+TEST(DeviceFormat, ASizeChosenInTheListRestartsTheCameraAtThatSize)
+{
+    FormatRun run;
+    ASSERT_TRUE(run.Start(L"Sky Cam", L"webcam"));
+    ASSERT_NE(run.Open(), nullptr);
+    EXPECT_EQ(WindowText(run.window), L"Sky Cam Properties");
+    EXPECT_EQ(WindowRect(run.window).right - WindowRect(run.window).left, 550);
+    EXPECT_TRUE(IsVisible(run.Item(kFormatDigitalLabel)));
+    for (int id : {kFormatAutoDetectBox, kFormatStandardFrame, kFormatNtscRadio, kFormatPalRadio})
+        EXPECT_FALSE(IsVisible(run.Item(id))) << id;
+    // The media subtype field is filled and never shown.
+    EXPECT_FALSE(IsVisible(run.Item(kFormatSubtypeField)));
+    EXPECT_EQ(WindowText(run.Item(kFormatSubtypeField)), L"YUY2");
+    EXPECT_EQ(run.RowsOf(kFormatFrameRateList), (Rows{L"30", L"10", L"15"}));
+    EXPECT_EQ(run.Selected(kFormatFrameRateList), 0);
+    // YUY2 and RGB24 of one size both stand in the list.
+    EXPECT_EQ(run.RowsOf(kFormatFrameSizeList), (Rows{L"640x480", L"640x480"}));
+    EXPECT_EQ(run.Selected(kFormatFrameSizeList), 0);
+    for (int row = 0; row < 6; ++row)
+        EXPECT_TRUE(IsVisible(run.Slider(row))) << row;
+    EXPECT_EQ(WindowText(run.Label(5)), L"Gain");
+    Sleep(1000);
+    EXPECT_TRUE(TakeScreenshot("device-properties-webcam"));
+
+    run.Choose800x600At15();
+    EXPECT_EQ(run.Picture().cx, 800);
+    EXPECT_EQ(run.Picture().cy, 600);
+    Click(run.Item(kFormatOkButton));
+    EXPECT_FALSE(IsVisible(run.window));
+    EXPECT_EQ(run.program->CountMessages(kRestored), 0);
+    ExpectRecordedAt(*run.program, 800, 600, "15", "Digital");
+    EXPECT_EQ(run.OptionsFile().find("VConfig"), std::string::npos);
+    run.program->Kill();
+}
+
 // Sliders act on the device at once, by page and by a dragged thumb, but
 // not at the thumb's release; Set Default Values puts device and sliders
 // to the defaults; Cancel puts back the size and the values of the opening.
@@ -142,47 +181,16 @@ TEST(DeviceFormat, SlidersSetTheDeviceDefaultsResetItAndCancelRestoresTheOpening
     run.program->Kill();
 }
 
-// A webcam's window: its name in the title, "Digital" in place of the standards, its rates and sizes (none under
-// 640x480: those are never offered); 15 frames and 800x600 chosen restart the camera at that rate and size, and OK
-// keeps them for the next recording without writing anything. OK with Save writes the device's VConfig; the box is
-// still ticked at the next opening; the close box keeps a change without restoring anything; and the next
-// start-up puts the saved size and brightness on the device.
-TEST(DeviceFormat, ASizeChosenRestartsTheCameraAndOkWithSaveWritesItForTheNextStart)
+// OK with Save writes the device's VConfig; the box is still ticked at the
+// next opening; the close box keeps a change without restoring anything;
+// and the next start-up puts the saved size and brightness on the device.
+TEST(DeviceFormat, OkWithSaveWritesTheConfigurationAndTheNextStartAppliesIt)
 {
     FormatRun run;
     ASSERT_TRUE(run.Start(L"Sky Cam", L"webcam"));
     ASSERT_NE(run.Open(), nullptr);
-    EXPECT_EQ(WindowText(run.window), L"Sky Cam Properties");
-    EXPECT_EQ(WindowRect(run.window).right - WindowRect(run.window).left, 550);
-    EXPECT_TRUE(IsVisible(run.Item(kFormatDigitalLabel)));
-    for (int id : {kFormatAutoDetectBox, kFormatStandardFrame, kFormatNtscRadio, kFormatPalRadio})
-        EXPECT_FALSE(IsVisible(run.Item(id))) << id;
-    // The media subtype field is filled and never shown.
-    EXPECT_FALSE(IsVisible(run.Item(kFormatSubtypeField)));
-    EXPECT_EQ(WindowText(run.Item(kFormatSubtypeField)), L"YUY2");
-    EXPECT_EQ(run.RowsOf(kFormatFrameRateList), (Rows{L"30", L"10", L"15"}));
-    EXPECT_EQ(run.Selected(kFormatFrameRateList), 0);
-    // YUY2 and RGB24 of one size both stand in the list.
-    EXPECT_EQ(run.RowsOf(kFormatFrameSizeList), (Rows{L"640x480", L"640x480"}));
-    EXPECT_EQ(run.Selected(kFormatFrameSizeList), 0);
-    for (int row = 0; row < 6; ++row)
-        EXPECT_TRUE(IsVisible(run.Slider(row))) << row;
-    EXPECT_EQ(WindowText(run.Label(5)), L"Gain");
-    Sleep(1000);
-    EXPECT_TRUE(TakeScreenshot("device-properties-webcam"));
-
-    run.Choose800x600At15();
-    EXPECT_EQ(run.Picture().cx, 800);
-    EXPECT_EQ(run.Picture().cy, 600);
-    Click(run.Item(kFormatOkButton));
-    EXPECT_FALSE(IsVisible(run.window));
-    EXPECT_EQ(run.program->CountMessages(kRestored), 0);
-    ExpectRecordedAt(*run.program, 800, 600, "15", "Digital");
-    EXPECT_EQ(run.OptionsFile().find("VConfig"), std::string::npos);
-
-    // With Save the configuration is written; the box is still ticked at the next opening.
-    ASSERT_NE(run.Open(), nullptr);
     EXPECT_FALSE(run.Checked(kFormatSaveBox));
+    run.Choose800x600At15();
     run.MoveSlider(kBrightnessRow, 20);
     Click(run.Item(kFormatSaveBox));
     Click(run.Item(kFormatOkButton));

@@ -13,8 +13,8 @@ constexpr DWORD kAnotherInstance = 0x80004004;
 }  // namespace
 
 // Without options or device: the lines in order, no options file written, no record buttons, the default
-// folders made. A second instance ends at once with its code and changes nothing; Exit ends the first with the
-// loop's exit code.
+// folders made. A second instance ends at once with its code and changes nothing; Set Window Positions writes the
+// file; Exit ends the first with the loop's exit code.
 TEST(Startup, NoOptionsNoDeviceReportsInOrderAndASecondInstanceChangesNothing)
 {
     std::wstring folder = MakeWorkFolderForCurrentTest();
@@ -55,6 +55,11 @@ TEST(Startup, NoOptionsNoDeviceReportsInOrderAndASecondInstanceChangesNothing)
     EXPECT_TRUE(EqualRect(&mainBefore, &mainAfter));
     EXPECT_EQ(FindProcessWindow(second.ProcessId(), nullptr), nullptr);
 
+    // Set Window Positions makes the file where none stood.
+    SendCommand(program.MainWindow(), IDM_SET_WINDOW_POSITIONS);
+    ASSERT_TRUE(program.WaitForMessage(L"Default window positions are saved in options file\r\n", 5000));
+    EXPECT_NE(ReadBytes(folder + L"\\MAVU_options_capture.xml").find("\t<MessageWindowPosition Value=\""),
+              std::string::npos);
     PostCommand(program.MainWindow(), IDM_EXIT);
     code = 1234;
     ASSERT_TRUE(program.WaitExit(10000, &code));

@@ -35,8 +35,9 @@ set(MAVU_E2E_SCENARIOS
     SelectDevice.ChoosingIgnoringAndEitherDeviceWindowsGreyItems
     SelectDevice.OkWritesTheIgnoredAndDefaultNamesAndClearingTheDefaultLeavesItInTheFile
     SelectDevice.OneIgnoredDeviceLeavesTheListEmptyAndRestoreBringsEverythingBack
+    DeviceFormat.ASizeChosenInTheListRestartsTheCameraAtThatSize
     DeviceFormat.SlidersSetTheDeviceDefaultsResetItAndCancelRestoresTheOpening
-    DeviceFormat.ASizeChosenRestartsTheCameraAndOkWithSaveWritesItForTheNextStart
+    DeviceFormat.OkWithSaveWritesTheConfigurationAndTheNextStartAppliesIt
     DeviceFormat.AGrabbersStandardsAreGreyUnderAutoDetectAndPalRestartsAt720x576
     DeviceFormat.ADeviceWithoutPicturePropertiesShowsOnlySetDefaultValues
 )
