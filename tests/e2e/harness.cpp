@@ -65,24 +65,15 @@ struct FindData {
     HWND found;
 };
 
-BOOL CALLBACK MatchTopLevel(HWND window, LPARAM parameter)
+// A window of the class and title asked for; for a top-level window, of the
+// process too (a child's class is matched in any case).
+BOOL CALLBACK MatchWindow(HWND window, LPARAM parameter)
 {
     auto* data = reinterpret_cast<FindData*>(parameter);
     DWORD owner = 0;
     GetWindowThreadProcessId(window, &owner);
-    if (owner != data->processId)
+    if (data->processId && owner != data->processId)
         return TRUE;
-    if (data->className && ClassName(window) != data->className)
-        return TRUE;
-    if (data->title && WindowText(window) != data->title)
-        return TRUE;
-    data->found = window;
-    return FALSE;
-}
-
-BOOL CALLBACK MatchChild(HWND window, LPARAM parameter)
-{
-    auto* data = reinterpret_cast<FindData*>(parameter);
     if (data->className && _wcsicmp(ClassName(window).c_str(), data->className) != 0)
         return TRUE;
     if (data->title && WindowText(window) != data->title)
@@ -161,14 +152,14 @@ bool WaitUntil(const std::function<bool()>& condition, DWORD timeoutMs, DWORD in
 HWND FindProcessWindow(DWORD processId, const wchar_t* className, const wchar_t* title)
 {
     FindData data{processId, className, title, nullptr};
-    EnumWindows(MatchTopLevel, reinterpret_cast<LPARAM>(&data));
+    EnumWindows(MatchWindow, reinterpret_cast<LPARAM>(&data));
     return data.found;
 }
 
 HWND FindChild(HWND parent, const wchar_t* className, const wchar_t* text)
 {
     FindData data{0, className, text, nullptr};
-    EnumChildWindows(parent, MatchChild, reinterpret_cast<LPARAM>(&data));
+    EnumChildWindows(parent, MatchWindow, reinterpret_cast<LPARAM>(&data));
     return data.found;
 }
 
@@ -297,17 +288,23 @@ bool TakeScreenshot(const std::string& name)
     return WaitUntil([&] { return GetFileAttributesA(windowsPath.c_str()) != INVALID_FILE_ATTRIBUTES; }, 30000, 100);
 }
 
-SYSTEMTIME UtcInSeconds(int seconds)
+SYSTEMTIME Shifted(const SYSTEMTIME& moment, int seconds)
 {
-    FILETIME now;
-    GetSystemTimeAsFileTime(&now);
-    ULARGE_INTEGER ticks;
-    ticks.LowPart = now.dwLowDateTime;
-    ticks.HighPart = now.dwHighDateTime;
+    FILETIME file{};
+    SystemTimeToFileTime(&moment, &file);
+    ULARGE_INTEGER ticks{{file.dwLowDateTime, file.dwHighDateTime}};
     ticks.QuadPart += static_cast<ULONGLONG>(static_cast<LONGLONG>(seconds) * 10000000LL);
     FILETIME moved{ticks.LowPart, ticks.HighPart};
-    SYSTEMTIME utc{};
-    FileTimeToSystemTime(&moved, &utc);
+    SYSTEMTIME result{};
+    FileTimeToSystemTime(&moved, &result);
+    return result;
+}
+
+SYSTEMTIME UtcInSeconds(int seconds)
+{
+    SYSTEMTIME now{};
+    GetSystemTime(&now);
+    SYSTEMTIME utc = Shifted(now, seconds);
     // Event files hold whole seconds: a moment with milliseconds would not be
     // the one the program reads back.
     utc.wMilliseconds = 0;

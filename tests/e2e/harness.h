@@ -64,6 +64,8 @@ bool TakeScreenshot(const std::string& name);
 // Turns a wide text into UTF-8 for test output.
 std::string Narrow(const std::wstring& text);
 
+// A moment moved by some seconds.
+SYSTEMTIME Shifted(const SYSTEMTIME& moment, int seconds);
 // The present UTC time moved by some seconds, in whole seconds.
 SYSTEMTIME UtcInSeconds(int seconds);
 // Writes "Events\NAME.mef" in the folder for an event at a UTC moment;

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <algorithm>
+#include <cstdio>
 #include <memory>
 #include <string>
 #include <vector>
@@ -43,6 +45,15 @@ inline Rows ListRows(HWND list)
 inline bool Checked(HWND button)
 {
     return SendMessageW(button, BM_GETCHECK, 0, 0) == BST_CHECKED;
+}
+
+// "mm_dd_yyyy_hh_mm_ss" of a moment, as the program names files by it.
+inline std::wstring TimeName(const SYSTEMTIME& time)
+{
+    wchar_t text[32];
+    std::swprintf(text, 32, L"%02u_%02u_%04u_%02u_%02u_%02u", time.wMonth, time.wDay, time.wYear, time.wHour,
+                  time.wMinute, time.wSecond);
+    return text;
 }
 
 struct ProgramRun {
@@ -87,6 +98,20 @@ struct ProgramRun {
     int Count(const std::wstring& text) const { return program->CountMessages(text); }
     std::string OptionsFile() const { return ReadBytes(folder + L"\\MAVU_options_capture.xml"); }
     std::wstring Videos() const { return folder + L"\\VideoFiles"; }
+    // The video folder's recordings by name, once `reports` reports stand beside them; none when they don't come.
+    std::vector<std::wstring> Recordings(size_t reports = 1, DWORD timeoutMs = 10000) const
+    {
+        if (!WaitUntil([&] { return ListFiles(Videos(), L"*.txt").size() >= reports; }, timeoutMs))
+            return {};
+        std::vector<std::wstring> avis = ListFiles(Videos(), L"*.avi");
+        std::sort(avis.begin(), avis.end());
+        return avis;
+    }
+    // The report beside a recording in the video folder.
+    std::string ReportOf(const std::wstring& avi) const
+    {
+        return ReadBytes(Videos() + L"\\" + avi.substr(0, avi.size() - 4) + L".txt");
+    }
     // A cable pulled or plugged, then the system's word that something changed.
     LRESULT Pull(const std::wstring& name) { return devices.Pull(name) ? SendDeviceChange(Main()) : -2; }
     LRESULT Plug(const std::wstring& name, const std::wstring& profile = L"webcam")

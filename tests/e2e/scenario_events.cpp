@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "e2e/program_run.h"
+#include "e2e/remote_controls.h"
 #include "support/code_page.h"
 #include "support/ffprobe.h"
 #include "support/frame_time_rows.h"
@@ -72,25 +73,14 @@ void RecordOneEvent(const Environment& environment)
     EXPECT_EQ(WindowText(countdown), L"Recording Event");
     ASSERT_TRUE(run.WaitTitle(kMainTitle, 30000));
     EXPECT_TRUE(WaitUntil([&] { return !IsVisible(countdown); }, 5000));
-    ASSERT_TRUE(WaitUntil([&] { return !ListFiles(run.folder + L"\\VideoFiles", L"*.txt").empty(); }, 10000));
-
     // Named by the event and its nominal start (the moment less half the
     // duration), in UTC.
-    SYSTEMTIME nominal = UtcInSeconds(0);
-    FILETIME momentFile;
-    SystemTimeToFileTime(&moment, &momentFile);
-    ULARGE_INTEGER ticks{{momentFile.dwLowDateTime, momentFile.dwHighDateTime}};
-    ticks.QuadPart -= 5 * 10000000ull;
-    FILETIME nominalFile{ticks.LowPart, ticks.HighPart};
-    FileTimeToSystemTime(&nominalFile, &nominal);
-    wchar_t expected[96];
-    swprintf(expected, 96, L"Vesta_TYC 1_%02u_%02u_%04u_%02u_%02u_%02u.avi", nominal.wMonth, nominal.wDay,
-             nominal.wYear, nominal.wHour, nominal.wMinute, nominal.wSecond);
-    std::vector<std::wstring> videos = ListFiles(run.folder + L"\\VideoFiles", L"*.avi");
+    SYSTEMTIME nominal = Shifted(moment, -5);
+    std::vector<std::wstring> videos = run.Recordings();
     ASSERT_EQ(videos.size(), 1u);
-    EXPECT_EQ(videos[0], expected);
+    EXPECT_EQ(videos[0], L"Vesta_TYC 1_" + TimeName(nominal) + L".avi");
 
-    std::wstring avi = run.folder + L"\\VideoFiles\\" + videos[0];
+    std::wstring avi = run.Videos() + L"\\" + videos[0];
     std::vector<synthcam::FrameStamp> stamps = testsupport::ReadRecordedStamps(Narrow(avi), 640);
     ASSERT_GT(stamps.size(), 200u);
     double startOffset = (static_cast<double>(stamps.front().utcMs) - static_cast<double>(MsSince2020(nominal))) / 1000;
@@ -101,7 +91,7 @@ void RecordOneEvent(const Environment& environment)
     // Beside it, each frame's UTC.
     testsupport::ExpectRecordMatchesTheStamps(Narrow(avi), stamps, 1000.0 / 30);
 
-    std::string report = ReadBytes(avi.substr(0, avi.size() - 4) + L".txt");
+    std::string report = run.ReportOf(videos[0]);
     EXPECT_EQ(report.rfind("Event recording: \r\r\n", 0), 0u) << report;
     run.program->Kill();
 }
@@ -143,15 +133,16 @@ TEST(Events, HandWrittenEventWithAnAccentedCommentIsListedAndRecorded)
     ASSERT_TRUE(run.WaitTitle(kPendingTitle, 5000));
     ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 30000));
     ASSERT_TRUE(run.WaitTitle(kMainTitle, 30000));
-    ASSERT_TRUE(WaitUntil([&] { return !ListFiles(run.folder + L"\\VideoFiles", L"*.txt").empty(); }, 10000));
     // The star's name, read from the same bytes, names the recording.
-    std::vector<std::wstring> videos = ListFiles(run.folder + L"\\VideoFiles", L"*.avi");
+    std::vector<std::wstring> videos = run.Recordings();
     ASSERT_EQ(videos.size(), 1u);
     EXPECT_EQ(videos[0].rfind(L"Vesta_V\u00E9ga_", 0), 0u) << Narrow(videos[0]);
     run.program->Kill();
 }
 
-TEST(Events, LoadingSaysWhatOverlapsAndPassesOverWhatIsOver)
+// Loading says which of two events a minute apart is ignored and passes over one that is over. A manual
+// recording during the countdown cancels it, and Stop loads the events again.
+TEST(Events, LoadingSaysWhatOverlapsAndAManualRecordingCancelsTheCountdownUntilStop)
 {
     ProgramRun run;
     SYSTEMTIME first = UtcInSeconds(120);
@@ -181,16 +172,8 @@ TEST(Events, LoadingSaysWhatOverlapsAndPassesOverWhatIsOver)
     EXPECT_NE(text.find(L"    a_first"), std::wstring::npos);
     // Over, and nothing said about it.
     EXPECT_EQ(text.find(L"c_ending"), std::wstring::npos);
-    EXPECT_TRUE(run.WaitTitle(kPendingTitle, 3000));
-    run.program->Kill();
-}
+    ASSERT_TRUE(run.WaitTitle(kPendingTitle, 3000));
 
-TEST(Events, ManualRecordingDuringACountdownCancelsItAndStopReloads)
-{
-    ProgramRun run;
-    WriteEvent(run.folder, L"later", UtcInSeconds(120), 10);
-    ASSERT_TRUE(run.StartWithSkyCam());
-    ASSERT_TRUE(run.WaitTitle(kPendingTitle, 5000));
     HWND countdown = run.Window(L"CountdownWindow");
     HWND start = FindChild(run.program->RecordControlsWindow(), L"Button");
     HWND stop = GetWindow(start, GW_HWNDNEXT);
@@ -202,10 +185,11 @@ TEST(Events, ManualRecordingDuringACountdownCancelsItAndStopReloads)
     // The reload arms the event again.
     ASSERT_TRUE(run.WaitTitle(kPendingTitle, 10000));
     EXPECT_TRUE(IsVisible(countdown));
-    EXPECT_EQ(run.program->CountMessages(L"The following Events are Loaded (scheduled):"), 2);
-    std::vector<std::wstring> videos = ListFiles(run.folder + L"\\VideoFiles", L"*.avi");
+    EXPECT_EQ(run.Count(L"The following Events are Loaded (scheduled):"), 2);
+    std::vector<std::wstring> videos = ListFiles(run.Videos(), L"*.avi");
     ASSERT_EQ(videos.size(), 1u);
-    EXPECT_EQ(videos[0].find(L"later"), std::wstring::npos) << "a manual recording's name";
+    EXPECT_TRUE(std::regex_match(Narrow(videos[0]), std::regex(R"(\d\d_\d\d_\d{4}_\d\d_\d\d_\d\d\.avi)")))
+        << "a manual recording's name: " << Narrow(videos[0]);
     run.program->Kill();
 }
 
@@ -219,17 +203,10 @@ TEST(Events, StopDuringAnEventAsksAndTheEventIsNotArmedAgain)
     HWND stop = GetWindow(start, GW_HWNDNEXT);
     // The question is modal: the click is posted, not sent.
     PostMessageW(stop, BM_CLICK, 0, 0);
-    HWND box = nullptr;
-    ASSERT_TRUE(WaitUntil(
-        [&] {
-            box = FindProcessWindow(run.program->ProcessId(), L"#32770", L"Attention");
-            return box != nullptr;
-        },
-        10000));
-    EXPECT_NE(FindChild(box, L"Static", L"Event recording in progress.  Stop now?"), nullptr);
-    HWND yes = GetDlgItem(box, IDYES);
-    ASSERT_NE(yes, nullptr);
-    PostMessageW(yes, BM_CLICK, 0, 0);
+    HWND box = WaitForMessageBox(run.program->ProcessId(), L"Attention");
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(MessageBoxText(box), L"Event recording in progress.  Stop now?");
+    AnswerMessageBox(box, IDYES);
     ASSERT_TRUE(run.WaitTitle(kMainTitle, 10000));
     ASSERT_TRUE(run.program->WaitForMessage(L"Event recording is manually stopped", 5000));
     // No reload follows a stop of an event: nothing is armed again.
@@ -275,13 +252,12 @@ TEST(Events, HibernateRequestIsDroppedWhereThePlatformCannotHibernate)
     std::wstring text = run.program->Messages();
     EXPECT_NE(text.find(L"Computer cannot be placed into hibernation"), std::wstring::npos) << Narrow(text);
     EXPECT_EQ(text.find(L"NOTE: computer will be placed in hibernate"), std::wstring::npos);
-    ASSERT_TRUE(WaitUntil([&] { return !ListFiles(run.folder + L"\\VideoFiles", L"*.txt").empty(); }, 30000));
+    EXPECT_EQ(run.Recordings(1, 30000).size(), 1u);
     ASSERT_TRUE(run.WaitTitle(kMainTitle, 5000));
     Sleep(2000);
     HWND power = run.Window(L"Hibernate");
     ASSERT_NE(power, nullptr);
     EXPECT_FALSE(IsVisible(power)) << "no power countdown follows";
-    EXPECT_EQ(ListFiles(run.folder + L"\\VideoFiles", L"*.avi").size(), 1u);
     run.program->Kill();
 }
 
@@ -307,22 +283,5 @@ TEST(Events, ShutdownAtTheEndOfTheCountIsWhatThePlatformGives)
     EXPECT_EQ(text.find(L"shut down computer"), std::wstring::npos) << Narrow(text);
     EXPECT_NE(text.find(L"Hibernation is not supported even though Event requests it"), std::wstring::npos);
     EXPECT_TRUE(run.program->IsRunning());
-    run.program->Kill();
-}
-
-TEST(Events, TwoEventsAMinuteApartAreBothRecordedInOrder)
-{
-    ProgramRun run;
-    WriteEvent(run.folder, L"one", UtcInSeconds(20), 6, "One");
-    WriteEvent(run.folder, L"two", UtcInSeconds(80), 6, "Two");
-    ASSERT_TRUE(run.StartWithSkyCam());
-    ASSERT_TRUE(WaitUntil([&] { return ListFiles(run.folder + L"\\VideoFiles", L"*.txt").size() == 2; }, 120000,
-                          500));
-    std::vector<std::wstring> videos = ListFiles(run.folder + L"\\VideoFiles", L"*.avi");
-    ASSERT_EQ(videos.size(), 2u);
-    std::sort(videos.begin(), videos.end());
-    EXPECT_EQ(videos[0].rfind(L"One_", 0), 0u);
-    EXPECT_EQ(videos[1].rfind(L"Two_", 0), 0u);
-    EXPECT_EQ(run.program->CountMessages(L"Start recording at "), 2);
     run.program->Kill();
 }

@@ -3,9 +3,7 @@
 // its file and report and leaves the program and the next events running.
 #include <gtest/gtest.h>
 
-#include "device/graph_helpers.h"
-#include "e2e/harness.h"
-#include "support/ffprobe.h"
+#include "e2e/program_run.h"
 
 #include <algorithm>
 
@@ -13,7 +11,6 @@ using namespace e2e;
 
 namespace {
 
-constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
 constexpr wchar_t kSpaceWarning[] = L"WARNING: the recording needs about ";
 
 uint64_t FreeMb(const std::wstring& folder)
@@ -52,9 +49,8 @@ private:
 
 TEST(Disk, AFullDiskStopsTheRecordingWithItsFileAndReportAndTheNextEventRecords)
 {
-    devicetest::SyntheticDevices devices;
-    ASSERT_TRUE(devices.Add(L"Sky Cam", L"webcam"));
-    std::wstring folder = MakeWorkFolderForCurrentTest();
+    ProgramRun run;
+    const std::wstring& folder = run.folder;
     std::wstring videos = folder + L"\\small";
     SmallVolume volume(videos, 200);
     if (!volume.Mounted())
@@ -63,10 +59,8 @@ TEST(Disk, AFullDiskStopsTheRecordingWithItsFileAndReportAndTheNextEventRecords)
     // 5 s fit.
     WriteEvent(folder, L"a_big", UtcInSeconds(25), 30, "Big");
     WriteEvent(folder, L"b_small", UtcInSeconds(75), 5, "Small");
-    WriteOptions(folder, Option("DefaultRenderer", "VMR9") + Option("VideoDirectory", Narrow(videos + L"\\").c_str()));
-    Program program(folder);
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
+    ASSERT_TRUE(run.StartWithSkyCam(Option("VideoDirectory", Narrow(videos + L"\\").c_str())));
+    Program& program = *run.program;
     HWND main = program.MainWindow();
     // Armed, the big event is warned of, with both figures and the folder.
     std::wstring messages = program.Messages();

@@ -7,12 +7,10 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdio>
-#include <functional>
 #include <memory>
 #include <thread>
 
-#include "device/graph_helpers.h"
-#include "e2e/harness.h"
+#include "e2e/program_run.h"
 #include "support/handle_count.h"
 #include "support/synthetic_gps.h"
 #include "ui/commands.h"
@@ -21,8 +19,6 @@ using namespace e2e;
 
 namespace {
 
-constexpr wchar_t kMainTitle[] = L"MAVU Video Capture Version 2.1";
-constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
 constexpr wchar_t kAttempting[] = L"Attempting to connect with USB GPS receiver.  This may take a minute.";
 
 // Watches, from a thread of its own, whether a window ever became visible:
@@ -81,33 +77,24 @@ bool Responds(HWND window)
 
 // One run of the program with the synthetic receiver (4800 baud, steady)
 // on a COM port, and the camera when a recording needs one.
-struct GpsRun {
-    devicetest::SyntheticDevices devices;
+struct GpsRun : ProgramRun {
     testsupport::SyntheticGps receiver;
-    std::wstring folder;
-    std::unique_ptr<Program> program;
     std::unique_ptr<GpsWindow> gps;
 
-    // `prepare` writes what else the program's folder holds before it starts.
-    bool Start(int port, const std::string& options = "", bool camera = false,
-               const std::function<void(const std::wstring&)>& prepare = nullptr, DWORD readyMs = kStartTimeoutMs)
+    // The program ends before the receiver goes.
+    ~GpsRun() { program.reset(); }
+    bool Start(int port, const std::string& options = "", bool camera = false, DWORD readyMs = kStartTimeoutMs)
     {
-        if (camera && !devices.Add(L"Sky Cam", L"webcam"))
+        if ((camera && !devices.Add(L"Sky Cam", L"webcam")) || !receiver.Start(port, 4800, "steady"))
             return false;
-        if (!receiver.Start(port, 4800, "steady"))
-            return false;
-        folder = MakeWorkFolderForCurrentTest();
         if (!options.empty())
             WriteOptions(folder, options);
-        if (prepare)
-            prepare(folder);
         program = std::make_unique<Program>(folder);
         if (!program->Start() || !program->WaitReady(readyMs))
             return false;
         gps = std::make_unique<GpsWindow>(program->ProcessId());
         return gps->window != nullptr;
     }
-    HWND Main() const { return program->MainWindow(); }
     HWND Notice() const { return FindProcessWindow(program->ProcessId(), L"AppUnresponsive", L"Stand by..."); }
     // The menu command, and the window that its first tick brings.
     bool Connect()
@@ -119,10 +106,8 @@ struct GpsRun {
     // The report of the one recording, once it is written.
     std::string Report() const
     {
-        std::wstring videos = folder + L"\\VideoFiles";
-        if (!WaitUntil([&] { return !ListFiles(videos, L"*.txt").empty(); }, 10000))
-            return "";
-        return ReadBytes(videos + L"\\" + ListFiles(videos, L"*.txt")[0]);
+        std::vector<std::wstring> videos = Recordings();
+        return videos.empty() ? "" : ReportOf(videos[0]);
     }
 };
 
@@ -269,11 +254,9 @@ TEST(Gps, ManualRecordingTakesOneReadingAndWithoutAutostartTheLinkStaysClosed)
 TEST(Gps, EventRecordingCarriesThePositionOfItsStartAndTheLinkReturnsAfterIt)
 {
     GpsRun run;
-    auto event = [](const std::wstring& folder) {
-        WriteEvent(folder, L"Ceres_HIP_1", UtcInSeconds(30), 6, "Ceres", "HIP 1");
-    };
+    WriteEvent(run.folder, L"Ceres_HIP_1", UtcInSeconds(30), 6, "Ceres", "HIP 1");
     // The search runs at the end of start-up.
-    ASSERT_TRUE(run.Start(3, Option("DefaultRenderer", "VMR9") + Option("AutostartGPS", "TRUE"), true, event, 40000));
+    ASSERT_TRUE(run.Start(3, Option("DefaultRenderer", "VMR9") + Option("AutostartGPS", "TRUE"), true, 40000));
     Program& program = *run.program;
     const GpsWindow& gps = *run.gps;
     ASSERT_TRUE(program.WaitForMessage(L"USB GPS connected", 5000)) << Narrow(program.Messages());

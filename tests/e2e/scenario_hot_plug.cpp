@@ -49,7 +49,7 @@ Piece ReadPiece(const ProgramRun& run, const std::wstring& name)
     piece.name = name;
     std::wstring avi = run.Videos() + L"\\" + name;
     piece.stamps = testsupport::ReadRecordedStamps(Narrow(avi), 640);
-    piece.report = ReadBytes(avi.substr(0, avi.size() - 4) + L".txt");
+    piece.report = run.ReportOf(name);
     return piece;
 }
 
@@ -142,11 +142,8 @@ TEST(HotPlug, PullAndReplugTwiceDuringAnEventGoesOnInNumberedFilesAndEndsOnTime)
     EXPECT_NEAR(static_cast<double>(endedAt - recordingFrom) / 1000, 20.5, 1.5);
     // And the next event is armed as usual.
     EXPECT_TRUE(run.WaitTitle(kPendingTitle, 10000));
-    ASSERT_TRUE(WaitUntil([&] { return ListFiles(run.Videos(), L"*.txt").size() == 3; }, 10000));
+    std::vector<std::wstring> videos = run.Recordings(3);
     EXPECT_EQ(run.Count(L"Current Event Information:"), 2);
-
-    std::vector<std::wstring> videos = ListFiles(run.Videos(), L"*.avi");
-    std::sort(videos.begin(), videos.end());
     ASSERT_EQ(videos.size(), 3u);
     std::vector<std::wstring> names = PieceNames(videos[0], 2);
     EXPECT_EQ(videos, names);
@@ -192,10 +189,7 @@ TEST(HotPlug, PullAndReplugDuringAManualRecordingGoesOnUnderTheManualName)
     Sleep(3000);
     Click(stop);
     ASSERT_TRUE(run.WaitTitle(kMainTitle, 10000));
-    ASSERT_TRUE(WaitUntil([&] { return ListFiles(run.Videos(), L"*.txt").size() == 2; }, 10000));
-
-    std::vector<std::wstring> videos = ListFiles(run.Videos(), L"*.avi");
-    std::sort(videos.begin(), videos.end());
+    std::vector<std::wstring> videos = run.Recordings(2);
     ASSERT_EQ(videos.size(), 2u);
     EXPECT_TRUE(std::regex_match(Narrow(videos[0]), std::regex(R"(\d\d_\d\d_\d{4}_\d\d_\d\d_\d\d\.avi)")))
         << Narrow(videos[0]);
@@ -210,52 +204,19 @@ TEST(HotPlug, PullAndReplugDuringAManualRecordingGoesOnUnderTheManualName)
     run.program->Kill();
 }
 
-TEST(HotPlug, TheNextDeviceTakesOverFromAPulledOneAndTheDefaultTakesOverWhenItComes)
+// Each pull and plug of a device not in use gives its line: an unusable device is refused once, an ignored one
+// comes and goes, and two pulled before one notification are found one at a time. The next device takes over
+// from a pulled one; with none left the picture goes, and comes back with a device plugged; the default takes
+// over as soon as it comes, new to the program as it is.
+TEST(HotPlug, EachChangeGivesItsLineTheNextDeviceTakesOverAndTheDefaultTakesOverWhenItComes)
 {
     ProgramRun run;
-    ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
-    ASSERT_TRUE(run.devices.Add(L"Spare Cam", L"webcam"));
-    ASSERT_TRUE(run.Start(Option("DefaultVideoSource", "Main Cam")));
-    HWND clipping = FindChild(run.Main(), L"MavuVideoRecordWindow");
+    for (const wchar_t* name : {L"Sky Cam", L"Spare Cam", L"Hidden Cam", L"Spare One", L"Spare Two"})
+        ASSERT_TRUE(run.devices.Add(name, L"webcam"));
+    ASSERT_TRUE(run.Start(Option("DefaultVideoSource", "Main Cam") + Option("ExcludedVideoSource", "Hidden Cam")));
+    HWND clipping = run.Clipping();
     ASSERT_NE(clipping, nullptr);
     ExpectDeviceInUse(run, clipping, true);
-
-    ExpectHandled(run.Pull(L"Sky Cam"), run, L"Active video capture device \"Sky Cam\" disconnected\r\n");
-    ExpectDeviceInUse(run, clipping, true);
-    ExpectHandled(run.Pull(L"Spare Cam"), run, L"Active video capture device \"Spare Cam\" disconnected\r\n");
-    EXPECT_EQ(run.Count(L"There is no video capture device connected to the computer\r\n"), 1);
-    ExpectDeviceInUse(run, clipping, false);
-
-    // Plugged back, the device is taken up again and the preview returns.
-    ExpectHandled(run.Plug(L"Sky Cam"), run, L"Video capture device \"Sky Cam\" connected\r\n");
-    ExpectDeviceInUse(run, clipping, true);
-    // Another known device coming back doesn't take over.
-    ExpectHandled(run.Plug(L"Spare Cam"), run, L"Video capture device \"Spare Cam\" connected\r\n");
-
-    // The device named as the default takes over as soon as it comes, new
-    // to the program as it is.
-    ExpectHandled(run.Plug(L"Main Cam"), run, L"Video capture device \"Main Cam\" connected as the default\r\n");
-    HWND start = FindChild(run.program->RecordControlsWindow(), L"Button");
-    HWND stop = GetWindow(start, GW_HWNDNEXT);
-    Click(start);
-    ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 10000));
-    Sleep(1500);
-    Click(stop);
-    ASSERT_TRUE(WaitUntil([&] { return ListFiles(run.Videos(), L"*.txt").size() == 1; }, 10000));
-    std::vector<std::wstring> reports = ListFiles(run.Videos(), L"*.txt");
-    std::string report = ReadBytes(run.Videos() + L"\\" + reports[0]);
-    EXPECT_NE(report.find("Video source device: Main Cam\r\r\n"), std::string::npos) << report;
-    run.program->Kill();
-}
-
-TEST(HotPlug, UnusableIgnoredAndDoubleRemovalsEachGiveTheirLines)
-{
-    ProgramRun run;
-    ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
-    ASSERT_TRUE(run.devices.Add(L"Hidden Cam", L"webcam"));
-    ASSERT_TRUE(run.devices.Add(L"Spare One", L"webcam"));
-    ASSERT_TRUE(run.devices.Add(L"Spare Two", L"webcam"));
-    ASSERT_TRUE(run.Start(Option("ExcludedVideoSource", "Hidden Cam")));
 
     // An unusable device is refused the first time it comes, and from then
     // on doesn't count as attached.
@@ -268,7 +229,6 @@ TEST(HotPlug, UnusableIgnoredAndDoubleRemovalsEachGiveTheirLines)
     EXPECT_EQ(run.Count(L"Tiny Cam"), 1) << Narrow(run.program->Messages());
 
     ExpectHandled(run.Pull(L"Hidden Cam"), run, L"Ignored video capture device \"Hidden Cam\" disconnected\r\n");
-    ExpectHandled(run.Plug(L"Hidden Cam"), run, L"Ignored video capture device \"Hidden Cam\" connected\r\n");
 
     // Two pulled before one notification: it handles the first; the second
     // waits for the next one.
@@ -283,6 +243,23 @@ TEST(HotPlug, UnusableIgnoredAndDoubleRemovalsEachGiveTheirLines)
     std::wstring before = run.program->Messages();
     ASSERT_EQ(SendDeviceChange(run.Main()), 1);
     EXPECT_EQ(run.program->Messages(), before);
+
+    ExpectHandled(run.Pull(L"Sky Cam"), run, L"Active video capture device \"Sky Cam\" disconnected\r\n");
+    ExpectDeviceInUse(run, clipping, true);
+    ExpectHandled(run.Pull(L"Spare Cam"), run, L"Active video capture device \"Spare Cam\" disconnected\r\n");
+    EXPECT_EQ(run.Count(L"There is no video capture device connected to the computer\r\n"), 1);
+    ExpectDeviceInUse(run, clipping, false);
+
+    // Plugged back, the device is taken up again and the preview returns.
+    ExpectHandled(run.Plug(L"Sky Cam"), run, L"Video capture device \"Sky Cam\" connected\r\n");
+    ExpectDeviceInUse(run, clipping, true);
+    // Another known device coming back doesn't take over.
+    ExpectHandled(run.Plug(L"Spare Cam"), run, L"Video capture device \"Spare Cam\" connected\r\n");
+    ExpectHandled(run.Plug(L"Hidden Cam"), run, L"Ignored video capture device \"Hidden Cam\" connected\r\n");
+
+    ExpectHandled(run.Plug(L"Main Cam"), run, L"Video capture device \"Main Cam\" connected as the default\r\n");
+    ManualRecording recording = RecordByHand(*run.program, 1500);
+    EXPECT_NE(recording.report.find("Video source device: Main Cam\r\r\n"), std::string::npos) << recording.report;
     run.program->Kill();
 }
 

@@ -4,14 +4,11 @@
 #include <regex>
 
 #include "e2e/harness.h"
+#include "ui/commands.h"
 
 using namespace e2e;
 
 namespace {
-
-constexpr unsigned kSaveMessages = 33109;
-constexpr unsigned kSaveMessagesAndClear = 33110;
-constexpr unsigned kAbout = 33106;
 
 // The log is a text stream over the control's CR LF text: CR CR LF.
 std::string AsLogBytes(const std::wstring& text)
@@ -27,7 +24,10 @@ std::string AsLogBytes(const std::wstring& text)
 
 }  // namespace
 
-TEST(Messages, SaveWritesTheWindowTextToLogFiles)
+// Save writes the window's text to a log file named by the UTC moment and says so below it; About writes its
+// three lines, and after far more lines than the window shows the newest is in sight; Save and Clear writes the
+// log and leaves only its own line.
+TEST(Messages, SaveAboutAndSaveAndClear)
 {
     Program program(MakeWorkFolderForCurrentTest());
     ASSERT_TRUE(program.Start());
@@ -36,7 +36,7 @@ TEST(Messages, SaveWritesTheWindowTextToLogFiles)
 
     SYSTEMTIME utc{};
     GetSystemTime(&utc);
-    SendCommand(program.UserMessagesWindow(), kSaveMessages);
+    SendCommand(program.UserMessagesWindow(), IDM_SAVE_MESSAGES);
 
     std::vector<std::wstring> logs = ListFiles(program.Folder() + L"\\LogFiles", L"*.txt");
     ASSERT_EQ(logs.size(), 1u);
@@ -56,34 +56,9 @@ TEST(Messages, SaveWritesTheWindowTextToLogFiles)
     EXPECT_EQ(after.substr(0, before.size()), before);
     EXPECT_NE(after.find(L"User messages saved in log file \"LogFiles\\" + logs[0] + L"\"\r\n"), std::wstring::npos)
         << Narrow(after);
-}
 
-TEST(Messages, SaveAndClearLeavesOnlyTheSavedLine)
-{
-    Program program(MakeWorkFolderForCurrentTest());
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
-    std::wstring before = program.Messages();
-
-    SendCommand(program.UserMessagesWindow(), kSaveMessagesAndClear);
-    std::vector<std::wstring> logs = ListFiles(program.Folder() + L"\\LogFiles", L"*.txt");
-    ASSERT_EQ(logs.size(), 1u);
-    EXPECT_EQ(ReadBytes(program.Folder() + L"\\LogFiles\\" + logs[0]), AsLogBytes(before));
-
-    std::wstring after = program.Messages();
-    std::wregex expected(L"\r\n\\d\\d:\\d\\d:\\d\\d \\(UTC\\)\r\nUser messages saved in log file \"LogFiles\\\\" +
-                         logs[0] + L"\" and all messages cleared\r\n");
-    EXPECT_TRUE(std::regex_match(after, expected)) << Narrow(after);
-}
-
-// About writes its three lines, and after far more lines than the window shows the newest is in sight.
-TEST(Messages, AboutWritesThreeLinesAndTheWindowFollowsTheNewest)
-{
-    Program program(MakeWorkFolderForCurrentTest());
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
     for (int i = 0; i < 20; ++i)
-        SendCommand(program.MainWindow(), kAbout);
+        SendCommand(program.MainWindow(), IDM_ABOUT);
     std::wstring text = program.Messages();
     // The last About, from the line break before its time.
     size_t last = text.rfind(L" (UTC)\r\nMAVU Video Capture Version");
@@ -105,4 +80,16 @@ TEST(Messages, AboutWritesThreeLinesAndTheWindowFollowsTheNewest)
     EXPECT_GE(top, 0);
     EXPECT_LT(top, client.bottom);
     EXPECT_TRUE(TakeScreenshot("user-messages-scrolled"));
+
+    // A log of another second.
+    Sleep(1100);
+    before = program.Messages();
+    SendCommand(program.UserMessagesWindow(), IDM_SAVE_MESSAGES_AND_CLEAR);
+    std::vector<std::wstring> both = ListFiles(program.Folder() + L"\\LogFiles", L"*.txt");
+    ASSERT_EQ(both.size(), 2u);
+    std::wstring cleared = both[0] == logs[0] ? both[1] : both[0];
+    EXPECT_EQ(ReadBytes(program.Folder() + L"\\LogFiles\\" + cleared), AsLogBytes(before));
+    std::wregex expected(L"\r\n\\d\\d:\\d\\d:\\d\\d \\(UTC\\)\r\nUser messages saved in log file \"LogFiles\\\\" +
+                         cleared + L"\" and all messages cleared\r\n");
+    EXPECT_TRUE(std::regex_match(program.Messages(), expected)) << Narrow(program.Messages());
 }

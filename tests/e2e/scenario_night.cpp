@@ -3,9 +3,7 @@
 // first.
 #include <gtest/gtest.h>
 
-#include "device/graph_helpers.h"
-#include "e2e/harness.h"
-#include "support/ffprobe.h"
+#include "e2e/program_run.h"
 #include "support/handle_count.h"
 #include "support/recorded_frames.h"
 
@@ -17,8 +15,6 @@
 using namespace e2e;
 
 namespace {
-
-constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
 
 struct ProcessFigures {
     long handles = -1;

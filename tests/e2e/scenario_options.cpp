@@ -4,6 +4,7 @@
 #include "device/graph_helpers.h"
 #include "e2e/harness.h"
 #include "support/code_page.h"
+#include "ui/commands.h"
 
 #include <climits>
 
@@ -11,8 +12,7 @@ using namespace e2e;
 
 namespace {
 
-constexpr unsigned kSetWindowPositions = 33098;
-constexpr unsigned kExit = 33099;
+constexpr wchar_t kPositionsSaved[] = L"Default window positions are saved in options file\r\n";
 
 const char kHeader[] = "<?xml version='1.0'?>\r\n<!--MAVU Video Capture Version 2.1-->\r\n<Root>\r\n";
 
@@ -63,45 +63,12 @@ TEST(Options, StartUpReadsTheFileOrItsFallbackOrSaysItCannot)
     }
 }
 
-TEST(Options, SetWindowPositionsSavesWhereTheWindowsStand)
-{
-    std::wstring folder = MakeWorkFolderForCurrentTest();
-    Program program(folder);
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
-    EXPECT_TRUE(ListFiles(folder, L"MAVU_options_capture.xml").empty());
-
-    // The user drags the User Messages window and makes it bigger.
-    SetWindowPos(program.UserMessagesWindow(), nullptr, 200, 100, 640, 500, SWP_NOZORDER | SWP_NOACTIVATE);
-    SendCommand(program.MainWindow(), kSetWindowPositions);
-    ASSERT_TRUE(program.WaitForMessage(L"Default window positions are saved in options file\r\n", 5000));
-
-    std::string saved = ReadBytes(folder + L"\\MAVU_options_capture.xml");
-    EXPECT_NE(saved.find("\t<MessageWindowPosition Value=\"200, 100, 640, 500\"/>\r\n"), std::string::npos) << saved;
-    RECT main = WindowRect(program.MainWindow());
-    std::string mainLine = "\t<MainWindowPosition Value=\"" + std::to_string(main.left) + ", " +
-                           std::to_string(main.top) + "\"/>\r\n";
-    EXPECT_NE(saved.find(mainLine), std::string::npos) << saved;
-    // Dialogs never opened keep no position.
-    EXPECT_NE(saved.find("\t<GpsWindowPosition Value=\"2147483647, 2147483647\"/>\r\n"), std::string::npos);
-    // A start with that file puts the window back there.
-    PostCommand(program.MainWindow(), 33099);
-    ASSERT_TRUE(program.WaitExit(10000));
-    Program again(folder);
-    ASSERT_TRUE(again.Start());
-    ASSERT_TRUE(again.WaitReady());
-    RECT messages = WindowRect(again.UserMessagesWindow());
-    EXPECT_EQ(messages.left, 200);
-    EXPECT_EQ(messages.top, 100);
-    EXPECT_EQ(messages.bottom - messages.top, 500);
-}
-
-// A video folder and a camera with accents: the file the program saves reads
-// back at the next start, and saves again to the same bytes. The bytes are
-// code page 1252. A Wine process takes its narrow code page from the Unix
-// locale of the process that started it, so the ctest entry runs the test
-// program, and with it the program it starts, with LC_ALL=C.UTF-8.
-TEST(Options, AccentedFolderAndCameraSurviveSaveRestartAndSaveAgain)
+// Set Window Positions saves where the windows stand (dialogs never opened keep no position), the codec pair that
+// loaded and not the one naming a missing codec, and a video folder and a camera with accents; the next start
+// puts the window back, reads the file, and saves it again to the same bytes. The bytes are code page 1252. A
+// Wine process takes its narrow code page from the Unix locale of the process that started it, so the ctest
+// entry runs the test program, and with it the program it starts, with LC_ALL=C.UTF-8.
+TEST(Options, SavedPositionsFolderCameraAndCodecPairSurviveRestartAndSaveAgain)
 {
     ASSERT_TRUE(NarrowCodePageIs1252());
     devicetest::SyntheticDevices devices;
@@ -115,11 +82,10 @@ TEST(Options, AccentedFolderAndCameraSurviveSaveRestartAndSaveAgain)
     // The device list keys a camera by its name cleaned to the characters
     // 32 to 126, which takes the accent out: "Camra" is what choosing this
     // camera as the default stores.
-    WriteOptions(folder,
-                 Option("VideoDirectory", "VideoFiles\\Vid\xE9os\\") + Option("DefaultVideoSource", "Camra") +
-                     Option("DefaultRenderer", "VMR9"));
+    WriteOptions(folder, Option("VideoDirectory", "VideoFiles\\Vid\xE9os\\") + Option("DefaultVideoSource", "Camra") +
+                             Option("DefaultRenderer", "VMR9") + Option("SubtypeCodecPair", "YUY2|NONE") +
+                             Option("SubtypeCodecPair", "RGB24|No Such Codec"));
     const std::wstring optionsFile = folder + L"\\MAVU_options_capture.xml";
-    const char folderLine[] = "\t<VideoDirectory Value=\"VideoFiles\\Vid\xE9os\\\"/>\r\n";
 
     std::string first;
     {
@@ -127,24 +93,44 @@ TEST(Options, AccentedFolderAndCameraSurviveSaveRestartAndSaveAgain)
         ASSERT_TRUE(program.Start());
         ASSERT_TRUE(program.WaitReady());
         EXPECT_EQ(program.Messages().find(L"No Options File"), std::wstring::npos) << Narrow(program.Messages());
-        SendCommand(program.MainWindow(), kSetWindowPositions);
-        ASSERT_TRUE(program.WaitForMessage(L"Default window positions are saved in options file\r\n", 5000));
+        EXPECT_EQ(program.CountMessages(
+                      L"WARNING: named codec in a Subtype / Codec pair is not installed on this computer\r\n"),
+                  1)
+            << Narrow(program.Messages());
+        // The user drags the User Messages window and makes it bigger.
+        SetWindowPos(program.UserMessagesWindow(), nullptr, 200, 100, 640, 500, SWP_NOZORDER | SWP_NOACTIVATE);
+        SendCommand(program.MainWindow(), IDM_SET_WINDOW_POSITIONS);
+        ASSERT_TRUE(program.WaitForMessage(kPositionsSaved, 5000));
         EXPECT_EQ(program.Messages().find(L"WARNING: cannot save"), std::wstring::npos);
         first = ReadBytes(optionsFile);
+        EXPECT_NE(first.find("\t<MessageWindowPosition Value=\"200, 100, 640, 500\"/>\r\n"), std::string::npos)
+            << first;
+        RECT main = WindowRect(program.MainWindow());
+        EXPECT_NE(first.find("\t<MainWindowPosition Value=\"" + std::to_string(main.left) + ", " +
+                             std::to_string(main.top) + "\"/>\r\n"),
+                  std::string::npos)
+            << first;
+        EXPECT_NE(first.find("\t<GpsWindowPosition Value=\"2147483647, 2147483647\"/>\r\n"), std::string::npos);
+        EXPECT_NE(first.find("\t<SubtypeCodecPair Value=\"YUY2|NONE\"/>\r\n"), std::string::npos) << first;
+        EXPECT_EQ(first.find("No Such Codec"), std::string::npos) << first;
         // The folder as one byte per character of code page 1252.
-        EXPECT_NE(first.find(folderLine), std::string::npos) << first;
+        EXPECT_NE(first.find("\t<VideoDirectory Value=\"VideoFiles\\Vid\xE9os\\\"/>\r\n"), std::string::npos) << first;
         EXPECT_NE(first.find("\t<DefaultVideoSource Value=\"Camra\"/>\r\n"), std::string::npos) << first;
-        PostCommand(program.MainWindow(), kExit);
+        PostCommand(program.MainWindow(), IDM_EXIT);
         ASSERT_TRUE(program.WaitExit(10000));
     }
 
     Program again(folder);
     ASSERT_TRUE(again.Start());
     ASSERT_TRUE(again.WaitReady());
+    RECT messages = WindowRect(again.UserMessagesWindow());
+    EXPECT_EQ(messages.left, 200);
+    EXPECT_EQ(messages.top, 100);
+    EXPECT_EQ(messages.bottom - messages.top, 500);
     std::wstring text = again.Messages();
     EXPECT_EQ(text.find(L"No Options File or unreadable Options File"), std::wstring::npos) << Narrow(text);
-    SendCommand(again.MainWindow(), kSetWindowPositions);
-    ASSERT_TRUE(again.WaitForMessage(L"Default window positions are saved in options file\r\n", 5000));
+    SendCommand(again.MainWindow(), IDM_SET_WINDOW_POSITIONS);
+    ASSERT_TRUE(again.WaitForMessage(kPositionsSaved, 5000));
     EXPECT_EQ(ReadBytes(optionsFile), first);
 
     // The next recording goes into that folder, from the default camera.

@@ -19,11 +19,6 @@ namespace {
 
 constexpr unsigned kExitCommand = 33099;
 
-std::wstring ReportOf(const ProgramRun& run, const std::wstring& avi)
-{
-    return run.Videos() + L"\\" + avi.substr(0, avi.size() - 4) + L".txt";
-}
-
 // Keeps one core busy for a while from the Unix side, as another program
 // would; it ends by itself.
 void KeepOneCoreBusy(int seconds)
@@ -50,11 +45,10 @@ TEST(RecordingSafety, FullHdEventUnderLoadEndsWithItsReportAndAReadableFile)
         KeepOneCoreBusy(45);
         ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 30000)) << Narrow(run.program->Messages());
         ASSERT_TRUE(run.WaitTitle(kMainTitle, 60000)) << "the event never ended";
-        ASSERT_TRUE(WaitUntil([&] { return !ListFiles(run.Videos(), L"*.txt").empty(); }, 20000));
-        std::vector<std::wstring> videos = ListFiles(run.Videos(), L"*.avi");
+        std::vector<std::wstring> videos = run.Recordings(1, 20000);
         ASSERT_EQ(videos.size(), 1u);
         std::wstring avi = run.Videos() + L"\\" + videos[0];
-        std::string report = ReadBytes(ReportOf(run, videos[0]));
+        std::string report = run.ReportOf(videos[0]);
         EXPECT_NE(report.find("Frame size: 1920x1080"), std::string::npos) << report;
 
         PostCommand(run.Main(), kExitCommand);
@@ -81,13 +75,6 @@ namespace {
 uint64_t NowMs()
 {
     return synthcam::UtcMsSince2020Now();
-}
-
-std::vector<std::wstring> SortedFiles(const std::wstring& folder, const wchar_t* pattern)
-{
-    std::vector<std::wstring> files = ListFiles(folder, pattern);
-    std::sort(files.begin(), files.end());
-    return files;
 }
 
 // The "HH:MM:SS" after "Stop recording at " in a report, as milliseconds
@@ -127,9 +114,7 @@ TEST(RecordingSafety, ASecondCameraMidEventLeavesTheFirstSecondsInTheirFile)
     EXPECT_EQ(run.program->CountMessages(L"Video capture device \"Other Cam\" connected\r\n"), 1)
         << Narrow(run.program->Messages());
     ASSERT_TRUE(run.WaitTitle(kMainTitle, 30000));
-    ASSERT_TRUE(WaitUntil([&] { return ListFiles(run.Videos(), L"*.txt").size() == 2; }, 10000));
-
-    std::vector<std::wstring> videos = SortedFiles(run.Videos(), L"*.avi");
+    std::vector<std::wstring> videos = run.Recordings(2);
     ASSERT_EQ(videos.size(), 2u);
     std::wstring stem = videos[0].substr(0, videos[0].size() - 4);
     EXPECT_EQ(videos[1], stem + L"_1.avi");
@@ -145,7 +130,7 @@ TEST(RecordingSafety, ASecondCameraMidEventLeavesTheFirstSecondsInTheirFile)
     EXPECT_LE(first.back().utcMs, plugged + 1000);
     EXPECT_GT(rest.front().utcMs, first.back().utcMs);
     for (const std::wstring& video : videos) {
-        std::string report = ReadBytes(ReportOf(run, video));
+        std::string report = run.ReportOf(video);
         EXPECT_EQ(report.rfind("Event recording: \r\r\n", 0), 0u) << report;
         EXPECT_NE(report.find(Narrow(video)), std::string::npos) << report;
     }
@@ -167,20 +152,18 @@ TEST(RecordingSafety, ACameraPulledAndNotReturnedKeepsTheOneReportOfItsLastFrame
     // The system's word comes a moment after the cable goes.
     Sleep(1500);
     EXPECT_EQ(SendDeviceChange(run.Main()), 1);
-    ASSERT_TRUE(WaitUntil([&] { return ListFiles(run.Videos(), L"*.txt").size() == 1; }, 10000));
-    std::vector<std::wstring> videos = SortedFiles(run.Videos(), L"*.avi");
+    std::vector<std::wstring> videos = run.Recordings();
     ASSERT_EQ(videos.size(), 1u);
-    std::wstring reportPath = ReportOf(run, videos[0]);
-    std::string atPull = ReadBytes(reportPath);
+    std::string atPull = run.ReportOf(videos[0]);
 
     ASSERT_TRUE(run.WaitTitle(kMainTitle, 30000)) << "the event ends on time";
     Sleep(1000);
     EXPECT_EQ(ListFiles(run.Videos(), L"*.txt").size(), 1u);
-    EXPECT_EQ(ReadBytes(reportPath), atPull) << "the event's end leaves the report alone";
+    EXPECT_EQ(run.ReportOf(videos[0]), atPull) << "the event's end leaves the report alone";
     PostCommand(run.Main(), kExitCommand);
     EXPECT_TRUE(run.program->WaitExit(30000));
     run.program->Kill();
-    EXPECT_EQ(ReadBytes(reportPath), atPull) << "the exit leaves the report alone";
+    EXPECT_EQ(run.ReportOf(videos[0]), atPull) << "the exit leaves the report alone";
 
     std::vector<synthcam::FrameStamp> stamps =
         testsupport::ReadRecordedStamps(Narrow(run.Videos() + L"\\" + videos[0]), 640);
@@ -211,7 +194,7 @@ TEST(RecordingSafety, AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnB
     Sleep(10000);
     uint64_t killedAt = NowMs();
     run.program->Kill();
-    std::vector<std::wstring> cut = SortedFiles(run.Videos(), L"*.avi");
+    std::vector<std::wstring> cut = ListFiles(run.Videos(), L"*.avi");
     ASSERT_EQ(cut.size(), 1u);
     EXPECT_TRUE(ListFiles(run.Videos(), L"*.txt").empty());
 
@@ -224,11 +207,10 @@ TEST(RecordingSafety, AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnB
     ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kRecordingTitle; }, 10000));
     // An event taken up late records for its whole duration from then on.
     ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kMainTitle; }, 60000));
-    ASSERT_TRUE(WaitUntil([&] { return ListFiles(run.Videos(), L"*.txt").size() == 2; }, 10000));
+    std::vector<std::wstring> videos = run.Recordings(2);
     std::string messages = Narrow(again.Messages());
     again.Kill();
 
-    std::vector<std::wstring> videos = SortedFiles(run.Videos(), L"*.avi");
     ASSERT_EQ(videos.size(), 2u);
     EXPECT_EQ(videos[0], cut[0]);
     EXPECT_EQ(videos[1], cut[0].substr(0, cut[0].size() - 4) + L"_1.avi");
@@ -246,7 +228,7 @@ TEST(RecordingSafety, AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnB
     std::printf("killed after %.0f frames; %zu of them in the repaired file\n", made, beforeKill);
     EXPECT_GE(static_cast<double>(beforeKill), 0.9 * made);
     EXPECT_GE(made, 9 * 30.0) << "the file starts at the event's start";
-    std::string report = ReadBytes(ReportOf(run, cut[0]));
+    std::string report = run.ReportOf(cut[0]);
     EXPECT_NE(report.find("Number of recorded frames:  " + std::to_string(stamps.size())), std::string::npos)
         << report;
     EXPECT_NE(messages.find(std::to_string(stamps.size()) + " frames recovered"), std::string::npos) << messages;

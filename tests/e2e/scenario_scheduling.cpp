@@ -6,8 +6,7 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "device/graph_helpers.h"
-#include "e2e/harness.h"
+#include "e2e/program_run.h"
 #include "e2e/remote_controls.h"
 #include "support/ffprobe.h"
 #include "ui/commands.h"
@@ -23,10 +22,6 @@ constexpr int kShowExpiredBox = kEventListShowExpiredBox, kAscendingBox = kEvent
 constexpr int kEditButton = kEventListEditButton, kDeleteButton = kEventListDeleteButton;
 constexpr int kEventSecondsField = 5;
 
-constexpr wchar_t kMainTitle[] = L"MAVU Video Capture Version 2.1";
-constexpr wchar_t kPendingTitle[] = L"MAVU Video Capture -- Event pending";
-constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
-
 std::string TwoDigits(int value, char pad)
 {
     char text[8];
@@ -34,37 +29,7 @@ std::string TwoDigits(int value, char pad)
     return text;
 }
 
-std::wstring Wide(const std::string& text)
-{
-    return std::wstring(text.begin(), text.end());
-}
-
-// "mm_dd_yyyy_hh_mm_ss" of a moment.
-std::string TimeName(const SYSTEMTIME& time)
-{
-    char text[32];
-    std::snprintf(text, sizeof text, "%02u_%02u_%04u_%02u_%02u_%02u", time.wMonth, time.wDay, time.wYear, time.wHour,
-                  time.wMinute, time.wSecond);
-    return text;
-}
-
-// A moment moved by some seconds.
-SYSTEMTIME Shifted(const SYSTEMTIME& moment, int seconds)
-{
-    FILETIME file{};
-    SystemTimeToFileTime(&moment, &file);
-    ULARGE_INTEGER ticks{{file.dwLowDateTime, file.dwHighDateTime}};
-    ticks.QuadPart += static_cast<ULONGLONG>(static_cast<LONGLONG>(seconds) * 10000000LL);
-    FILETIME moved{ticks.LowPart, ticks.HighPart};
-    SYSTEMTIME result{};
-    FileTimeToSystemTime(&moved, &result);
-    return result;
-}
-
-struct Scheduling {
-    devicetest::SyntheticDevices devices;
-    std::wstring folder;
-    std::unique_ptr<Program> program;
+struct Scheduling : ProgramRun {
     HWND schedule = nullptr;
     HWND eventPicker = nullptr;
     HWND durationPicker = nullptr;
@@ -73,14 +38,10 @@ struct Scheduling {
 
     bool Start(bool withDevice = true)
     {
-        if (withDevice && !devices.Add(L"Sky Cam", L"webcam"))
+        if ((withDevice && !devices.Add(L"Sky Cam", L"webcam")) || !ProgramRun::Start())
             return false;
-        WriteOptions(folder, Option("DefaultRenderer", "VMR9"));
-        program = std::make_unique<Program>(folder);
-        if (!program->Start() || !program->WaitReady())
-            return false;
-        schedule = FindProcessWindow(program->ProcessId(), L"ScheduleEvents");
-        listWindow = FindProcessWindow(program->ProcessId(), L"ViewEvents");
+        schedule = Window(L"ScheduleEvents");
+        listWindow = Window(L"ViewEvents");
         if (!schedule || !listWindow)
             return false;
         eventPicker = FindChild(schedule, L"SysDateTimePick32");
@@ -90,7 +51,6 @@ struct Scheduling {
         list = FindChild(listWindow, L"SysListView32");
         return eventPicker && durationPicker && list;
     }
-    HWND Main() const { return program->MainWindow(); }
     HWND Item(HWND window, int id) const { return GetDlgItem(window, id); }
 
     void OpenSchedule() const { SendCommand(Main(), IDM_SCHEDULE); }
@@ -118,6 +78,19 @@ struct Scheduling {
         SendMessageW(Item(schedule, id), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
     }
     std::vector<std::wstring> EventFiles() const { return ListFiles(folder + L"\\Events", L"*.mef"); }
+    // The one recording, once its report is written: named by the event and
+    // its nominal start, four seconds before the moment, with an event's report.
+    void ExpectOneEventRecording(const std::wstring& prefix, const SYSTEMTIME& moment, int minimumFrames = 0) const
+    {
+        std::vector<std::wstring> videos = Recordings();
+        ASSERT_EQ(videos.size(), 1u) << Narrow(program->Messages());
+        EXPECT_EQ(videos[0], prefix + TimeName(Shifted(moment, -4)) + L".avi");
+        std::string report = ReportOf(videos[0]);
+        EXPECT_EQ(report.rfind("Event recording: ", 0), 0u) << report;
+        testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(Videos() + L"\\" + videos[0]));
+        ASSERT_TRUE(video.ok) << video.raw;
+        EXPECT_GT(video.frames, minimumFrames);
+    }
     // Presses Delete and waits for the question; null when none comes.
     HWND AskToDelete() const
     {
@@ -130,9 +103,7 @@ struct Scheduling {
 std::string EventFileBytes(const SYSTEMTIME& moment, int durationSeconds, const char* comment, const char* asteroid,
                            const char* star, bool hibernate, bool shutdown)
 {
-    auto key = [](const char* name, const std::string& value) {
-        return std::string("\t<") + name + " Value=\"" + value + "\"/>\r\n";
-    };
+    auto key = [](const char* name, const std::string& value) { return Option(name, value.c_str()); };
     std::string text = "<?xml version='1.0'?>\r\n<!--MAVU Event File Version 2.1-->\r\n<Root>\r\n";
     text += key("EventYear", std::to_string(moment.wYear));
     text += key("EventMonth", TwoDigits(moment.wMonth, ' '));
@@ -168,7 +139,6 @@ void WriteProgramEvent(const std::wstring& folder, const std::wstring& name, con
 TEST(Scheduling, AnEventScheduledInTheWindowIsWrittenArmedAndRecorded)
 {
     Scheduling run;
-    run.folder = MakeWorkFolderForCurrentTest();
     ASSERT_TRUE(run.Start());
     run.OpenSchedule();
     ASSERT_TRUE(IsVisible(run.schedule));
@@ -195,38 +165,48 @@ TEST(Scheduling, AnEventScheduledInTheWindowIsWrittenArmedAndRecorded)
     Click(button);
 
     ASSERT_TRUE(WaitUntil([&] { return !IsVisible(run.schedule); }, 5000));
-    std::string name = "Vesta_TYC1234_" + TimeName(moment);
+    std::wstring name = L"Vesta_TYC1234_" + TimeName(moment);
     std::vector<std::wstring> files = run.EventFiles();
     ASSERT_EQ(files.size(), 1u);
-    EXPECT_EQ(files[0], Wide(name + ".mef"));
+    EXPECT_EQ(files[0], name + L".mef");
     EXPECT_EQ(ReadBytes(run.folder + L"\\Events\\" + files[0]),
               EventFileBytes(moment, 8, "Rehearsal (dry run)", "Vesta", "TYC1234", false, false));
-    ASSERT_TRUE(run.program->WaitForMessage(Wide("Scheduled an event recording:  " + name + "\r\n"), 5000));
-    ASSERT_TRUE(run.program->WaitForMessage(Wide("    " + name), 5000));
+    ASSERT_TRUE(run.program->WaitForMessage(L"Scheduled an event recording:  " + name + L"\r\n", 5000));
+    ASSERT_TRUE(run.program->WaitForMessage(L"    " + name, 5000));
     EXPECT_EQ(WindowText(run.Main()), kPendingTitle);
 
     // Recorded like an event from a hand-written file.
     ASSERT_TRUE(WaitUntil([&] { return WindowText(run.Main()) == kRecordingTitle; }, 40000));
     ASSERT_TRUE(WaitUntil([&] { return WindowText(run.Main()) == kMainTitle; }, 30000));
-    ASSERT_TRUE(WaitUntil([&] { return !ListFiles(run.folder + L"\\VideoFiles", L"*.txt").empty(); }, 10000));
-    std::vector<std::wstring> videos = ListFiles(run.folder + L"\\VideoFiles", L"*.avi");
-    ASSERT_EQ(videos.size(), 1u);
-    // The file is named by the nominal start, four seconds before the moment.
-    EXPECT_EQ(videos[0], Wide("Vesta_TYC1234_" + TimeName(Shifted(moment, -4)) + ".avi"));
-    std::string report = ReadBytes(run.folder + L"\\VideoFiles\\" + videos[0].substr(0, videos[0].size() - 4) + L".txt");
-    EXPECT_EQ(report.rfind("Event recording: ", 0), 0u) << report;
+    run.ExpectOneEventRecording(L"Vesta_TYC1234_", moment);
     run.program->Kill();
 }
 
-// A time before the window opened greys Schedule again. Four seconds ahead
-// is too soon: the line, the picker back at the present, the window open,
-// and no file.
-TEST(Scheduling, AnEventTooCloseToNowIsRefused)
+// A default duration saved in its window is the duration a new event starts with. A time before the window
+// opened greys Schedule again. Four seconds ahead is too soon: the line, the picker back at the present, the
+// window open, and no file. Characters outside the allowed set are taken out again as they are typed, with the
+// line for names or the line for comments.
+TEST(Scheduling, TheDefaultDurationTooSoonAnEventAndDisallowedCharacters)
 {
     Scheduling run;
-    run.folder = MakeWorkFolderForCurrentTest();
     ASSERT_TRUE(run.Start());
+    HWND window = run.Open(IDM_DURATION_DEFAULT, L"DefaultDuration");
+    ASSERT_NE(window, nullptr);
+    HWND picker = GetDlgItem(window, kDurationPicker);
+    SYSTEMTIME shown{};
+    ASSERT_TRUE(PickerTime(picker, &shown));
+    EXPECT_EQ(shown.wHour * 3600 + shown.wMinute * 60 + shown.wSecond, 600) << "ten minutes until set";
+    SYSTEMTIME twenty{1943, 5, 1, 3, 0, 0, 20, 0};
+    ASSERT_TRUE(SetPickerTime(picker, twenty));
+    EXPECT_TRUE(TakeScreenshot("default-duration"));
+    Click(GetDlgItem(window, kDurationSaveButton));
+    ASSERT_TRUE(run.program->WaitForMessage(L"Default recording duration saved in options file\r\n", 3000));
+    EXPECT_FALSE(IsVisible(window));
+    EXPECT_NE(run.OptionsFile().find(Option("DefaultDuration", "00:00:20")), std::string::npos) << run.OptionsFile();
+
     run.OpenSchedule();
+    ASSERT_TRUE(PickerTime(run.durationPicker, &shown));
+    EXPECT_EQ(shown.wHour * 3600 + shown.wMinute * 60 + shown.wSecond, 20);
     HWND scheduleButton = run.Item(run.schedule, kScheduleButton);
     EXPECT_FALSE(IsEnabled(scheduleButton));
     run.PickEventTime(UtcInSeconds(4));
@@ -234,13 +214,12 @@ TEST(Scheduling, AnEventTooCloseToNowIsRefused)
     run.PickEventTime(UtcInSeconds(-120));
     EXPECT_FALSE(IsEnabled(scheduleButton)) << "a time before the window opened";
     run.PickEventTime(UtcInSeconds(4));
-    ASSERT_TRUE(IsEnabled(run.Item(run.schedule, kScheduleButton)));
-    Click(run.Item(run.schedule, kScheduleButton));
+    ASSERT_TRUE(IsEnabled(scheduleButton));
+    Click(scheduleButton);
     ASSERT_TRUE(run.program->WaitForMessage(
         L"Event time must be at least 5 seconds after\r\nthe current time to allow for camera restart\r\n", 5000));
     EXPECT_TRUE(IsVisible(run.schedule));
     EXPECT_TRUE(run.EventFiles().empty());
-    SYSTEMTIME shown{};
     ASSERT_TRUE(PickerTime(run.eventPicker, &shown));
     SYSTEMTIME now = UtcInSeconds(0);
     FILETIME a{}, b{};
@@ -249,17 +228,7 @@ TEST(Scheduling, AnEventTooCloseToNowIsRefused)
     LONGLONG apart = static_cast<LONGLONG>((static_cast<ULONGLONG>(b.dwHighDateTime) << 32 | b.dwLowDateTime) -
                                            (static_cast<ULONGLONG>(a.dwHighDateTime) << 32 | a.dwLowDateTime));
     EXPECT_LT(apart < 0 ? -apart : apart, 30000000ll) << "the picker shows the present";
-    run.program->Kill();
-}
 
-// Characters outside the allowed set are taken out again as they are typed,
-// with the line for names or the line for comments.
-TEST(Scheduling, DisallowedCharactersAreRemovedWithTheirLine)
-{
-    Scheduling run;
-    run.folder = MakeWorkFolderForCurrentTest();
-    ASSERT_TRUE(run.Start(false));
-    run.OpenSchedule();
     run.Type(kStarEdit, L"TYC/12");
     EXPECT_EQ(WindowText(run.Item(run.schedule, kStarEdit)), L"TYC12");
     ASSERT_TRUE(run.program->WaitForMessage(
@@ -279,9 +248,8 @@ TEST(Scheduling, DisallowedCharactersAreRemovedWithTheirLine)
 TEST(Scheduling, EditingAnEventReplacesItsFile)
 {
     Scheduling run;
-    run.folder = MakeWorkFolderForCurrentTest();
     SYSTEMTIME moment = UtcInSeconds(3600);
-    WriteProgramEvent(run.folder, L"Ceres_" + Wide(TimeName(moment)), moment, 20, "Ceres", "");
+    WriteProgramEvent(run.folder, L"Ceres_" + TimeName(moment), moment, 20, "Ceres", "");
     ASSERT_TRUE(run.Start());
     run.OpenList();
     ASSERT_EQ(ListViewRowCount(run.list), 1);
@@ -300,7 +268,7 @@ TEST(Scheduling, EditingAnEventReplacesItsFile)
     ASSERT_TRUE(WaitUntil([&] { return !IsVisible(run.schedule); }, 5000));
     std::vector<std::wstring> files = run.EventFiles();
     ASSERT_EQ(files.size(), 1u);
-    EXPECT_EQ(files[0], Wide("Ceres_" + TimeName(moment) + ".mef"));
+    EXPECT_EQ(files[0], L"Ceres_" + TimeName(moment) + L".mef");
 
     // To a new time: a file of the new name, and the old one gone.
     ClickListViewRow(run.list, 0);
@@ -311,7 +279,7 @@ TEST(Scheduling, EditingAnEventReplacesItsFile)
     ASSERT_TRUE(WaitUntil([&] { return !IsVisible(run.schedule); }, 5000));
     files = run.EventFiles();
     ASSERT_EQ(files.size(), 1u);
-    EXPECT_EQ(files[0], Wide("Ceres_" + TimeName(later) + ".mef"));
+    EXPECT_EQ(files[0], L"Ceres_" + TimeName(later) + L".mef");
     EXPECT_EQ(ListViewText(run.list, 0, 7), files[0]);
     run.program->Kill();
 }
@@ -322,7 +290,6 @@ TEST(Scheduling, EditingAnEventReplacesItsFile)
 TEST(Scheduling, DeletingAsksByTheRowsAndRearmsTheNextEvent)
 {
     Scheduling run;
-    run.folder = MakeWorkFolderForCurrentTest();
     for (int i = 1; i <= 5; ++i) {
         SYSTEMTIME moment = UtcInSeconds(600 * i);
         WriteEvent(run.folder, L"E" + std::to_wstring(i), moment, 10, "", ("Star" + std::to_string(i)).c_str());
@@ -372,12 +339,12 @@ TEST(Scheduling, DeletingAsksByTheRowsAndRearmsTheNextEvent)
     run.program->Kill();
 }
 
-// The rows and their cells, in both orders, with and without expired
-// events; an unreadable file is a row of its own.
-TEST(Scheduling, TheListSortsAndShowsItsCells)
+// The rows and their cells, in both orders, with and without expired events; an unreadable file is a row of its
+// own. A file the platform won't delete (read-only) gets the warning, once for that file; the other selected file
+// goes, and nothing else is lost.
+TEST(Scheduling, TheListSortsAndShowsItsCellsAndAFileThatCannotBeDeletedIsWarnedAbout)
 {
     Scheduling run;
-    run.folder = MakeWorkFolderForCurrentTest();
     SYSTEMTIME early{2040, 5, 0, 3, 1, 2, 3, 0};
     SYSTEMTIME late{2040, 12, 0, 24, 21, 0, 59, 0};
     SYSTEMTIME past{2020, 1, 0, 9, 8, 7, 6, 0};
@@ -385,6 +352,8 @@ TEST(Scheduling, TheListSortsAndShowsItsCells)
     WriteProgramEvent(run.folder, L"late", late, 10, "", "", false, true);
     WriteProgramEvent(run.folder, L"past", past, 60, "", "");
     WriteBytes(run.folder + L"\\Events\\broken.mef", "<Root><EventYear Value=\"2040\"");
+    const std::wstring readOnly = run.folder + L"\\Events\\early.mef";
+    ASSERT_TRUE(SetFileAttributesW(readOnly.c_str(), FILE_ATTRIBUTE_READONLY));
     ASSERT_TRUE(run.Start(false));
     run.OpenList();
     std::vector<std::vector<std::wstring>> rows = ListViewRows(run.list, 8);
@@ -413,26 +382,11 @@ TEST(Scheduling, TheListSortsAndShowsItsCells)
 
     TakeScreenshot("event-list");
     Click(run.Item(run.listWindow, kShowExpiredBox));
-    EXPECT_EQ(ListViewRowCount(run.list), 2);
-    run.program->Kill();
-}
+    ASSERT_EQ(ListViewRowCount(run.list), 2);
 
-// A file the platform won't delete (read-only) gets the warning, once for
-// that file; the other selected file goes, and nothing else is lost.
-TEST(Scheduling, AFileThatCannotBeDeletedIsWarnedAboutAndTheOthersGo)
-{
-    Scheduling run;
-    run.folder = MakeWorkFolderForCurrentTest();
-    WriteProgramEvent(run.folder, L"kept", UtcInSeconds(3600), 10, "", "Kept");
-    WriteProgramEvent(run.folder, L"gone", UtcInSeconds(7200), 10, "", "Gone");
-    WriteProgramEvent(run.folder, L"other", UtcInSeconds(9000), 10, "", "Other");
-    ASSERT_TRUE(SetFileAttributesW((run.folder + L"\\Events\\kept.mef").c_str(), FILE_ATTRIBUTE_READONLY));
-    ASSERT_TRUE(run.Start(false));
-    run.OpenList();
-    ASSERT_EQ(ListViewRowCount(run.list), 3);
-    // Latest first: other, gone, kept.
-    ClickListViewRow(run.list, 1);
-    ClickListViewRow(run.list, 2, true);
+    // Earliest first: early, the read-only one, and late.
+    ClickListViewRow(run.list, 0);
+    ClickListViewRow(run.list, 1, true);
     EXPECT_EQ(ListViewSelectedCount(run.list), 2);
     EXPECT_EQ(WindowText(FindChild(run.listWindow, L"Static", L"multiple events selected")),
               L"multiple events selected");
@@ -440,13 +394,13 @@ TEST(Scheduling, AFileThatCannotBeDeletedIsWarnedAboutAndTheOthersGo)
     AnswerMessageBox(run.AskToDelete(), IDYES);
     ASSERT_TRUE(run.program->WaitForMessage(
         L"WARNING: unable to delete one or more selected event files - write protected?\r\n", 5000));
-    ASSERT_TRUE(WaitUntil([&] { return run.EventFiles().size() == 2; }, 5000));
+    ASSERT_TRUE(WaitUntil([&] { return run.EventFiles().size() == 3; }, 5000));
     std::vector<std::wstring> files = run.EventFiles();
     std::sort(files.begin(), files.end());
-    EXPECT_EQ(files, (std::vector<std::wstring>{L"kept.mef", L"other.mef"}));
-    EXPECT_EQ(run.program->CountMessages(L"WARNING: unable to delete"), 1);
-    EXPECT_EQ(ListViewRowCount(run.list), 2);
-    SetFileAttributesW((run.folder + L"\\Events\\kept.mef").c_str(), FILE_ATTRIBUTE_NORMAL);
+    EXPECT_EQ(files, (std::vector<std::wstring>{L"broken.mef", L"early.mef", L"past.mef"}));
+    EXPECT_EQ(run.Count(L"WARNING: unable to delete"), 1);
+    EXPECT_EQ(ListViewRowCount(run.list), 1);
+    SetFileAttributesW(readOnly.c_str(), FILE_ATTRIBUTE_NORMAL);
     run.program->Kill();
 }
 
@@ -457,10 +411,9 @@ TEST(Scheduling, AFileThatCannotBeDeletedIsWarnedAboutAndTheOthersGo)
 TEST(Scheduling, DeletesAndASaveDuringAnEventLeaveItToEndAtItsTime)
 {
     Scheduling run;
-    run.folder = MakeWorkFolderForCurrentTest();
     SYSTEMTIME moment = UtcInSeconds(14);
-    WriteProgramEvent(run.folder, L"Vesta_" + Wide(TimeName(moment)), moment, 8, "Vesta", "");
-    ASSERT_TRUE(SetFileAttributesW((run.folder + L"\\Events\\Vesta_" + Wide(TimeName(moment)) + L".mef").c_str(),
+    WriteProgramEvent(run.folder, L"Vesta_" + TimeName(moment), moment, 8, "Vesta", "");
+    ASSERT_TRUE(SetFileAttributesW((run.folder + L"\\Events\\Vesta_" + TimeName(moment) + L".mef").c_str(),
                                    FILE_ATTRIBUTE_READONLY));
     ASSERT_TRUE(run.Start());
     // Both are opened before the recording greys their menu items.
@@ -486,18 +439,9 @@ TEST(Scheduling, DeletesAndASaveDuringAnEventLeaveItToEndAtItsTime)
     ASSERT_TRUE(WaitUntil([&] { return run.EventFiles().size() == 1; }, 5000));
     EXPECT_EQ(WindowText(run.Main()), kRecordingTitle) << "only the countdown was cancelled";
 
-    // The event ends on its own, about 4 s after its moment, with its report.
-    ASSERT_TRUE(WaitUntil([&] { return !ListFiles(run.folder + L"\\VideoFiles", L"*.txt").empty(); }, 10000))
-        << Narrow(run.program->Messages());
-    std::vector<std::wstring> videos = ListFiles(run.folder + L"\\VideoFiles", L"*.avi");
-    ASSERT_EQ(videos.size(), 1u);
-    EXPECT_EQ(videos[0], Wide("Vesta_" + TimeName(Shifted(moment, -4)) + ".avi"));
-    std::string report = ReadBytes(run.folder + L"\\VideoFiles\\" + videos[0].substr(0, videos[0].size() - 4) + L".txt");
-    EXPECT_EQ(report.rfind("Event recording: ", 0), 0u) << report;
-    testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(run.folder + L"\\VideoFiles\\" + videos[0]));
-    ASSERT_TRUE(video.ok) << video.raw;
-    EXPECT_GT(video.frames, 6 * 30) << "about 8 s at 30 frames a second";
-    SetFileAttributesW((run.folder + L"\\Events\\Vesta_" + Wide(TimeName(moment)) + L".mef").c_str(),
+    // The event ends on its own, about 4 s after its moment, with its report; about 8 s at 30 frames a second.
+    run.ExpectOneEventRecording(L"Vesta_", moment, 6 * 30);
+    SetFileAttributesW((run.folder + L"\\Events\\Vesta_" + TimeName(moment) + L".mef").c_str(),
                        FILE_ATTRIBUTE_NORMAL);
     run.program->Kill();
 }

@@ -68,9 +68,13 @@ SIZE Frame(HWND main)
 
 }  // namespace
 
-// A row chosen restarts the preview on that device at once and the main
-// window takes its size; Cancel brings the first device back.
-TEST(SelectDevice, ChoosingTheSecondCameraRunsItAndCancelBringsTheFirstBack)
+// A row chosen restarts the preview on that device at once and the main window takes its size; Cancel, or the
+// close box, brings the first device back. Ignoring the device in use hands the picture to the other; Restore
+// puts the device back in the list, and the first device is taken again. Opening either device window turns
+// Magnify off; while it is open "Magnify...", "Select Input Device..." and "Device Properties..." are grey, and
+// closing it by any of its ways enables them again. The menu is read from inside the program (another process
+// can't read it here).
+TEST(SelectDevice, ChoosingIgnoringAndEitherDeviceWindowsGreyItems)
 {
     SelectRun run;
     ASSERT_TRUE(run.Start());
@@ -82,6 +86,8 @@ TEST(SelectDevice, ChoosingTheSecondCameraRunsItAndCancelBringsTheFirstBack)
     EXPECT_EQ(run.Ignored(), Rows{});
     EXPECT_EQ(run.Selected(), 0);
     EXPECT_FALSE(run.DefaultChecked());
+    Sleep(1000);
+    EXPECT_TRUE(TakeScreenshot("select-device-window"));
 
     run.ChooseRow(1);
     EXPECT_TRUE(run.WaitPicture(800, 600));
@@ -115,16 +121,7 @@ TEST(SelectDevice, ChoosingTheSecondCameraRunsItAndCancelBringsTheFirstBack)
     RECT back = WindowRect(run.Main());
     EXPECT_EQ(back.left, home.left);
     EXPECT_EQ(back.top, home.top);
-    run.program->Kill();
-}
 
-// Ignoring the device in use hands the picture to the other; Restore puts
-// the device back in the list, and the first device is taken again.
-TEST(SelectDevice, IgnoreHandsThePictureOverAndRestoreTakesTheDeviceBack)
-{
-    SelectRun run;
-    ASSERT_TRUE(run.Start());
-    ASSERT_TRUE(run.WaitPicture(640, 480));
     ASSERT_TRUE(run.Open());
     Click(run.Item(kSelectDeviceIgnoreButton));
     EXPECT_EQ(run.Count(L"Device \"Sky Cam\" is ignored\r\n"), 1) << Narrow(run.program->Messages());
@@ -147,6 +144,54 @@ TEST(SelectDevice, IgnoreHandsThePictureOverAndRestoreTakesTheDeviceBack)
     EXPECT_EQ(run.Selected(), 0) << "the first device that isn't ignored is taken";
     Click(run.Item(kSelectDeviceOkButton));
     EXPECT_FALSE(IsVisible(run.window));
+    ASSERT_TRUE(run.WaitPicture(640, 480));
+
+    const struct {
+        unsigned command;
+        const wchar_t* className;
+        int ok;
+        int cancel;
+    } deviceWindows[] = {
+        {IDM_SELECT_INPUT_DEVICE, L"SelectVideoDeviceClassName", kSelectDeviceOkButton, kSelectDeviceCancelButton},
+        {IDM_DEVICE_PROPERTIES, L"DeviceFormat", kFormatOkButton, kFormatCancelButton},
+    };
+    DWORD id = run.program->ProcessId();
+    const unsigned kThree[] = {IDM_MAGNIFY, IDM_SELECT_INPUT_DEVICE, IDM_DEVICE_PROPERTIES};
+    auto expectGrey = [&](bool grey, const char* when) {
+        for (unsigned command : kThree) {
+            ASSERT_NE(RemoteMenuState(id, command), 0xFFFFFFFFu) << "the menu probe can't reach the program";
+            EXPECT_EQ(IsMenuItemGrey(id, command), grey) << when << ", command " << command;
+        }
+        EXPECT_FALSE(IsMenuItemGrey(id, IDM_CODEC)) << when;
+        EXPECT_FALSE(IsMenuItemGrey(id, IDM_BRIGHTNESS_CONTRAST)) << when;
+    };
+    expectGrey(false, "before opening");
+
+    for (const auto& device : deviceWindows) {
+        SCOPED_TRACE(Narrow(device.className));
+        SendCommand(run.Main(), IDM_MAGNIFY);
+        HWND magnify = run.Window(L"Magnify");
+        ASSERT_TRUE(magnify && IsVisible(magnify));
+        Click(GetDlgItem(magnify, kMagnifyDoubleRadio));
+        ASSERT_EQ(Size(run.Clipping()).cx, 1280);
+        ASSERT_NE(run.ProgramRun::Open(device.command, device.className), nullptr);
+        EXPECT_FALSE(IsVisible(magnify));
+        EXPECT_EQ(Size(run.Clipping()).cx, 640);
+        EXPECT_EQ(Size(run.Clipping()).cy, 480);
+        expectGrey(true, "open");
+        Click(run.Item(device.ok));
+        expectGrey(false, "after OK");
+
+        ASSERT_NE(run.ProgramRun::Open(device.command, device.className), nullptr);
+        expectGrey(true, "open again");
+        Click(run.Item(device.cancel));
+        EXPECT_FALSE(IsVisible(magnify));
+        EXPECT_EQ(Size(run.Clipping()).cx, 640);
+        expectGrey(false, "after Cancel");
+        ASSERT_NE(run.ProgramRun::Open(device.command, device.className), nullptr);
+        SendMessageW(run.window, WM_SYSCOMMAND, SC_CLOSE, 0);
+        expectGrey(false, "after the close box");
+    }
     run.program->Kill();
 }
 
@@ -229,98 +274,10 @@ TEST(SelectDevice, OneIgnoredDeviceLeavesTheListEmptyAndRestoreBringsEverythingB
     run.program->Kill();
 }
 
-// Opening either device window turns Magnify off; while it is open "Magnify...", "Select Input Device..." and
-// "Device Properties..." are grey, and closing it by any of its ways enables them again. The menu is read from
-// inside the program (another process can't read it here).
-TEST(SelectDevice, EitherDeviceWindowTurnsMagnifyOffAndGreysTheThreeDeviceItems)
-{
-    const struct {
-        unsigned command;
-        const wchar_t* className;
-        int ok;
-        int cancel;
-    } deviceWindows[] = {
-        {IDM_SELECT_INPUT_DEVICE, L"SelectVideoDeviceClassName", kSelectDeviceOkButton, kSelectDeviceCancelButton},
-        {IDM_DEVICE_PROPERTIES, L"DeviceFormat", kFormatOkButton, kFormatCancelButton},
-    };
-    SelectRun run;
-    ASSERT_TRUE(run.Start());
-    ASSERT_TRUE(run.WaitPicture(640, 480));
-    DWORD id = run.program->ProcessId();
-    const unsigned kThree[] = {IDM_MAGNIFY, IDM_SELECT_INPUT_DEVICE, IDM_DEVICE_PROPERTIES};
-    auto expectGrey = [&](bool grey, const char* when) {
-        for (unsigned command : kThree) {
-            ASSERT_NE(RemoteMenuState(id, command), 0xFFFFFFFFu) << "the menu probe can't reach the program";
-            EXPECT_EQ(IsMenuItemGrey(id, command), grey) << when << ", command " << command;
-        }
-        EXPECT_FALSE(IsMenuItemGrey(id, IDM_CODEC)) << when;
-        EXPECT_FALSE(IsMenuItemGrey(id, IDM_BRIGHTNESS_CONTRAST)) << when;
-    };
-    expectGrey(false, "before opening");
-
-    for (const auto& device : deviceWindows) {
-        SCOPED_TRACE(Narrow(device.className));
-        SendCommand(run.Main(), IDM_MAGNIFY);
-        HWND magnify = run.Window(L"Magnify");
-        ASSERT_TRUE(magnify && IsVisible(magnify));
-        Click(GetDlgItem(magnify, kMagnifyDoubleRadio));
-        ASSERT_EQ(Size(run.Clipping()).cx, 1280);
-        ASSERT_NE(run.ProgramRun::Open(device.command, device.className), nullptr);
-        EXPECT_FALSE(IsVisible(magnify));
-        EXPECT_EQ(Size(run.Clipping()).cx, 640);
-        EXPECT_EQ(Size(run.Clipping()).cy, 480);
-        expectGrey(true, "open");
-        Click(run.Item(device.ok));
-        expectGrey(false, "after OK");
-
-        ASSERT_NE(run.ProgramRun::Open(device.command, device.className), nullptr);
-        expectGrey(true, "open again");
-        Click(run.Item(device.cancel));
-        EXPECT_FALSE(IsVisible(magnify));
-        EXPECT_EQ(Size(run.Clipping()).cx, 640);
-        expectGrey(false, "after Cancel");
-        ASSERT_NE(run.ProgramRun::Open(device.command, device.className), nullptr);
-        SendMessageW(run.window, WM_SYSCOMMAND, SC_CLOSE, 0);
-        expectGrey(false, "after the close box");
-    }
-    run.program->Kill();
-}
-
-// The window open over the program, and the Options menu beside it, for a
-// person to look at.
-TEST(SelectDevice, Screenshots)
-{
-    SelectRun run;
-    ASSERT_TRUE(run.devices.Add(L"Old Cam", L"webcam"));
-    ASSERT_TRUE(run.Start(Option("ExcludedVideoSource", "Old Cam")));
-    ASSERT_TRUE(run.Open());
-    ASSERT_EQ(run.Ignored(), Rows{L"Old Cam"});
-    Sleep(1000);
-    EXPECT_TRUE(TakeScreenshot("select-device-window"));
-
-    // The Options popup, opened by a click on its place in the menu bar.
-    POINT corner{0, 0};
-    ClientToScreen(run.Main(), &corner);
-    PostMessageW(run.Main(), WM_NCLBUTTONDOWN, HTMENU, MAKELPARAM(corner.x + 165, corner.y - 10));
-    HWND popup = nullptr;
-    ASSERT_TRUE(WaitUntil(
-        [&] {
-            popup = FindProcessWindow(run.program->ProcessId(), L"#32768");
-            return popup && IsVisible(popup);
-        },
-        5000));
-    Sleep(300);
-    EXPECT_TRUE(TakeScreenshot("select-device-options-menu"));
-    PostMessageW(popup, WM_KEYDOWN, VK_ESCAPE, 0);
-    PostMessageW(run.Main(), WM_KEYDOWN, VK_ESCAPE, 0);
-    Sleep(300);
-    run.program->Kill();
-}
-
-// Devices pulled and plugged while the window is open show in its lists at
-// once; a device plugged in under the default name takes over and is shown
-// selected.
-TEST(SelectDevice, TheListsFollowDevicesPulledAndPluggedWhileOpen)
+// Devices pulled and plugged while the window is open show in its lists at once; a device plugged in under the
+// default name takes over and is shown selected. The device chosen in the window is the one in use for the rest
+// of the program too: pulled, it is the active device that went; the one it replaced counts as inactive.
+TEST(SelectDevice, TheListsFollowDevicesPulledAndPluggedAndAChosenDeviceIsTheActiveOne)
 {
     SelectRun run;
     ASSERT_TRUE(run.Start(Option("DefaultVideoSource", "Main Cam") + Option("ExcludedVideoSource", "Side Cam")));
@@ -349,29 +306,14 @@ TEST(SelectDevice, TheListsFollowDevicesPulledAndPluggedWhileOpen)
     EXPECT_EQ(run.Selected(), 0);
     EXPECT_FALSE(run.DefaultChecked());
     EXPECT_TRUE(IsVisible(run.window));
-    run.program->Kill();
-}
 
-// The device chosen in the window is the one in use for the rest of the
-// program too: pulled, it is the active device that went, and the other
-// takes over; the one it replaced counts as inactive.
-TEST(SelectDevice, AChosenDeviceIsTheActiveOneWhenDevicesArePulled)
-{
-    SelectRun run;
-    ASSERT_TRUE(run.devices.Add(L"Spare Cam", L"webcam"));
-    ASSERT_TRUE(run.Start());
-    ASSERT_TRUE(run.Open());
-    ASSERT_EQ(run.Devices(), (Rows{L"Spare Cam", L"Sky Cam", L"Side Cam"}));
-    run.ChooseRow(2);
-    ASSERT_TRUE(run.WaitPicture(800, 600));
+    run.ChooseRow(1);
     Click(run.Item(kSelectDeviceOkButton));
-
+    EXPECT_EQ(run.Pull(L"Sky Cam"), 1);
+    EXPECT_EQ(run.Count(L"Inactive video capture device \"Sky Cam\" disconnected\r\n"), 1)
+        << Narrow(run.program->Messages());
     EXPECT_EQ(run.Pull(L"Spare Cam"), 1);
-    EXPECT_EQ(run.Count(L"Inactive video capture device \"Spare Cam\" disconnected\r\n"), 1)
+    EXPECT_EQ(run.Count(L"Active video capture device \"Spare Cam\" disconnected\r\n"), 1)
         << Narrow(run.program->Messages());
-    EXPECT_EQ(run.Pull(L"Side Cam"), 1);
-    EXPECT_EQ(run.Count(L"Active video capture device \"Side Cam\" disconnected\r\n"), 1)
-        << Narrow(run.program->Messages());
-    EXPECT_TRUE(run.WaitPicture(640, 480)) << "Sky Cam took over";
     run.program->Kill();
 }

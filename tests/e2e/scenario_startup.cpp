@@ -2,19 +2,23 @@
 #include <gtest/gtest.h>
 
 #include "e2e/harness.h"
+#include "ui/commands.h"
 
 using namespace e2e;
 
 namespace {
 
-constexpr unsigned kExitCommand = 33099;
 constexpr DWORD kAnotherInstance = 0x80004004;
 
 }  // namespace
 
-TEST(Startup, NoOptionsNoDeviceReportsInOrder)
+// Without options or device: the lines in order, no options file written, no record buttons, the default
+// folders made. A second instance ends at once with its code and changes nothing; Set Window Positions writes the
+// file; Exit ends the first with the loop's exit code.
+TEST(Startup, NoOptionsNoDeviceReportsInOrderAndASecondInstanceChangesNothing)
 {
-    Program program(MakeWorkFolderForCurrentTest());
+    std::wstring folder = MakeWorkFolderForCurrentTest();
+    Program program(folder);
     ASSERT_TRUE(program.Start());
     ASSERT_TRUE(program.WaitReady());
 
@@ -31,55 +35,39 @@ TEST(Startup, NoOptionsNoDeviceReportsInOrder)
     EXPECT_LT(noDevice, noOptions);
     EXPECT_EQ(text.rfind(L"No Options File or unreadable Options File"), noOptions);
     EXPECT_EQ(text.substr(noOptions), L"No Options File or unreadable Options File\r\n") << Narrow(text);
+    EXPECT_TRUE(ListFiles(folder, L"*.xml").empty());
 
     EXPECT_EQ(WindowText(program.MainWindow()), L"MAVU Video Capture Version 2.1");
-    // No device: the record buttons are hidden, the default folders exist.
     EXPECT_FALSE(IsVisible(program.RecordControlsWindow()));
-    EXPECT_NE(GetFileAttributesW((program.Folder() + L"\\VideoFiles").c_str()), INVALID_FILE_ATTRIBUTES);
-    EXPECT_NE(GetFileAttributesW((program.Folder() + L"\\LogFiles").c_str()), INVALID_FILE_ATTRIBUTES);
+    EXPECT_NE(GetFileAttributesW((folder + L"\\VideoFiles").c_str()), INVALID_FILE_ATTRIBUTES);
+    EXPECT_NE(GetFileAttributesW((folder + L"\\LogFiles").c_str()), INVALID_FILE_ATTRIBUTES);
     EXPECT_TRUE(TakeScreenshot("startup-no-device"));
-}
 
-TEST(Startup, SecondInstanceEndsAtOnceAndChangesNothing)
-{
-    std::wstring folder = MakeWorkFolderForCurrentTest();
-    Program first(folder);
-    ASSERT_TRUE(first.Start());
-    ASSERT_TRUE(first.WaitReady());
-    std::wstring before = first.Messages();
-    RECT mainBefore = WindowRect(first.MainWindow());
-
+    RECT mainBefore = WindowRect(program.MainWindow());
     Program second(folder);
     ASSERT_TRUE(second.Start());
     DWORD code = 0;
     ASSERT_TRUE(second.WaitExit(5000, &code));
     EXPECT_EQ(code, kAnotherInstance);
-
-    EXPECT_TRUE(first.IsRunning());
-    EXPECT_EQ(first.Messages(), before);
-    RECT mainAfter = WindowRect(first.MainWindow());
+    EXPECT_TRUE(program.IsRunning());
+    EXPECT_EQ(program.Messages(), text);
+    RECT mainAfter = WindowRect(program.MainWindow());
     EXPECT_TRUE(EqualRect(&mainBefore, &mainAfter));
     EXPECT_EQ(FindProcessWindow(second.ProcessId(), nullptr), nullptr);
+
+    // Set Window Positions makes the file where none stood.
+    SendCommand(program.MainWindow(), IDM_SET_WINDOW_POSITIONS);
+    ASSERT_TRUE(program.WaitForMessage(L"Default window positions are saved in options file\r\n", 5000));
+    EXPECT_NE(ReadBytes(folder + L"\\MAVU_options_capture.xml").find("\t<MessageWindowPosition Value=\""),
+              std::string::npos);
+    PostCommand(program.MainWindow(), IDM_EXIT);
+    code = 1234;
+    ASSERT_TRUE(program.WaitExit(10000, &code));
+    EXPECT_EQ(code, 0u);
 }
 
-TEST(Startup, ExitOrTheCloseBoxEndsWithTheLoopsExitCode)
-{
-    for (bool closeBox : {false, true}) {
-        SCOPED_TRACE(closeBox ? "close box" : "Exit");
-        Program program(MakeWorkFolderForCurrentTest());
-        ASSERT_TRUE(program.Start());
-        ASSERT_TRUE(program.WaitReady());
-        if (closeBox)
-            PostMessageW(program.MainWindow(), WM_CLOSE, 0, 0);
-        else
-            PostCommand(program.MainWindow(), kExitCommand);
-        DWORD code = 1234;
-        ASSERT_TRUE(program.WaitExit(10000, &code));
-        EXPECT_EQ(code, 0u);
-    }
-}
-
-TEST(Startup, MissingIconsAreHarmless)
+// Without its icons the program runs, and the close box ends it with the loop's exit code.
+TEST(Startup, MissingIconsAreHarmlessAndTheCloseBoxEndsTheProgram)
 {
     std::wstring folder = MakeWorkFolderForCurrentTest();
     for (const std::wstring& icon : ListFiles(folder + L"\\MavuVideoIcons", L"*.ico"))
@@ -91,6 +79,10 @@ TEST(Startup, MissingIconsAreHarmless)
     ASSERT_TRUE(program.WaitReady());
     EXPECT_TRUE(IsVisible(program.UserMessagesWindow()));
     EXPECT_NE(program.Messages().find(L"No Options File or unreadable Options File"), std::wstring::npos);
+    PostMessageW(program.MainWindow(), WM_CLOSE, 0, 0);
+    DWORD code = 1234;
+    ASSERT_TRUE(program.WaitExit(10000, &code));
+    EXPECT_EQ(code, 0u);
 }
 
 TEST(Startup, ProgramNameWithoutMavuCannotMakeTheDefaultFolders)
@@ -111,7 +103,7 @@ TEST(Startup, ProgramNameWithoutMavuCannotMakeTheDefaultFolders)
     EXPECT_LT(video, logs);
     EXPECT_LT(logs, queued);
     // The program runs on: the main File menu is live, so Exit still works.
-    PostCommand(program.MainWindow(), kExitCommand);
+    PostCommand(program.MainWindow(), IDM_EXIT);
     DWORD code = 1;
     ASSERT_TRUE(program.WaitExit(10000, &code));
     EXPECT_EQ(code, 0u);

@@ -10,15 +10,12 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "device/graph_helpers.h"
-#include "e2e/harness.h"
+#include "e2e/program_run.h"
 
 using namespace e2e;
 
 namespace {
 
-constexpr wchar_t kMainTitle[] = L"MAVU Video Capture Version 2.1";
-constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
 constexpr unsigned kExitCommand = 33099;
 constexpr DWORD kHangMs = 20000;
 

@@ -6,7 +6,6 @@
 #include <commctrl.h>
 
 #include "e2e/program_run.h"
-#include "e2e/remote_controls.h"
 #include "e2e/screen_stamp.h"
 #include "support/ffprobe.h"
 #include "support/recorded_frames.h"
@@ -18,22 +17,6 @@ using namespace e2e;
 
 namespace {
 
-// Pixels of the saturation warning colour (magenta on the screen) in the
-// clipping window's picture.
-int WarningPixels(const std::string& name, HWND clipping)
-{
-    RECT picture = WindowRect(clipping);
-    std::string rgb;
-    if (!ReadScreenRgb(name, picture.left, picture.top, picture.right - picture.left, picture.bottom - picture.top,
-                       &rgb))
-        return -1;
-    int count = 0;
-    for (size_t i = 0; i + 2 < rgb.size(); i += 3)
-        count += static_cast<uint8_t>(rgb[i]) > 200 && static_cast<uint8_t>(rgb[i + 1]) < 80 &&
-                 static_cast<uint8_t>(rgb[i + 2]) > 200;
-    return count;
-}
-
 void MoveSlider(HWND slider, int position)
 {
     SendMessageW(slider, TBM_SETPOS, TRUE, position);
@@ -42,9 +25,10 @@ void MoveSlider(HWND slider, int position)
 
 }  // namespace
 
-// x 2.0 doubles the picture and the main window follows; closing the window
-// puts the picture back. The window opens with " None" selected.
-TEST(ToolWindows, MagnifyDoublesThePictureAndClosingRestoresIt)
+// x 2.0 doubles the picture and the main window follows; closing the window puts the picture back. The window
+// opens with " None" selected. Without colour in files the Brightness and Contrast window is the smaller one and
+// has no file box; without a colour effect on the platform the camera still runs.
+TEST(ToolWindows, MagnifyDoublesThePictureAndBrightnessWithoutTheFileOptionIsTheSmallWindow)
 {
     ProgramRun run;
     ASSERT_TRUE(run.StartWithSkyCam());
@@ -66,24 +50,84 @@ TEST(ToolWindows, MagnifyDoublesThePictureAndClosingRestoresIt)
     EXPECT_FALSE(IsVisible(window));
     EXPECT_EQ(Size(run.Clipping()).cx, 640);
     EXPECT_EQ(Size(run.Clipping()).cy, 480);
+
+    window = run.Open(IDM_BRIGHTNESS_CONTRAST, L"BrightnessContrast");
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(Size(window).cy, 270);
+    EXPECT_FALSE(IsVisible(GetDlgItem(window, kColorInFileBox)));
+    SendMessageW(window, WM_CLOSE, 0, 0);
+    EXPECT_FALSE(IsVisible(window));
+    EXPECT_TRUE(IsVisible(run.program->RecordControlsWindow()));
     run.program->Kill();
 }
 
-// Where Direct3D draws no picture into the main window, the picture checks skip.
-// The slider sets the threshold of the running filter: at 200 the saturated
-// star is painted, at 255 the picture has no warning colour. Save keeps a
-// value as the option and the window open; Remove clears it and closes.
-TEST(ToolWindows, PixelSaturationSliderAndItsTwoSaves)
+namespace {
+
+// The mean level of the picture below the camera's stamp, as the screen
+// shows it (the mean of R, G and B); -1 when the screen can't be read.
+double PictureLevel(const std::string& name, HWND clipping)
 {
+    RECT picture = WindowRect(clipping);
+    int top = picture.top + 2 * synthcam::kStampRows;
+    std::string rgb;
+    if (!ReadScreenRgb(name, picture.left, top, picture.right - picture.left, picture.bottom - top, &rgb) ||
+        rgb.empty())
+        return -1;
+    double sum = 0;
+    for (char byte : rgb)
+        sum += static_cast<uint8_t>(byte);
+    return sum / static_cast<double>(rgb.size());
+}
+
+}  // namespace
+
+// Where Direct3D draws no picture into the main window, the picture checks skip. With a colour effect in the
+// prefix, the brightness slider acts on the preview at once; closing the window puts both values back to the
+// middle. The file box shows only when the options allow colour in files. The pixel saturation slider sets the
+// threshold of the running filter: at 200 the saturated star is painted, at 255 the picture has no warning
+// colour. Save keeps a value as the option and the window open; Remove clears it and closes.
+TEST(ToolWindows, BrightnessContrastAndPixelSaturationActOnThePreviewAndSave)
+{
+    testsupport::RegisteredColorControl colorEffect;
     ProgramRun run;
-    ASSERT_TRUE(run.StartWithSkyCam());
-    HWND window = run.Open(IDM_PIXEL_SATURATION, L"PixelSaturation");
+    ASSERT_TRUE(run.StartWithSkyCam(Option("EnableVideoBrightnessContrast", "TRUE")));
+    HWND window = run.Open(IDM_BRIGHTNESS_CONTRAST, L"BrightnessContrast");
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(WindowText(window), L"Brightness and Contrast");
+    EXPECT_EQ(Size(window).cy, 320);
+    EXPECT_TRUE(IsVisible(GetDlgItem(window, kColorInFileBox)));
+    HWND brightness = GetDlgItem(window, kBrightnessSlider);
+    HWND contrast = GetDlgItem(window, kContrastSlider);
+    EXPECT_EQ(SendMessageW(brightness, TBM_GETPOS, 0, 0), 50);
+    EXPECT_EQ(SendMessageW(contrast, TBM_GETPOS, 0, 0), 50);
+    Sleep(2000);
+    bool pictured = PictureShowsIn(run.Clipping());
+    double middle = pictured ? PictureLevel("brightness-50", run.Clipping()) : 0;
+
+    MoveSlider(brightness, 90);
+    Sleep(1000);
+    EXPECT_TRUE(TakeScreenshot("brightness-contrast"));
+    if (pictured) {
+        double bright = PictureLevel("brightness-90", run.Clipping());
+        EXPECT_GT(bright, middle + 40) << "at 50: " << middle;
+    }
+    EXPECT_EQ(run.program->CountMessages(L"Cannot set"), 0) << Narrow(run.program->Messages());
+
+    // Closing by the menu item: both back to 50, the window hidden.
+    SendCommand(run.Main(), IDM_BRIGHTNESS_CONTRAST);
+    EXPECT_FALSE(IsVisible(window));
+    EXPECT_EQ(SendMessageW(brightness, TBM_GETPOS, 0, 0), 50);
+    EXPECT_EQ(SendMessageW(contrast, TBM_GETPOS, 0, 0), 50);
+    Sleep(2000);
+    if (pictured) {
+        EXPECT_NEAR(PictureLevel("brightness-closed", run.Clipping()), middle, 10);
+    }
+
+    window = run.Open(IDM_PIXEL_SATURATION, L"PixelSaturation");
     ASSERT_NE(window, nullptr);
     HWND slider = GetDlgItem(window, kSaturationSlider);
     HWND save = GetDlgItem(window, kSaturationSaveButton);
     EXPECT_FALSE(IsEnabled(save));
-    Sleep(2000);
-    bool pictured = PictureShowsIn(run.Clipping());
     if (pictured) {
         EXPECT_EQ(WarningPixels("saturation-255", run.Clipping()), 0) << "no threshold until the slider moves";
     }
@@ -122,117 +166,11 @@ TEST(ToolWindows, PixelSaturationSliderAndItsTwoSaves)
         GTEST_SKIP() << kNoPictureHere;
 }
 
-// Counts outside 2 to 30 are refused with the line, and the box shows "2".
-TEST(ToolWindows, FrameIntegrationRefusesCountsOutsideTwoToThirty)
-{
-    ProgramRun run;
-    ASSERT_TRUE(run.StartWithSkyCam());
-    HWND window = run.Open(IDM_FRAME_INTEGRATION, L"FrameIntegration");
-    ASSERT_NE(window, nullptr);
-    HWND box = GetDlgItem(window, kIntegrationCountBox);
-    EXPECT_EQ(WindowText(box), L"2");
-    EXPECT_TRUE(TakeScreenshot("frame-integration"));
-    int refused = 0;
-    for (const wchar_t* count : {L"31", L"1", L"", L"99"}) {
-        SendMessageW(box, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(count));
-        Click(GetDlgItem(window, kIntegrationStartButton));
-        ++refused;
-        EXPECT_EQ(WindowText(box), L"2") << Narrow(count);
-        EXPECT_EQ(run.program->CountMessages(L"Frame count must be a value from 2 to 30"), refused) << Narrow(count);
-    }
-    SendMessageW(box, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"30"));
-    Click(GetDlgItem(window, kIntegrationStartButton));
-    EXPECT_EQ(run.program->CountMessages(L"Frame count must be a value from 2 to 30"), refused);
-    EXPECT_EQ(WindowText(box), L"30");
-    EXPECT_TRUE(IsVisible(window)) << "the window stays for another count";
-    run.program->Kill();
-}
-
-namespace {
-
-// The mean level of the picture below the camera's stamp, as the screen
-// shows it (the mean of R, G and B); -1 when the screen can't be read.
-double PictureLevel(const std::string& name, HWND clipping)
-{
-    RECT picture = WindowRect(clipping);
-    int top = picture.top + 2 * synthcam::kStampRows;
-    std::string rgb;
-    if (!ReadScreenRgb(name, picture.left, top, picture.right - picture.left, picture.bottom - top, &rgb) ||
-        rgb.empty())
-        return -1;
-    double sum = 0;
-    for (char byte : rgb)
-        sum += static_cast<uint8_t>(byte);
-    return sum / static_cast<double>(rgb.size());
-}
-
-}  // namespace
-
-// With a colour effect in the prefix, the brightness slider acts on the
-// preview at once; closing the window puts both values back to the middle.
-// The file box shows only when the options allow colour in files.
-TEST(ToolWindows, BrightnessAndContrastActOnThePreviewAndClosingCentresThem)
-{
-    testsupport::RegisteredColorControl colorEffect;
-    ProgramRun run;
-    ASSERT_TRUE(run.StartWithSkyCam(Option("EnableVideoBrightnessContrast", "TRUE")));
-    HWND window = run.Open(IDM_BRIGHTNESS_CONTRAST, L"BrightnessContrast");
-    ASSERT_NE(window, nullptr);
-    EXPECT_EQ(WindowText(window), L"Brightness and Contrast");
-    EXPECT_EQ(Size(window).cy, 320);
-    EXPECT_TRUE(IsVisible(GetDlgItem(window, kColorInFileBox)));
-    HWND brightness = GetDlgItem(window, kBrightnessSlider);
-    HWND contrast = GetDlgItem(window, kContrastSlider);
-    EXPECT_EQ(SendMessageW(brightness, TBM_GETPOS, 0, 0), 50);
-    EXPECT_EQ(SendMessageW(contrast, TBM_GETPOS, 0, 0), 50);
-    Sleep(2000);
-    bool pictured = PictureShowsIn(run.Clipping());
-    double middle = pictured ? PictureLevel("brightness-50", run.Clipping()) : 0;
-
-    MoveSlider(brightness, 90);
-    Sleep(1000);
-    EXPECT_TRUE(TakeScreenshot("brightness-contrast"));
-    if (pictured) {
-        double bright = PictureLevel("brightness-90", run.Clipping());
-        EXPECT_GT(bright, middle + 40) << "at 50: " << middle;
-    }
-    EXPECT_EQ(run.program->CountMessages(L"Cannot set"), 0) << Narrow(run.program->Messages());
-
-    // Closing by the menu item: both back to 50, the window hidden.
-    SendCommand(run.Main(), IDM_BRIGHTNESS_CONTRAST);
-    EXPECT_FALSE(IsVisible(window));
-    EXPECT_EQ(SendMessageW(brightness, TBM_GETPOS, 0, 0), 50);
-    EXPECT_EQ(SendMessageW(contrast, TBM_GETPOS, 0, 0), 50);
-    Sleep(2000);
-    if (pictured) {
-        EXPECT_NEAR(PictureLevel("brightness-closed", run.Clipping()), middle, 10);
-    }
-    run.program->Kill();
-    if (!pictured)
-        GTEST_SKIP() << kNoPictureHere;
-}
-
-// Without colour in files the window is the smaller one and has no file box;
-// without a colour effect on the platform the camera still runs.
-TEST(ToolWindows, BrightnessAndContrastWithoutTheFileOption)
-{
-    ProgramRun run;
-    ASSERT_TRUE(run.StartWithSkyCam());
-    HWND window = run.Open(IDM_BRIGHTNESS_CONTRAST, L"BrightnessContrast");
-    ASSERT_NE(window, nullptr);
-    EXPECT_EQ(Size(window).cy, 270);
-    EXPECT_FALSE(IsVisible(GetDlgItem(window, kColorInFileBox)));
-    SendMessageW(window, WM_CLOSE, 0, 0);
-    EXPECT_FALSE(IsVisible(window));
-    EXPECT_TRUE(IsVisible(run.program->RecordControlsWindow()));
-    run.program->Kill();
-}
-
-// Frame Integration at 4: the preview adds four frames, three of them less
-// the sky's background, so the background stays near its level where the
-// plain sum would be four times as bright; a recording turns the tool off
-// and its file holds every frame as the camera made it.
-TEST(ToolWindows, FrameIntegrationKeepsTheBackgroundLevelAndARecordingTurnsItOff)
+// Counts outside 2 to 30 are refused with the line, and the box shows "2". Frame Integration at 4: the preview
+// adds four frames, three of them less the sky's background, so the background stays near its level where the
+// plain sum would be four times as bright; a recording turns the tool off and its file holds every frame as the
+// camera made it.
+TEST(ToolWindows, FrameIntegrationRefusesCountsOutsideTwoToThirtyKeepsTheBackgroundAndARecordingTurnsItOff)
 {
     ProgramRun run;
     ASSERT_TRUE(run.StartWithSkyCam());
@@ -241,8 +179,19 @@ TEST(ToolWindows, FrameIntegrationKeepsTheBackgroundLevelAndARecordingTurnsItOff
     double plain = pictured ? PictureLevel("integration-off", run.Clipping()) : 0;
     HWND window = run.Open(IDM_FRAME_INTEGRATION, L"FrameIntegration");
     ASSERT_NE(window, nullptr);
-    SendMessageW(GetDlgItem(window, kIntegrationCountBox), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"4"));
-    Click(GetDlgItem(window, kIntegrationStartButton));
+    HWND box = GetDlgItem(window, kIntegrationCountBox);
+    EXPECT_EQ(WindowText(box), L"2");
+    EXPECT_TRUE(TakeScreenshot("frame-integration"));
+    int refused = 0;
+    for (const wchar_t* count : {L"31", L"1", L"", L"99", L"30", L"4"}) {
+        SendMessageW(box, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(count));
+        Click(GetDlgItem(window, kIntegrationStartButton));
+        const bool inRange = count == std::wstring(L"30") || count == std::wstring(L"4");
+        refused += inRange ? 0 : 1;
+        EXPECT_EQ(WindowText(box), inRange ? count : L"2") << Narrow(count);
+        EXPECT_EQ(run.Count(L"Frame count must be a value from 2 to 30"), refused) << Narrow(count);
+    }
+    EXPECT_TRUE(IsVisible(window)) << "the window stays for another count";
     Sleep(2000);
     if (pictured) {
         double integrated = PictureLevel("integration-4", run.Clipping());

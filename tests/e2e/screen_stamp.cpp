@@ -56,6 +56,20 @@ bool ReadScreenRgb(const std::string& name, int x, int y, int width, int height,
     return CutScreenshot(name, Crop(x, y, width, height), "", "rgb", static_cast<size_t>(width * height * 3), rgb);
 }
 
+int WarningPixels(const std::string& name, HWND clipping)
+{
+    RECT picture = WindowRect(clipping);
+    std::string rgb;
+    if (!ReadScreenRgb(name, picture.left, picture.top, picture.right - picture.left, picture.bottom - picture.top,
+                       &rgb))
+        return -1;
+    int count = 0;
+    for (size_t i = 0; i + 2 < rgb.size(); i += 3)
+        count += static_cast<uint8_t>(rgb[i]) > 200 && static_cast<uint8_t>(rgb[i + 1]) < 80 &&
+                 static_cast<uint8_t>(rgb[i + 2]) > 200;
+    return count;
+}
+
 bool Direct3DRendersWithVulkan()
 {
     wchar_t value[32] = L"";

@@ -19,6 +19,10 @@ bool ReadStampOnScreen(const std::string& name, int x, int y, int scale, synthca
 // screen as bytes R, G, B, row by row.
 bool ReadScreenRgb(const std::string& name, int x, int y, int width, int height, std::string* rgb);
 
+// Pixels of the saturation warning colour (magenta on the screen) in the
+// clipping window's picture; -1 when the screen can't be read.
+int WarningPixels(const std::string& name, HWND clipping);
+
 // Whether the prefix's Direct3D uses its Vulkan renderer, which draws into
 // child windows (through a copy) wherever it runs.
 bool Direct3DRendersWithVulkan();
