@@ -58,41 +58,39 @@ TEST_F(GpsReadingTest, SteadyBurstsGiveThePositionSentAndClearTheBufferBehindThe
     EXPECT_TRUE(Lines().empty());
 }
 
-TEST_F(GpsReadingTest, SentenceCutAtTheEndOfEachBurstGivesWayToTheWholeOneBefore)
+// Each read starts in the silence between bursts and so takes a whole burst:
+// a sentence cut at the burst's end gives way to the whole one before it
+// (not its 51.07 S); a zero byte at the burst's start ends the text there,
+// which fails silently as a missing comma; a burst shorter than a GGA
+// sentence with none in it says so each time (a longer one is parsed from
+// its start all the same).
+TEST_F(GpsReadingTest, EachBurstOfAScriptEndsInItsOutcome)
 {
-    Connect(4800, "cut");
-    for (int i = 0; i < 3; ++i) {
-        GpsReading reading;
-        ASSERT_EQ(ReadGpsWithRetry(reading), 1);
-        EXPECT_STREQ(reading.latitudeText, L" 48.070038 N") << "the cut sentence's 51.07 S isn't taken";
-        EXPECT_STREQ(reading.altitudeText, L" 545.4 M");
-    }
-}
-
-TEST_F(GpsReadingTest, ZeroByteAtTheStartOfEachBurstFailsEveryReadingSilently)
-{
+    const struct {
+        const char* script;
+        const wchar_t* latitude;  // none: each reading fails
+        const wchar_t* line;  // said at each failed reading
+    } kCases[] = {
+        {"cut", L" 48.070038 N", nullptr},
+        {"zerobyte", nullptr, nullptr},
+        {"nogga", nullptr, L"Cannot find GPGGA string\r\n"},
+    };
     Connect(4800, "steady");
-    ChangeScript("zerobyte");
-    // Each read starts in the silence between bursts and so takes a whole
-    // burst, whose text ends at its first byte.
-    for (int i = 0; i < 3; ++i) {
-        GpsReading reading;
-        EXPECT_EQ(ReadGpsSentence(reading), 0);
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.script);
+        ChangeScript(c.script);
+        for (int i = 0; i < 3; ++i) {
+            GpsReading reading;
+            if (c.latitude) {
+                ASSERT_EQ(ReadGpsWithRetry(reading), 1);
+                EXPECT_STREQ(reading.latitudeText, c.latitude);
+                EXPECT_STREQ(reading.altitudeText, L" 545.4 M");
+            } else {
+                EXPECT_EQ(ReadGpsSentence(reading), 0);
+            }
+        }
+        EXPECT_EQ(Lines(), std::vector<std::wstring>(c.line ? 3 : 0, c.line ? c.line : L""));
     }
-    EXPECT_TRUE(Lines().empty()) << "a missing comma fails without a message";
-}
-
-// A burst shorter than a GGA sentence, with none in it, is said to have none
-// (a longer one is parsed from its start all the same).
-TEST_F(GpsReadingTest, ShortBurstsWithoutAGgaSentenceSayEachTimeThatNoneWasFound)
-{
-    Connect(4800, "steady");
-    ChangeScript("nogga");
-    for (int i = 0; i < 2; ++i) {
-        GpsReading reading;
-        EXPECT_EQ(ReadGpsSentence(reading), 0);
-    }
-    EXPECT_EQ(Lines(), std::vector<std::wstring>(2, L"Cannot find GPGGA string\r\n"));
 }
 
 TEST_F(GpsReadingTest, BurstFarLargerThanTheReadIsReadInPiecesOfTheReadSize)
