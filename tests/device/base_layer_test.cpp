@@ -8,73 +8,33 @@
 
 using namespace devicetest;
 
-namespace {
-
-struct Chain {
-    ComPtr<IGraphBuilder> graph;
-    ComPtr<IBaseFilter> device;
-    TestTransform* transform = nullptr;
-    TestSink* sink = nullptr;
-};
-
-// The test filters are held by the test (one reference each) as the program
-// holds its own filters; the graph adds its references.
-HRESULT BuildChain(Chain& chain, const std::wstring& deviceName)
-{
-    HRESULT hr = CoCreateInstance(CLSID_FilterGraph, nullptr, CLSCTX_INPROC_SERVER, IID_IGraphBuilder,
-                                  chain.graph.PutVoid());
-    if (FAILED(hr))
-        return hr;
-    chain.device = BindDevice(deviceName);
-    if (!chain.device)
-        return E_FAIL;
-    chain.graph->AddFilter(chain.device.Get(), L"Camera");
-    chain.graph->AddFilter(chain.transform, L"Transform");
-    chain.graph->AddFilter(chain.sink, L"Sink");
-    hr = chain.graph->ConnectDirect(FindPin(chain.device.Get(), L"Capture").Get(),
-                                    FindPin(chain.transform, L"XForm In").Get(), nullptr);
-    if (FAILED(hr))
-        return hr;
-    return chain.graph->ConnectDirect(FindPin(chain.transform, L"XForm Out").Get(),
-                                      FindPin(chain.sink, L"In").Get(), nullptr);
-}
-
-void RunFor(IGraphBuilder* graph, DWORD ms)
-{
-    ComPtr<IMediaControl> control;
-    ASSERT_EQ(graph->QueryInterface(IID_IMediaControl, control.PutVoid()), S_OK);
-    ASSERT_TRUE(SUCCEEDED(control->Run()));
-    Sleep(ms);
-    ASSERT_TRUE(SUCCEEDED(control->Stop()));
-}
-
-}  // namespace
-
 TEST(BaseLayer, TransformDeliversChangedFramesAndDropsSkippedOnes)
 {
     SyntheticDevices devices;
     ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
     LONG objectsBefore = CBaseObject::ObjectsActive();
+    auto* transform = new TestTransform;
+    auto* sink = new TestSink;
+    transform->NonDelegatingAddRef();
+    sink->NonDelegatingAddRef();
     {
-        Chain chain;
-        chain.transform = new TestTransform;
-        chain.sink = new TestSink;
-        chain.transform->NonDelegatingAddRef();
-        chain.sink->NonDelegatingAddRef();
-        ASSERT_EQ(BuildChain(chain, L"Cam"), S_OK);
+        // The test filters are held by the test (one reference each) as the
+        // program holds its own filters; the graph adds its references.
+        DeviceChain chain;
+        ASSERT_EQ(chain.Build(L"Cam", {transform, sink}), S_OK);
 
         // The output type is the input type.
         AM_MEDIA_TYPE in = {}, out = {};
-        ASSERT_EQ(FindPin(chain.transform, L"XForm In")->ConnectionMediaType(&in), S_OK);
-        ASSERT_EQ(FindPin(chain.transform, L"XForm Out")->ConnectionMediaType(&out), S_OK);
+        ASSERT_EQ(FindPin(transform, L"XForm In")->ConnectionMediaType(&in), S_OK);
+        ASSERT_EQ(FindPin(transform, L"XForm Out")->ConnectionMediaType(&out), S_OK);
         EXPECT_EQ(CMediaType(in), CMediaType(out));
         EXPECT_EQ(in.subtype, MEDIASUBTYPE_YUY2);
         FreeMediaType(in);
         FreeMediaType(out);
 
-        chain.transform->lift = 10;
-        RunFor(chain.graph.Get(), 1500);
-        std::vector<ReceivedFrame> lifted = chain.sink->Frames();
+        transform->lift = 10;
+        chain.RunFor(1500);
+        std::vector<ReceivedFrame> lifted = sink->Frames();
         ASSERT_GE(lifted.size(), 20u);
         for (const ReceivedFrame& frame : lifted) {
             EXPECT_GE(frame.probe, synthcam::kBackgroundLevel - 2 + 10);
@@ -83,11 +43,11 @@ TEST(BaseLayer, TransformDeliversChangedFramesAndDropsSkippedOnes)
         for (size_t i = 1; i < lifted.size(); ++i)
             EXPECT_GT(lifted[i].stamp.counter, lifted[i - 1].stamp.counter);
 
-        chain.sink->Clear();
-        chain.transform->lift = 0;
-        chain.transform->dropOdd = true;
-        RunFor(chain.graph.Get(), 1500);
-        std::vector<ReceivedFrame> kept = chain.sink->Frames();
+        sink->Clear();
+        transform->lift = 0;
+        transform->dropOdd = true;
+        chain.RunFor(1500);
+        std::vector<ReceivedFrame> kept = sink->Frames();
         ASSERT_GE(kept.size(), 10u);
         for (size_t i = 0; i < kept.size(); ++i) {
             EXPECT_EQ(kept[i].stamp.counter % 2, 0u) << "frame " << kept[i].stamp.counter << " passed";
@@ -97,17 +57,14 @@ TEST(BaseLayer, TransformDeliversChangedFramesAndDropsSkippedOnes)
                 EXPECT_TRUE(kept[i].discontinuity);
             }
         }
-        EXPECT_GE(chain.transform->SkippedSamples(), static_cast<LONG>(kept.size()) - 2);
+        EXPECT_GE(transform->SkippedSamples(), static_cast<LONG>(kept.size()) - 2);
 
         // Torn down: the graph gives back every reference it took.
-        chain.graph->RemoveFilter(chain.device.Get());
-        chain.graph->RemoveFilter(chain.transform);
-        chain.graph->RemoveFilter(chain.sink);
-        chain.graph.Reset();
+        chain.TearDown();
         EXPECT_EQ(ReferenceCount(chain.device.Get()), 1u);
-        EXPECT_EQ(chain.transform->NonDelegatingRelease(), 0u);
-        EXPECT_EQ(chain.sink->NonDelegatingRelease(), 0u);
     }
+    EXPECT_EQ(transform->NonDelegatingRelease(), 0u);
+    EXPECT_EQ(sink->NonDelegatingRelease(), 0u);
     EXPECT_EQ(CBaseObject::ObjectsActive(), objectsBefore);
 }
 
@@ -115,41 +72,34 @@ TEST(BaseLayer, RefusedTypesNeverConnect)
 {
     SyntheticDevices devices;
     ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
-    Chain chain;
-    chain.transform = new TestTransform;
-    chain.sink = new TestSink;
-    chain.transform->NonDelegatingAddRef();
-    chain.sink->NonDelegatingAddRef();
-    ASSERT_EQ(CoCreateInstance(CLSID_FilterGraph, nullptr, CLSCTX_INPROC_SERVER, IID_IGraphBuilder,
-                               chain.graph.PutVoid()),
-              S_OK);
-    chain.device = BindDevice(L"Cam");
-    ASSERT_TRUE(chain.device);
-    ASSERT_EQ(SelectFormat(chain.device.Get(), MEDIASUBTYPE_RGB24, 640, 480), S_OK);
-    chain.graph->AddFilter(chain.device.Get(), L"Camera");
-    chain.graph->AddFilter(chain.transform, L"Transform");
-    ComPtr<IPin> capture = FindPin(chain.device.Get(), L"Capture");
-    ComPtr<IPin> input = FindPin(chain.transform, L"XForm In");
-    EXPECT_TRUE(FAILED(chain.graph->ConnectDirect(capture.Get(), input.Get(), nullptr)));
-    ComPtr<IPin> connected;
-    EXPECT_EQ(input->ConnectedTo(connected.Put()), VFW_E_NOT_CONNECTED);
+    auto* transform = new TestTransform;
+    auto* sink = new TestSink;
+    transform->NonDelegatingAddRef();
+    sink->NonDelegatingAddRef();
+    {
+        DeviceChain chain;
+        EXPECT_TRUE(FAILED(chain.Build(L"Cam", {transform, sink}, MEDIASUBTYPE_RGB24)));
+        ASSERT_TRUE(chain.device);
+        ComPtr<IPin> capture = FindPin(chain.device.Get(), L"Capture");
+        ComPtr<IPin> input = FindPin(transform, L"XForm In");
+        ComPtr<IPin> connected;
+        EXPECT_EQ(input->ConnectedTo(connected.Put()), VFW_E_NOT_CONNECTED);
 
-    AM_MEDIA_TYPE* rgb = nullptr;
-    ComPtr<IAMStreamConfig> config;
-    ASSERT_EQ(capture->QueryInterface(IID_IAMStreamConfig, config.PutVoid()), S_OK);
-    ASSERT_EQ(config->GetFormat(&rgb), S_OK);
-    EXPECT_EQ(input->QueryAccept(rgb), S_FALSE);
-    rgb->subtype = MEDIASUBTYPE_YUY2;
-    EXPECT_EQ(input->QueryAccept(rgb), S_OK);
-    DeleteMediaType(rgb);
+        AM_MEDIA_TYPE* rgb = nullptr;
+        ComPtr<IAMStreamConfig> config;
+        ASSERT_EQ(capture->QueryInterface(IID_IAMStreamConfig, config.PutVoid()), S_OK);
+        ASSERT_EQ(config->GetFormat(&rgb), S_OK);
+        EXPECT_EQ(input->QueryAccept(rgb), S_FALSE);
+        rgb->subtype = MEDIASUBTYPE_YUY2;
+        EXPECT_EQ(input->QueryAccept(rgb), S_OK);
+        DeleteMediaType(rgb);
 
-    // An output pin can't connect before its input has a type to derive from.
-    chain.graph->AddFilter(chain.sink, L"Sink");
-    EXPECT_TRUE(FAILED(chain.graph->ConnectDirect(FindPin(chain.transform, L"XForm Out").Get(),
-                                                  FindPin(chain.sink, L"In").Get(), nullptr)));
-    chain.graph.Reset();
-    chain.transform->NonDelegatingRelease();
-    chain.sink->NonDelegatingRelease();
+        // An output pin can't connect before its input has a type to derive from.
+        EXPECT_TRUE(FAILED(chain.graph->ConnectDirect(FindPin(transform, L"XForm Out").Get(),
+                                                      FindPin(sink, L"In").Get(), nullptr)));
+    }
+    transform->NonDelegatingRelease();
+    sink->NonDelegatingRelease();
 }
 
 TEST(BaseLayer, EnumeratorsWalkSkipResetAndClone)

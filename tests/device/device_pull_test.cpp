@@ -20,42 +20,22 @@ bool Listed(const std::wstring& name)
 
 // The device's capture pin straight into a test sink, running.
 struct SinkGraph {
-    ComPtr<IGraphBuilder> graph;
-    ComPtr<IMediaControl> control;
-    ComPtr<IMediaEvent> events;
-    ComPtr<IBaseFilter> device;
     TestSink* sink = new TestSink;
+    DeviceChain chain;
+    ComPtr<IMediaEvent> events;
 
     SinkGraph() { sink->NonDelegatingAddRef(); }
     ~SinkGraph()
     {
-        if (control)
-            control->Stop();
-        if (graph) {
-            if (device)
-                graph->RemoveFilter(device.Get());
-            graph->RemoveFilter(sink);
-        }
         events.Reset();
-        control.Reset();
-        graph.Reset();
-        device.Reset();
+        chain.TearDown();
         sink->NonDelegatingRelease();
     }
     bool Run(const std::wstring& name)
     {
-        device = BindDevice(name);
-        if (!device ||
-            FAILED(
-                CoCreateInstance(CLSID_FilterGraph, nullptr, CLSCTX_INPROC_SERVER, IID_IGraphBuilder, graph.PutVoid())))
-            return false;
-        graph->AddFilter(device.Get(), L"Camera");
-        graph->AddFilter(sink, L"Sink");
-        if (graph->ConnectDirect(FindPin(device.Get(), L"Capture").Get(), FindPin(sink, L"In").Get(), nullptr) != S_OK)
-            return false;
-        graph->QueryInterface(IID_IMediaControl, control.PutVoid());
-        graph->QueryInterface(IID_IMediaEvent, events.PutVoid());
-        return control && events && SUCCEEDED(control->Run());
+        return chain.Build(name, {sink}) == S_OK &&
+            SUCCEEDED(chain.graph->QueryInterface(IID_IMediaEvent, events.PutVoid())) &&
+            SUCCEEDED(chain.control->Run());
     }
 };
 
@@ -87,7 +67,7 @@ TEST(DevicePull, APulledDeviceStopsDeliveringReportsTheLossAndLeavesTheList)
         if (code == EC_DEVICE_LOST) {
             lost = true;
             ComPtr<IUnknown> identity;
-            run.device->QueryInterface(IID_IUnknown, identity.PutVoid());
+            run.chain.device->QueryInterface(IID_IUnknown, identity.PutVoid());
             EXPECT_EQ(reinterpret_cast<IUnknown*>(first), identity.Get());
             EXPECT_EQ(second, 0);
         }
@@ -112,7 +92,7 @@ TEST(DevicePull, PluggedBackUnderTheSameNameTheDeviceStreamsAgain)
     EXPECT_TRUE(Listed(L"Pull Cam"));
     SinkGraph run;
     ASSERT_TRUE(run.Run(L"Pull Cam"));
-    EXPECT_NE(run.device.Get(), old.Get());
+    EXPECT_NE(run.chain.device.Get(), old.Get());
     Sleep(1500);
     std::vector<ReceivedFrame> frames = run.sink->Frames();
     ASSERT_GT(frames.size(), 20u);
@@ -136,9 +116,9 @@ TEST(DevicePull, AFrameLimitedDeviceDeliversExactlyItsCountEachRun)
     ASSERT_TRUE(run.Run(L"Six Frames"));
     Sleep(1500);
     EXPECT_EQ(run.sink->Frames().size(), 6u);
-    run.control->Stop();
+    run.chain.control->Stop();
     run.sink->Clear();
-    ASSERT_TRUE(SUCCEEDED(run.control->Run()));
+    ASSERT_TRUE(SUCCEEDED(run.chain.control->Run()));
     Sleep(1500);
     EXPECT_EQ(run.sink->Frames().size(), 6u);
 }
