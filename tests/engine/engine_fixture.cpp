@@ -73,10 +73,18 @@ void EngineTest::SetUp()
     RegisterClassW(&windowClass);
     clippingWindow = CreateWindowW(L"EngineTestClipping", L"", WS_OVERLAPPEDWINDOW, 0, 0, 640, 480, nullptr, nullptr,
                                    windowClass.hInstance, nullptr);
-    player = std::make_unique<VideoPlayer>();
-    player->clippingWindow = clippingWindow;
+    RemakePlayer();
     // Each test starts from what it reports itself.
     testsupport::TakeReportedLines();
+}
+
+void EngineTest::RemakePlayer()
+{
+    player.reset();
+    // Each player's construction lists the codecs anew.
+    FreeCodecLists();
+    player = std::make_unique<VideoPlayer>();
+    player->clippingWindow = clippingWindow;
 }
 
 void EngineTest::TearDown()
