@@ -67,7 +67,4 @@ private:
     std::vector<ReceivedFrame> frames_;
 };
 
-// The stamp-carrying picture of a YUY2 or RGB media type.
-bool PictureOf(const AM_MEDIA_TYPE& type, synthcam::Subtype* subtype, int* width, int* height);
-
 }  // namespace devicetest
