@@ -162,8 +162,6 @@ HRESULT STDMETHODCALLTYPE TestSinkPin::Receive(IMediaSample* sample)
             frame.warningPairs += std::memcmp(data + i, kWarning, 4) == 0;
     }
     frame.discontinuity = sample->IsDiscontinuity() == S_OK;
-    REFERENCE_TIME stop;
-    sample->GetTime(&frame.start, &stop);
     CAutoLock lock(&sink_->framesLock_);
     sink_->frames_.push_back(frame);
     return S_OK;

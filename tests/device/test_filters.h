@@ -17,7 +17,6 @@ struct ReceivedFrame {
     // YUY2 pixel pairs painted in the saturation warning colour (6A CA 6A DE).
     size_t warningPairs = 0;
     bool discontinuity = false;
-    REFERENCE_TIME start = 0;
 };
 
 // Accepts YUY2 only. Adds `lift` to every brightness byte below the stamp

@@ -58,13 +58,8 @@ void EngineTest::SetUp()
     standins::UnregisterColorControl();
     standins::UnregisterTestCompressor();
     testsupport::TakeReportedLines();
-    WNDCLASSW windowClass{};
-    windowClass.lpfnWndProc = DefWindowProcW;
-    windowClass.hInstance = GetModuleHandleW(nullptr);
-    windowClass.lpszClassName = L"EngineTestClipping";
-    RegisterClassW(&windowClass);
-    clippingWindow = CreateWindowW(L"EngineTestClipping", L"", WS_OVERLAPPEDWINDOW, 0, 0, 640, 480, nullptr, nullptr,
-                                   windowClass.hInstance, nullptr);
+    clippingWindow = CreateWindowW(L"STATIC", L"", WS_OVERLAPPEDWINDOW, 0, 0, 640, 480, nullptr, nullptr,
+                                   GetModuleHandleW(nullptr), nullptr);
     RemakePlayer();
     // Each test starts from what it reports itself.
     testsupport::TakeReportedLines();

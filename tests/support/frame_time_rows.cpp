@@ -1,5 +1,7 @@
 #include "support/frame_time_rows.h"
 
+#include "support/times.h"
+
 #include <windows.h>
 
 #include <gtest/gtest.h>
@@ -16,20 +18,13 @@ namespace {
 
 bool ParseUtc(const std::string& text, uint64_t* ms)
 {
-    SYSTEMTIME time{};
     unsigned year, month, day, hour, minute, second, milli;
     char zone = 0;
     if (std::sscanf(text.c_str(), "%4u-%2u-%2uT%2u:%2u:%2u.%3u%c", &year, &month, &day, &hour, &minute, &second,
                     &milli, &zone) != 8 ||
         zone != 'Z' || text.size() != 24)
         return false;
-    time.wYear = static_cast<WORD>(year);
-    time.wMonth = static_cast<WORD>(month);
-    time.wDay = static_cast<WORD>(day);
-    time.wHour = static_cast<WORD>(hour);
-    time.wMinute = static_cast<WORD>(minute);
-    time.wSecond = static_cast<WORD>(second);
-    time.wMilliseconds = static_cast<WORD>(milli);
+    SYSTEMTIME time = Time(year, month, day, hour, minute, second, milli);
     FILETIME file{};
     if (!SystemTimeToFileTime(&time, &file))
         return false;
