@@ -10,7 +10,6 @@
 #include "video/codecs.h"
 
 #include <algorithm>
-#include <numeric>
 
 using namespace enginetest;
 

@@ -3,7 +3,6 @@
 // recording keeps of a device that went away.
 #include "engine/engine_fixture.h"
 
-#include "e2e/harness.h"
 #include "support/ffprobe.h"
 #include "support/frame_time_rows.h"
 #include "support/recorded_frames.h"
