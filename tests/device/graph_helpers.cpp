@@ -1,9 +1,5 @@
 #include "device/graph_helpers.h"
 
-#include "tools/synthcam/registry.h"
-
-#include <windows.h>
-
 #include <gtest/gtest.h>
 
 namespace devicetest {

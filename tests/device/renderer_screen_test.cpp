@@ -2,11 +2,8 @@
 // synthetic sky, read back from a screenshot by its stamp, in a top-level
 // clipping window; in a child window, such as the program's clipping window,
 // only when Wine's Direct3D uses its Vulkan renderer.
-#include "base/platform_guids.h"
 #include "device/graph_helpers.h"
-#include "e2e/harness.h"
 #include "e2e/screen_stamp.h"
-#include "support/ffprobe.h"
 #include "tools/synthcam/sky.h"
 
 #include <d3d9.h>
