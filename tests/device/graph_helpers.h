@@ -41,8 +41,8 @@ public:
     // Adds the device and every filter, gives the device the format of that
     // subtype and size unless the subtype is GUID_NULL, and joins them in
     // order; the first failure's result.
-    HRESULT Build(const std::wstring& deviceName, const std::vector<IBaseFilter*>& filters,
-                  REFGUID subtype = GUID_NULL, int width = 640, int height = 480);
+    HRESULT Build(const std::wstring& deviceName, const std::vector<IBaseFilter*>& filters, REFGUID subtype = GUID_NULL,
+                  int width = 640, int height = 480);
     // Runs the graph for that long and stops it.
     void RunFor(DWORD ms);
     // Stops the graph, takes every filter out and lets the graph go.

@@ -98,8 +98,7 @@ TEST(RendererScreen, Vmr9ShowsTheMovingSkyInATopLevelWindowAndInAChildWhereDirec
             ASSERT_TRUE(e2e::ReadStampOnScreen(name + "2", kLeft + 2, kTop + 1, 1, &second));
             EXPECT_GT(second.counter, first.counter);
             EXPECT_GT(second.utcMs, first.utcMs);
-            EXPECT_NEAR(static_cast<double>(synthcam::UtcMsSince2020Now()), static_cast<double>(second.utcMs),
-                        5000.0);
+            EXPECT_NEAR(static_cast<double>(synthcam::UtcMsSince2020Now()), static_cast<double>(second.utcMs), 5000.0);
         } else {
             // The grey (128) of the window's own background stands where the
             // stamp would be (every cell reads as 1): this platform's OpenGL

@@ -27,12 +27,6 @@ const VideoFormatsByFrameRate* SelectedGroup(VideoSourceInfo* source)
     return source->frameRates[source->currentFrameRateIndex];
 }
 
-std::wstring SelectedFormatName(VideoSourceInfo* source)
-{
-    const VideoFormat* format = SelectedFormatOf(source);
-    return format ? format->videoFormatName : L"";
-}
-
 }  // namespace
 
 class AnalogTrialTest : public EngineTest {
@@ -87,7 +81,8 @@ TEST_F(AnalogTrialTest, ValidationTriesTheNamedGrabbersAndChoosesTheGroupOfTheSt
         EXPECT_EQ(grabber->autoDetect, row.autoDetect);
         EXPECT_EQ(grabber->autoDetectCapable, row.autoDetectCapable);
         EXPECT_STREQ(SelectedGroup(grabber)->frameRateText, row.rate);
-        EXPECT_EQ(SelectedFormatName(grabber), row.format);
+        ASSERT_NE(SelectedFormatOf(grabber), nullptr);
+        EXPECT_STREQ(SelectedFormatOf(grabber)->videoFormatName, row.format);
         EXPECT_EQ(DecoderStandard(grabber), row.decoder);
         // Only the rate of the standard in use can be chosen.
         for (const VideoFormatsByFrameRate* group : grabber->frameRates)

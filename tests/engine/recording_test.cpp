@@ -16,10 +16,10 @@ using namespace enginetest;
 namespace {
 
 struct Recorded {
-    std::wstring messages;   // what the start reported
-    bool hadFrameCounts;     // the source offered IAMDroppedFrames
+    std::wstring messages;  // what the start reported
+    bool hadFrameCounts;  // the source offered IAMDroppedFrames
     std::string avi;
-    std::string reportLines; // the report with "\n" line ends
+    std::string reportLines;  // the report with "\n" line ends
 };
 
 std::string Escaped(const std::string& text)
@@ -52,11 +52,11 @@ protected:
     // letter.
     static void ExpectReportLines(const Recorded& recorded, const std::string& countLines)
     {
-        std::string expected = "Manual recording\n" + Escaped("Start recording at 12:00:00 (UTC)") +
-                               "\n" R"(Stop recording at \d\d:\d\d:\d\d \(UTC\))" "\nVideo file:  " +
-                               Escaped(recorded.avi) + "\n" + countLines +
-                               "Video source device: Cam\nSource device format: Digital\nFrame rate: 30\n"
-                               "Frame size: 640x480\nFormat subtype: YUY2\nCodec: NONE\nVideo renderer: VMR9\n";
+        std::string expected = "Manual recording\n" + Escaped("Start recording at 12:00:00 (UTC)") + "\n" +
+            R"(Stop recording at \d\d:\d\d:\d\d \(UTC\))" + "\nVideo file:  " + Escaped(recorded.avi) + "\n" +
+            countLines +
+            "Video source device: Cam\nSource device format: Digital\nFrame rate: 30\n"
+            "Frame size: 640x480\nFormat subtype: YUY2\nCodec: NONE\nVideo renderer: VMR9\n";
         EXPECT_TRUE(std::regex_match(recorded.reportLines, std::regex(expected))) << recorded.reportLines;
     }
 };
@@ -66,8 +66,9 @@ TEST_F(RecordingTest, RecordingWritesTheAviAndTheReport)
     Recorded recorded;
     Record(L"webcam", "engine-recording", recorded);
     // This platform's mux has neither the index choice nor the property bag.
-    EXPECT_NE(recorded.messages.find(L"Cannot configure the AVI Mux filter.  Report this message (see Help->About)\r\n"),
-              std::wstring::npos)
+    EXPECT_NE(
+        recorded.messages.find(L"Cannot configure the AVI Mux filter.  Report this message (see Help->About)\r\n"),
+        std::wstring::npos)
         << testing::PrintToString(recorded.messages);
     EXPECT_NE(recorded.messages.find(L"Cannot add MAVU Video Capture INFO to AVI file.\r\nMAVU Video Playback will not "
                                      L"report dropped frames\r\n"),
@@ -84,8 +85,9 @@ TEST_F(RecordingTest, RecordingWritesTheAviAndTheReport)
     EXPECT_NE(bytes.find("idx1"), std::string::npos);
 
     std::smatch counts;
-    ASSERT_TRUE(std::regex_search(recorded.reportLines, counts,
-                                  std::regex("Number of recorded frames:  (\\d+)\nNumber of dropped frames:  (\\d+)\n")))
+    ASSERT_TRUE(
+        std::regex_search(recorded.reportLines, counts,
+                          std::regex("Number of recorded frames:  (\\d+)\nNumber of dropped frames:  (\\d+)\n")))
         << recorded.reportLines;
     EXPECT_NEAR(std::stoi(counts[1]), video.frames, 2);
     ExpectReportLines(recorded, R"(Number of recorded frames:  \d+\nNumber of dropped frames:  \d+\n)");
@@ -118,8 +120,7 @@ TEST_F(EngineTest, FramesTheCameraDropsShowAsDroppedBeforeTheNextRow)
     std::vector<synthcam::FrameStamp> stamps = testsupport::ReadRecordedStamps(avi, 640);
     ASSERT_GT(stamps.size(), 50u);
     testsupport::ExpectRecordMatchesTheStamps(avi, stamps, 1000.0 / 30);
-    testsupport::FrameTimeFile record =
-        testsupport::ReadFrameTimeFile(avi.substr(0, avi.size() - 4) + ".frames.csv");
+    testsupport::FrameTimeFile record = testsupport::ReadFrameTimeFile(avi.substr(0, avi.size() - 4) + ".frames.csv");
     long dropped = 0;
     for (const testsupport::FrameTimeRow& row : record.rows)
         dropped += row.droppedBefore;
@@ -144,8 +145,7 @@ TEST_F(EngineTest, ARecordThatCannotBeWrittenIsToldOnceAndTheRecordingGoesOn)
     std::wstring messages;
     std::string report = RecordFor(std::wstring(avi.begin(), avi.end()), 1500, &messages);
     std::wstring warning = L"WARNING: cannot write the frame-time record \"" +
-                           std::wstring(avi.begin(), avi.end() - 4) +
-                           L".frames.csv\"; the recording goes on without it\r\n";
+        std::wstring(avi.begin(), avi.end() - 4) + L".frames.csv\"; the recording goes on without it\r\n";
     std::wstring all = messages + TakeMessages();
     size_t first = all.find(warning);
     EXPECT_NE(first, std::wstring::npos) << testing::PrintToString(all);
