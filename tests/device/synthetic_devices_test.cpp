@@ -133,6 +133,18 @@ TEST(DevicePull, AFrameLimitedDeviceDeliversExactlyItsCountEachRun)
     EXPECT_EQ(run.sink->Frames().size(), 6u);
 }
 
+TEST(DevicePull, ASlowDeviceHoldsTheGraphsStartForItsDelay)
+{
+    SyntheticDevices devices;
+    ASSERT_TRUE(devices.Add(L"Slow Cam", L"webcam", L"ntsc", {.startDelayMs = 1500}));
+    SinkGraph run;
+    DWORD before = GetTickCount();
+    ASSERT_TRUE(run.Run(L"Slow Cam"));
+    DWORD took = GetTickCount() - before;
+    EXPECT_GE(took, 1400u);
+    EXPECT_LT(took, 5000u);
+}
+
 TEST(DeviceList, ListsExactlyTheAddedDevicesAndDropsARemovedOne)
 {
     SyntheticDevices devices;

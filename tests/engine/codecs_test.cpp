@@ -33,10 +33,10 @@ HRESULT RestartPreview()
 
 class CodecTest : public EngineTest {
 protected:
-    // The trial for the webcam's format of that subtype at 640x480.
-    std::vector<std::wstring> Trial(VideoSubtype subtype)
+    // The trial for the webcam's format of that subtype and size.
+    std::vector<std::wstring> Trial(VideoSubtype subtype, int width = 640, int height = 480)
     {
-        EXPECT_TRUE(SelectFormat(videoSources[0], subtype, 640, 480));
+        EXPECT_TRUE(SelectFormat(videoSources[0], subtype, width, height));
         EXPECT_EQ(player->StartCamera(false, L""), S_OK);
         TakeMessages();
         EXPECT_EQ(player->GetCodecsForSourceDevice(RestartPreview), S_OK) << testing::PrintToString(TakeMessages());
@@ -96,6 +96,10 @@ TEST_F(CompressorTest, TheTrialListsAYuy2OnlyCompressorForYuy2AndNotForRgb24)
     EXPECT_EQ(Trial(SubtypeYUY2),
               (std::vector<std::wstring>{L"NONE", standins::kTestCompressorName, standins::kTestCompressorName}));
     EXPECT_EQ(Trial(SubtypeRGB24), std::vector<std::wstring>{L"NONE"});
+    // None of Wine's own compressors takes a format of the camera at either size.
+    EXPECT_EQ(Trial(SubtypeRGB24, 1280, 720), std::vector<std::wstring>{L"NONE"});
+    EXPECT_EQ(Trial(SubtypeYUY2, 1280, 720),
+              (std::vector<std::wstring>{L"NONE", standins::kTestCompressorName, standins::kTestCompressorName}));
     // A second trial after the first finds the same.
     EXPECT_EQ(Trial(SubtypeYUY2).size(), 3u);
     // No scratch file is written: the trial graph never runs.
