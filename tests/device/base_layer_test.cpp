@@ -8,73 +8,49 @@
 
 using namespace devicetest;
 
-namespace {
+// A webcam, and the test filters held by the test (one reference each) as
+// the program holds its own filters; a graph adds its references. At the
+// end each filter goes with the test's reference, and no object of the
+// layer stays behind.
+class BaseLayer : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
+        transform->NonDelegatingAddRef();
+        sink->NonDelegatingAddRef();
+    }
+    void TearDown() override
+    {
+        EXPECT_EQ(transform->NonDelegatingRelease(), 0u);
+        EXPECT_EQ(sink->NonDelegatingRelease(), 0u);
+        EXPECT_EQ(CBaseObject::ObjectsActive(), objectsBefore);
+    }
 
-struct Chain {
-    ComPtr<IGraphBuilder> graph;
-    ComPtr<IBaseFilter> device;
-    TestTransform* transform = nullptr;
-    TestSink* sink = nullptr;
+    SyntheticDevices devices;
+    LONG objectsBefore = CBaseObject::ObjectsActive();
+    TestTransform* transform = new TestTransform;
+    TestSink* sink = new TestSink;
 };
 
-// The test filters are held by the test (one reference each) as the program
-// holds its own filters; the graph adds its references.
-HRESULT BuildChain(Chain& chain, const std::wstring& deviceName)
+TEST_F(BaseLayer, TransformDeliversChangedFramesAndDropsSkippedOnes)
 {
-    HRESULT hr = CoCreateInstance(CLSID_FilterGraph, nullptr, CLSCTX_INPROC_SERVER, IID_IGraphBuilder,
-                                  chain.graph.PutVoid());
-    if (FAILED(hr))
-        return hr;
-    chain.device = BindDevice(deviceName);
-    if (!chain.device)
-        return E_FAIL;
-    chain.graph->AddFilter(chain.device.Get(), L"Camera");
-    chain.graph->AddFilter(chain.transform, L"Transform");
-    chain.graph->AddFilter(chain.sink, L"Sink");
-    hr = chain.graph->ConnectDirect(FindPin(chain.device.Get(), L"Capture").Get(),
-                                    FindPin(chain.transform, L"XForm In").Get(), nullptr);
-    if (FAILED(hr))
-        return hr;
-    return chain.graph->ConnectDirect(FindPin(chain.transform, L"XForm Out").Get(),
-                                      FindPin(chain.sink, L"In").Get(), nullptr);
-}
-
-void RunFor(IGraphBuilder* graph, DWORD ms)
-{
-    ComPtr<IMediaControl> control;
-    ASSERT_EQ(graph->QueryInterface(IID_IMediaControl, control.PutVoid()), S_OK);
-    ASSERT_TRUE(SUCCEEDED(control->Run()));
-    Sleep(ms);
-    ASSERT_TRUE(SUCCEEDED(control->Stop()));
-}
-
-}  // namespace
-
-TEST(BaseLayer, TransformDeliversChangedFramesAndDropsSkippedOnes)
-{
-    SyntheticDevices devices;
-    ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
-    LONG objectsBefore = CBaseObject::ObjectsActive();
     {
-        Chain chain;
-        chain.transform = new TestTransform;
-        chain.sink = new TestSink;
-        chain.transform->NonDelegatingAddRef();
-        chain.sink->NonDelegatingAddRef();
-        ASSERT_EQ(BuildChain(chain, L"Cam"), S_OK);
+        DeviceChain chain;
+        ASSERT_EQ(chain.Build(L"Cam", {transform, sink}), S_OK);
 
         // The output type is the input type.
         AM_MEDIA_TYPE in = {}, out = {};
-        ASSERT_EQ(FindPin(chain.transform, L"XForm In")->ConnectionMediaType(&in), S_OK);
-        ASSERT_EQ(FindPin(chain.transform, L"XForm Out")->ConnectionMediaType(&out), S_OK);
+        ASSERT_EQ(FindPin(transform, L"XForm In")->ConnectionMediaType(&in), S_OK);
+        ASSERT_EQ(FindPin(transform, L"XForm Out")->ConnectionMediaType(&out), S_OK);
         EXPECT_EQ(CMediaType(in), CMediaType(out));
         EXPECT_EQ(in.subtype, MEDIASUBTYPE_YUY2);
         FreeMediaType(in);
         FreeMediaType(out);
 
-        chain.transform->lift = 10;
-        RunFor(chain.graph.Get(), 1500);
-        std::vector<ReceivedFrame> lifted = chain.sink->Frames();
+        transform->lift = 10;
+        chain.RunFor(1500);
+        std::vector<ReceivedFrame> lifted = sink->Frames();
         ASSERT_GE(lifted.size(), 20u);
         for (const ReceivedFrame& frame : lifted) {
             EXPECT_GE(frame.probe, synthcam::kBackgroundLevel - 2 + 10);
@@ -83,11 +59,11 @@ TEST(BaseLayer, TransformDeliversChangedFramesAndDropsSkippedOnes)
         for (size_t i = 1; i < lifted.size(); ++i)
             EXPECT_GT(lifted[i].stamp.counter, lifted[i - 1].stamp.counter);
 
-        chain.sink->Clear();
-        chain.transform->lift = 0;
-        chain.transform->dropOdd = true;
-        RunFor(chain.graph.Get(), 1500);
-        std::vector<ReceivedFrame> kept = chain.sink->Frames();
+        sink->Clear();
+        transform->lift = 0;
+        transform->dropOdd = true;
+        chain.RunFor(1500);
+        std::vector<ReceivedFrame> kept = sink->Frames();
         ASSERT_GE(kept.size(), 10u);
         for (size_t i = 0; i < kept.size(); ++i) {
             EXPECT_EQ(kept[i].stamp.counter % 2, 0u) << "frame " << kept[i].stamp.counter << " passed";
@@ -97,67 +73,42 @@ TEST(BaseLayer, TransformDeliversChangedFramesAndDropsSkippedOnes)
                 EXPECT_TRUE(kept[i].discontinuity);
             }
         }
-        EXPECT_GE(chain.transform->SkippedSamples(), static_cast<LONG>(kept.size()) - 2);
+        EXPECT_GE(transform->SkippedSamples(), static_cast<LONG>(kept.size()) - 2);
 
         // Torn down: the graph gives back every reference it took.
-        chain.graph->RemoveFilter(chain.device.Get());
-        chain.graph->RemoveFilter(chain.transform);
-        chain.graph->RemoveFilter(chain.sink);
-        chain.graph.Reset();
+        chain.TearDown();
         EXPECT_EQ(ReferenceCount(chain.device.Get()), 1u);
-        EXPECT_EQ(chain.transform->NonDelegatingRelease(), 0u);
-        EXPECT_EQ(chain.sink->NonDelegatingRelease(), 0u);
     }
-    EXPECT_EQ(CBaseObject::ObjectsActive(), objectsBefore);
 }
 
-TEST(BaseLayer, RefusedTypesNeverConnect)
+TEST_F(BaseLayer, RefusedTypesNeverConnect)
 {
-    SyntheticDevices devices;
-    ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
-    Chain chain;
-    chain.transform = new TestTransform;
-    chain.sink = new TestSink;
-    chain.transform->NonDelegatingAddRef();
-    chain.sink->NonDelegatingAddRef();
-    ASSERT_EQ(CoCreateInstance(CLSID_FilterGraph, nullptr, CLSCTX_INPROC_SERVER, IID_IGraphBuilder,
-                               chain.graph.PutVoid()),
-              S_OK);
-    chain.device = BindDevice(L"Cam");
-    ASSERT_TRUE(chain.device);
-    ASSERT_EQ(SelectFormat(chain.device.Get(), MEDIASUBTYPE_RGB24, 640, 480), S_OK);
-    chain.graph->AddFilter(chain.device.Get(), L"Camera");
-    chain.graph->AddFilter(chain.transform, L"Transform");
-    ComPtr<IPin> capture = FindPin(chain.device.Get(), L"Capture");
-    ComPtr<IPin> input = FindPin(chain.transform, L"XForm In");
-    EXPECT_TRUE(FAILED(chain.graph->ConnectDirect(capture.Get(), input.Get(), nullptr)));
-    ComPtr<IPin> connected;
-    EXPECT_EQ(input->ConnectedTo(connected.Put()), VFW_E_NOT_CONNECTED);
+    {
+        DeviceChain chain;
+        EXPECT_TRUE(FAILED(chain.Build(L"Cam", {transform, sink}, MEDIASUBTYPE_RGB24)));
+        ASSERT_TRUE(chain.device);
+        ComPtr<IPin> capture = FindPin(chain.device.Get(), L"Capture");
+        ComPtr<IPin> input = FindPin(transform, L"XForm In");
+        ComPtr<IPin> connected;
+        EXPECT_EQ(input->ConnectedTo(connected.Put()), VFW_E_NOT_CONNECTED);
 
-    AM_MEDIA_TYPE* rgb = nullptr;
-    ComPtr<IAMStreamConfig> config;
-    ASSERT_EQ(capture->QueryInterface(IID_IAMStreamConfig, config.PutVoid()), S_OK);
-    ASSERT_EQ(config->GetFormat(&rgb), S_OK);
-    EXPECT_EQ(input->QueryAccept(rgb), S_FALSE);
-    rgb->subtype = MEDIASUBTYPE_YUY2;
-    EXPECT_EQ(input->QueryAccept(rgb), S_OK);
-    DeleteMediaType(rgb);
+        AM_MEDIA_TYPE* rgb = nullptr;
+        ComPtr<IAMStreamConfig> config;
+        ASSERT_EQ(capture->QueryInterface(IID_IAMStreamConfig, config.PutVoid()), S_OK);
+        ASSERT_EQ(config->GetFormat(&rgb), S_OK);
+        EXPECT_EQ(input->QueryAccept(rgb), S_FALSE);
+        rgb->subtype = MEDIASUBTYPE_YUY2;
+        EXPECT_EQ(input->QueryAccept(rgb), S_OK);
+        DeleteMediaType(rgb);
 
-    // An output pin can't connect before its input has a type to derive from.
-    chain.graph->AddFilter(chain.sink, L"Sink");
-    EXPECT_TRUE(FAILED(chain.graph->ConnectDirect(FindPin(chain.transform, L"XForm Out").Get(),
-                                                  FindPin(chain.sink, L"In").Get(), nullptr)));
-    chain.graph.Reset();
-    chain.transform->NonDelegatingRelease();
-    chain.sink->NonDelegatingRelease();
+        // An output pin can't connect before its input has a type to derive from.
+        EXPECT_TRUE(FAILED(chain.graph->ConnectDirect(FindPin(transform, L"XForm Out").Get(),
+                                                      FindPin(sink, L"In").Get(), nullptr)));
+    }
 }
 
-TEST(BaseLayer, EnumeratorsWalkSkipResetAndClone)
+TEST_F(BaseLayer, EnumeratorsWalkSkipResetAndClone)
 {
-    SyntheticDevices devices;
-    ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
-    auto* transform = new TestTransform;
-    transform->NonDelegatingAddRef();
     {
         ComPtr<IEnumPins> pins;
         ASSERT_EQ(transform->EnumPins(pins.Put()), S_OK);
@@ -185,6 +136,13 @@ TEST(BaseLayer, EnumeratorsWalkSkipResetAndClone)
     {
         ComPtr<IBaseFilter> device = BindDevice(L"Cam");
         ASSERT_TRUE(device);
+        // Its stream's capabilities list the same ten formats as its media types.
+        ComPtr<IAMStreamConfig> config;
+        int count = 0, size = 0;
+        ASSERT_EQ(FindPin(device.Get(), L"Capture")->QueryInterface(IID_IAMStreamConfig, config.PutVoid()), S_OK);
+        ASSERT_EQ(config->GetNumberOfCapabilities(&count, &size), S_OK);
+        EXPECT_EQ(count, 10);
+        EXPECT_EQ(size, static_cast<int>(sizeof(VIDEO_STREAM_CONFIG_CAPS)));
         ComPtr<IEnumMediaTypes> types;
         ASSERT_EQ(FindPin(device.Get(), L"Capture")->EnumMediaTypes(types.Put()), S_OK);
         AM_MEDIA_TYPE* got[10] = {};
@@ -213,6 +171,4 @@ TEST(BaseLayer, EnumeratorsWalkSkipResetAndClone)
     ASSERT_EQ(FindPin(transform, L"XForm Out")->EnumMediaTypes(none.Put()), S_OK);
     AM_MEDIA_TYPE* type = nullptr;
     EXPECT_EQ(none->Next(1, &type, nullptr), S_FALSE);
-    none.Reset();
-    EXPECT_EQ(transform->NonDelegatingRelease(), 0u);
 }

@@ -25,56 +25,22 @@ public:
     }
     ~QueueGraph()
     {
-        if (control_)
-            control_->Stop();
-        if (graph_) {
-            graph_->RemoveFilter(camera_.Get());
-            graph_->RemoveFilter(queue_);
-            graph_->RemoveFilter(sink_);
-        }
-        camera_.Reset();
-        control_.Reset();
-        graph_.Reset();
+        chain.TearDown();
         EXPECT_EQ(sink_->NonDelegatingRelease(), 0u);
         EXPECT_EQ(queue_->NonDelegatingRelease(), 0u);
     }
 
     bool Build()
     {
-        if (!devices_.Add(L"Queue Cam", L"webcam") ||
-            FAILED(CoCreateInstance(CLSID_FilterGraph, nullptr, CLSCTX_INPROC_SERVER, IID_IGraphBuilder,
-                                    graph_.PutVoid())))
-            return false;
-        camera_ = BindDevice(L"Queue Cam");
-        return camera_ && SUCCEEDED(SelectFormat(camera_.Get(), MEDIASUBTYPE_YUY2, 640, 480)) &&
-            SUCCEEDED(graph_->AddFilter(camera_.Get(), L"Cam")) && SUCCEEDED(graph_->AddFilter(queue_, L"Queue")) &&
-            SUCCEEDED(graph_->AddFilter(sink_, L"Sink")) &&
-            SUCCEEDED(graph_->ConnectDirect(FindPin(camera_.Get(), L"Capture").Get(), FindPin(queue_, L"In").Get(),
-                                            nullptr)) &&
-            SUCCEEDED(
-                graph_->ConnectDirect(FindPin(queue_, L"Out").Get(), FindPin(sink_, L"In").Get(), nullptr)) &&
-            SUCCEEDED(graph_->QueryInterface(IID_IMediaControl, control_.PutVoid()));
+        return devices_.Add(L"Queue Cam", L"webcam") &&
+               chain.Build(L"Queue Cam", {queue_, sink_}, MEDIASUBTYPE_YUY2, 640, 480) == S_OK;
     }
-    // The camera's own counts: frames it handed on, and frames it lost.
-    void CameraCounts(long* delivered, long* dropped) const
-    {
-        ComPtr<IAMDroppedFrames> frames;
-        FindPin(camera_.Get(), L"Capture")->QueryInterface(IID_IAMDroppedFrames, frames.PutVoid());
-        *delivered = *dropped = -1;
-        if (frames) {
-            frames->GetNumNotDropped(delivered);
-            frames->GetNumDropped(dropped);
-        }
-    }
-
     FrameQueueFilter* queue_ = nullptr;
     TestSink* sink_ = nullptr;
-    ComPtr<IMediaControl> control_;
+    DeviceChain chain;
 
 private:
     SyntheticDevices devices_;
-    ComPtr<IGraphBuilder> graph_;
-    ComPtr<IBaseFilter> camera_;
 };
 
 }  // namespace
@@ -85,12 +51,17 @@ TEST(FrameQueue, ASlowConsumerCostsCountedQueueDropsAndNeverTheCamerasFrames)
     // kept in four buffers.
     QueueGraph graph(4, 100);
     ASSERT_TRUE(graph.Build());
-    ASSERT_TRUE(SUCCEEDED(graph.control_->Run()));
+    ASSERT_TRUE(SUCCEEDED(graph.chain.control->Run()));
     Sleep(3000);
-    long cameraDelivered = 0, cameraDropped = 0;
-    graph.CameraCounts(&cameraDelivered, &cameraDropped);
+    // The camera's own counts: frames it handed on, and frames it lost.
+    long cameraDelivered = -1, cameraDropped = -1;
+    ComPtr<IAMDroppedFrames> cameraFrames;
+    FindPin(graph.chain.device.Get(), L"Capture")->QueryInterface(IID_IAMDroppedFrames, cameraFrames.PutVoid());
+    ASSERT_TRUE(cameraFrames);
+    cameraFrames->GetNumNotDropped(&cameraDelivered);
+    cameraFrames->GetNumDropped(&cameraDropped);
     ASSERT_TRUE(graph.queue_->Seal(5000));
-    graph.control_->Stop();
+    graph.chain.control->Stop();
 
     FrameQueueCounts counts = graph.queue_->Counts();
     std::vector<ReceivedFrame> frames = graph.sink_->Frames();
@@ -119,13 +90,13 @@ TEST(FrameQueue, ASealHandsOverEveryQueuedFrameBeforeTheStop)
     // catches it up after the seal.
     QueueGraph graph(100, 60);
     ASSERT_TRUE(graph.Build());
-    ASSERT_TRUE(SUCCEEDED(graph.control_->Run()));
+    ASSERT_TRUE(SUCCEEDED(graph.chain.control->Run()));
     Sleep(1500);
     EXPECT_TRUE(graph.queue_->Seal(10000));
     size_t atSeal = graph.sink_->Frames().size();
     Sleep(300);
     EXPECT_EQ(graph.sink_->Frames().size(), atSeal) << "nothing goes out after the seal";
-    graph.control_->Stop();
+    graph.chain.control->Stop();
 
     FrameQueueCounts counts = graph.queue_->Counts();
     EXPECT_EQ(counts.dropped, 0);

@@ -14,28 +14,12 @@ using namespace devicetest;
 
 namespace {
 
-size_t RunThrough(MavuVideoTransformFilter* tool, TestSink* sink, DWORD ms, REFGUID subtype = MEDIASUBTYPE_YUY2)
+void RunThrough(MavuVideoTransformFilter* tool, TestSink* sink, DWORD ms, REFGUID subtype = MEDIASUBTYPE_YUY2)
 {
-    ComPtr<IGraphBuilder> graph;
-    CoCreateInstance(CLSID_FilterGraph, nullptr, CLSCTX_INPROC_SERVER, IID_IGraphBuilder, graph.PutVoid());
-    ComPtr<IBaseFilter> device = BindDevice(L"Cam");
-    EXPECT_EQ(SelectFormat(device.Get(), subtype, 640, 480), S_OK);
-    graph->AddFilter(device.Get(), L"Camera");
-    graph->AddFilter(tool, L"Tool");
-    graph->AddFilter(sink, L"Sink");
-    EXPECT_EQ(graph->ConnectDirect(FindPin(device.Get(), L"Capture").Get(), FindPin(tool, L"XForm In").Get(), nullptr),
-              S_OK);
-    EXPECT_EQ(graph->ConnectDirect(FindPin(tool, L"XForm Out").Get(), FindPin(sink, L"In").Get(), nullptr), S_OK);
+    DeviceChain chain;
+    ASSERT_EQ(chain.Build(L"Cam", {tool, sink}, subtype), S_OK);
     EXPECT_EQ(tool->SetMediaInfo(), S_OK);
-    ComPtr<IMediaControl> control;
-    graph->QueryInterface(IID_IMediaControl, control.PutVoid());
-    control->Run();
-    Sleep(ms);
-    control->Stop();
-    graph->RemoveFilter(device.Get());
-    graph->RemoveFilter(tool);
-    graph->RemoveFilter(sink);
-    return sink->Frames().size();
+    chain.RunFor(ms);
 }
 
 }  // namespace

@@ -1,61 +1,70 @@
 #include "device/graph_helpers.h"
 
-#include "tools/synthcam/registry.h"
-
-#include <windows.h>
+#include <gtest/gtest.h>
 
 namespace devicetest {
 
-std::vector<std::wstring> DeviceNames()
+namespace {
+
+// Walks the filters of a category with their friendly names until `visit`
+// says it has found its one.
+template <typename Visit>
+void WalkCategory(REFCLSID category, Visit visit)
 {
-    std::vector<std::wstring> names;
     ComPtr<ICreateDevEnum> devices;
-    if (FAILED(CoCreateInstance(CLSID_SystemDeviceEnum, nullptr, CLSCTX_INPROC_SERVER, IID_ICreateDevEnum,
-                                devices.PutVoid())))
-        return names;
     ComPtr<IEnumMoniker> monikers;
-    if (devices->CreateClassEnumerator(CLSID_VideoInputDeviceCategory, monikers.Put(), 0) != S_OK)
-        return names;
+    if (FAILED(CoCreateInstance(CLSID_SystemDeviceEnum, nullptr, CLSCTX_INPROC_SERVER, IID_ICreateDevEnum,
+                                devices.PutVoid())) ||
+        devices->CreateClassEnumerator(category, monikers.Put(), 0) != S_OK)
+        return;
     ComPtr<IMoniker> moniker;
     while (monikers->Next(1, moniker.Put(), nullptr) == S_OK) {
         ComPtr<IPropertyBag> bag;
-        if (FAILED(moniker->BindToStorage(nullptr, nullptr, IID_IPropertyBag, bag.PutVoid())))
-            continue;
         VARIANT name;
         VariantInit(&name);
-        if (SUCCEEDED(bag->Read(L"FriendlyName", &name, nullptr)) && name.vt == VT_BSTR)
-            names.push_back(name.bstrVal);
+        bool found = SUCCEEDED(moniker->BindToStorage(nullptr, nullptr, IID_IPropertyBag, bag.PutVoid())) &&
+                     SUCCEEDED(bag->Read(L"FriendlyName", &name, nullptr)) && name.vt == VT_BSTR &&
+                     visit(std::wstring(name.bstrVal), moniker.Get());
         VariantClear(&name);
+        if (found)
+            return;
     }
+}
+
+ComPtr<IPin> FirstPin(IBaseFilter* filter, PIN_DIRECTION wanted)
+{
+    ComPtr<IEnumPins> pins;
+    ComPtr<IPin> pin;
+    PIN_DIRECTION direction;
+    if (SUCCEEDED(filter->EnumPins(pins.Put())))
+        while (pins->Next(1, pin.Put(), nullptr) == S_OK)
+            if (SUCCEEDED(pin->QueryDirection(&direction)) && direction == wanted)
+                return pin;
+    return {};
+}
+
+}  // namespace
+
+std::vector<std::wstring> DeviceNames(REFCLSID category)
+{
+    std::vector<std::wstring> names;
+    WalkCategory(category, [&](const std::wstring& name, IMoniker*) {
+        names.push_back(name);
+        return false;
+    });
     return names;
 }
 
 ComPtr<IBaseFilter> BindDevice(const std::wstring& wanted)
 {
-    ComPtr<ICreateDevEnum> devices;
-    if (FAILED(CoCreateInstance(CLSID_SystemDeviceEnum, nullptr, CLSCTX_INPROC_SERVER, IID_ICreateDevEnum,
-                                devices.PutVoid())))
-        return {};
-    ComPtr<IEnumMoniker> monikers;
-    if (devices->CreateClassEnumerator(CLSID_VideoInputDeviceCategory, monikers.Put(), 0) != S_OK)
-        return {};
-    ComPtr<IMoniker> moniker;
-    while (monikers->Next(1, moniker.Put(), nullptr) == S_OK) {
-        ComPtr<IPropertyBag> bag;
-        if (FAILED(moniker->BindToStorage(nullptr, nullptr, IID_IPropertyBag, bag.PutVoid())))
-            continue;
-        VARIANT name;
-        VariantInit(&name);
-        bool match = SUCCEEDED(bag->Read(L"FriendlyName", &name, nullptr)) && name.vt == VT_BSTR &&
-                     wanted == name.bstrVal;
-        VariantClear(&name);
-        if (!match)
-            continue;
-        ComPtr<IBaseFilter> filter;
+    ComPtr<IBaseFilter> filter;
+    WalkCategory(CLSID_VideoInputDeviceCategory, [&](const std::wstring& name, IMoniker* moniker) {
+        if (name != wanted)
+            return false;
         moniker->BindToObject(nullptr, nullptr, IID_IBaseFilter, filter.PutVoid());
-        return filter;
-    }
-    return {};
+        return true;
+    });
+    return filter;
 }
 
 ComPtr<IPin> FindPin(IBaseFilter* filter, const wchar_t* name)
@@ -122,6 +131,51 @@ ULONG ReferenceCount(IUnknown* object)
 {
     object->AddRef();
     return object->Release();
+}
+
+HRESULT DeviceChain::Build(const std::wstring& deviceName, const std::vector<IBaseFilter*>& filters, REFGUID subtype,
+                           int width, int height)
+{
+    HRESULT hr = CoCreateInstance(CLSID_FilterGraph, nullptr, CLSCTX_INPROC_SERVER, IID_IGraphBuilder, graph.PutVoid());
+    if (FAILED(hr))
+        return hr;
+    graph->QueryInterface(IID_IMediaControl, control.PutVoid());
+    device = BindDevice(deviceName);
+    if (!device)
+        return E_FAIL;
+    if (subtype != GUID_NULL && FAILED(hr = SelectFormat(device.Get(), subtype, width, height)))
+        return hr;
+    filters_ = filters;
+    filters_.insert(filters_.begin(), device.Get());
+    for (size_t i = 0; i < filters_.size(); ++i)
+        if (FAILED(hr = graph->AddFilter(filters_[i], (L"Filter " + std::to_wstring(i)).c_str())))
+            return hr;
+    ComPtr<IPin> output = FindPin(device.Get(), L"Capture");
+    for (IBaseFilter* filter : filters) {
+        if (FAILED(hr = graph->ConnectDirect(output.Get(), FirstPin(filter, PINDIR_INPUT).Get(), nullptr)))
+            return hr;
+        output = FirstPin(filter, PINDIR_OUTPUT);
+    }
+    return S_OK;
+}
+
+void DeviceChain::RunFor(DWORD ms)
+{
+    ASSERT_TRUE(control && SUCCEEDED(control->Run()));
+    Sleep(ms);
+    EXPECT_TRUE(SUCCEEDED(control->Stop()));
+}
+
+void DeviceChain::TearDown()
+{
+    if (control)
+        control->Stop();
+    if (graph)
+        for (IBaseFilter* filter : filters_)
+            graph->RemoveFilter(filter);
+    filters_.clear();
+    control.Reset();
+    graph.Reset();
 }
 
 SyntheticDevices::SyntheticDevices()

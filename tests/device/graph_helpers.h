@@ -14,9 +14,9 @@
 
 namespace devicetest {
 
-// Friendly names of the video input devices, as the system device
-// enumerator lists them.
-std::vector<std::wstring> DeviceNames();
+// Friendly names of the filters of a category (the video input devices
+// unless told), as the system device enumerator lists them.
+std::vector<std::wstring> DeviceNames(REFCLSID category = CLSID_VideoInputDeviceCategory);
 // The capture filter of the first device of that name.
 ComPtr<IBaseFilter> BindDevice(const std::wstring& name);
 ComPtr<IPin> FindPin(IBaseFilter* filter, const wchar_t* name);
@@ -31,6 +31,30 @@ HRESULT SelectFormat(IBaseFilter* device, REFGUID subtype, int width, int height
 bool RendererConnectsTo(REFCLSID renderer, const std::wstring& deviceName);
 // The reference count an object has, read by adding one and dropping it.
 ULONG ReferenceCount(IUnknown* object);
+
+// A device's capture pin joined straight through a row of filters, each
+// one's first output into the next one's first input. The filters stay the
+// caller's; they leave the graph at TearDown or with the chain.
+class DeviceChain {
+public:
+    ~DeviceChain() { TearDown(); }
+    // Adds the device and every filter, gives the device the format of that
+    // subtype and size unless the subtype is GUID_NULL, and joins them in
+    // order; the first failure's result.
+    HRESULT Build(const std::wstring& deviceName, const std::vector<IBaseFilter*>& filters, REFGUID subtype = GUID_NULL,
+                  int width = 640, int height = 480);
+    // Runs the graph for that long and stops it.
+    void RunFor(DWORD ms);
+    // Stops the graph, takes every filter out and lets the graph go.
+    void TearDown();
+
+    ComPtr<IGraphBuilder> graph;
+    ComPtr<IMediaControl> control;
+    ComPtr<IBaseFilter> device;
+
+private:
+    std::vector<IBaseFilter*> filters_;
+};
 
 // Adds synthetic devices for a test and removes every one of them after.
 class SyntheticDevices {

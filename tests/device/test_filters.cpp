@@ -26,8 +26,7 @@ double BackgroundLevel(const BYTE* data, synthcam::Subtype subtype, int width, i
     return last > first && width > 0 ? sum / (static_cast<double>(last - first) * width) : 0;
 }
 
-}  // namespace
-
+// The stamp-carrying picture of a YUY2 or RGB media type.
 bool PictureOf(const AM_MEDIA_TYPE& type, synthcam::Subtype* subtype, int* width, int* height)
 {
     if (type.formattype != FORMAT_VideoInfo || !type.pbFormat || type.cbFormat < sizeof(VIDEOINFOHEADER))
@@ -49,6 +48,8 @@ bool PictureOf(const AM_MEDIA_TYPE& type, synthcam::Subtype* subtype, int* width
     *height = info->bmiHeader.biHeight;
     return true;
 }
+
+}  // namespace
 
 TestTransform::TestTransform() : CTransformFilter(L"Test transform", nullptr, CLSID_TestTransform) {}
 
@@ -161,8 +162,6 @@ HRESULT STDMETHODCALLTYPE TestSinkPin::Receive(IMediaSample* sample)
             frame.warningPairs += std::memcmp(data + i, kWarning, 4) == 0;
     }
     frame.discontinuity = sample->IsDiscontinuity() == S_OK;
-    REFERENCE_TIME stop;
-    sample->GetTime(&frame.start, &stop);
     CAutoLock lock(&sink_->framesLock_);
     sink_->frames_.push_back(frame);
     return S_OK;

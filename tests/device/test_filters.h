@@ -17,7 +17,6 @@ struct ReceivedFrame {
     // YUY2 pixel pairs painted in the saturation warning colour (6A CA 6A DE).
     size_t warningPairs = 0;
     bool discontinuity = false;
-    REFERENCE_TIME start = 0;
 };
 
 // Accepts YUY2 only. Adds `lift` to every brightness byte below the stamp
@@ -66,8 +65,5 @@ private:
     TestSinkPin pin_;
     std::vector<ReceivedFrame> frames_;
 };
-
-// The stamp-carrying picture of a YUY2 or RGB media type.
-bool PictureOf(const AM_MEDIA_TYPE& type, synthcam::Subtype* subtype, int* width, int* height);
 
 }  // namespace devicetest

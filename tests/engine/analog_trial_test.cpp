@@ -27,12 +27,6 @@ const VideoFormatsByFrameRate* SelectedGroup(VideoSourceInfo* source)
     return source->frameRates[source->currentFrameRateIndex];
 }
 
-std::wstring SelectedFormatName(VideoSourceInfo* source)
-{
-    const VideoFormat* format = SelectedFormatOf(source);
-    return format ? format->videoFormatName : L"";
-}
-
 }  // namespace
 
 class AnalogTrialTest : public EngineTest {
@@ -50,30 +44,57 @@ protected:
     vmr7standin::StandInRegistration standIn;
 };
 
-TEST_F(AnalogTrialTest, APalSignalIsFoundAtValidationAndTheGroupOf25With720By576Chosen)
+// What validation makes of one grabber: a PAL signal found on a named
+// grabber, an NTSC one kept without a line, a named grabber without 720x576
+// at 25 warned of and left on NTSC, and another grabber not tried at all.
+TEST_F(AnalogTrialTest, ValidationTriesTheNamedGrabbersAndChoosesTheGroupOfTheStandardFound)
 {
-    VideoSourceInfo* grabber = ValidateOne(L"USB 2820 Device", L"usb2820", L"pal");
-    ASSERT_NE(grabber, nullptr);
-    EXPECT_EQ(TakeMessages(), L"Auto Detect: device \"USB 2820 Device\" format changed from NTSC to PAL\r\n");
-    EXPECT_EQ(grabber->deviceStandard, StandardPAL);
-    EXPECT_EQ(grabber->autoDetect, 1);
-    EXPECT_STREQ(SelectedGroup(grabber)->frameRateText, L"25");
-    EXPECT_EQ(SelectedFormatName(grabber), L"720x576");
-    EXPECT_EQ(DecoderStandard(grabber), kDecoderPalB);
-    for (const VideoFormatsByFrameRate* group : grabber->frameRates)
-        EXPECT_EQ(group->enabled, group->frameRate == 25 ? 1 : 0);
+    const struct {
+        const wchar_t* name;
+        const wchar_t* profile;
+        const wchar_t* signal;
+        const wchar_t* messages;
+        DeviceStandard standard;
+        int32_t autoDetect, autoDetectCapable;
+        const wchar_t* rate;
+        const wchar_t* format;
+        long decoder;
+    } rows[] = {
+        {L"USB 2820 Device", L"usb2820", L"pal",
+         L"Auto Detect: device \"USB 2820 Device\" format changed from NTSC to PAL\r\n", StandardPAL, 1, 1, L"25",
+         L"720x576", kDecoderPalB},
+        {L"USB 2861 Device", L"usb2861", L"ntsc", L"", StandardNTSC, 1, 1, L"30", L"720x480", kDecoderNtscM},
+        {L"USB 2820 Device", L"grabber480", L"pal",
+         L"WARNING: PAL analog formats cannot be found during call to TestAnalogDeviceFormat\r\n", StandardNTSC, 0, 1,
+         L"30", L"720x480", kDecoderNtscM},
+        {L"Other Grabber", L"usb2820", L"pal", L"", StandardNTSC, 0, 0, L"30", L"720x480", kDecoderNtscM},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::PrintToString(std::wstring(row.name) + L" " + row.profile));
+        devicetest::SyntheticDevices fresh;
+        TearDown();
+        SetUp();
+        VideoSourceInfo* grabber = ValidateOne(row.name, row.profile, row.signal);
+        ASSERT_NE(grabber, nullptr);
+        EXPECT_EQ(TakeMessages(), row.messages);
+        EXPECT_EQ(grabber->deviceStandard, row.standard);
+        EXPECT_EQ(grabber->autoDetect, row.autoDetect);
+        EXPECT_EQ(grabber->autoDetectCapable, row.autoDetectCapable);
+        EXPECT_STREQ(SelectedGroup(grabber)->frameRateText, row.rate);
+        ASSERT_NE(SelectedFormatOf(grabber), nullptr);
+        EXPECT_STREQ(SelectedFormatOf(grabber)->videoFormatName, row.format);
+        EXPECT_EQ(DecoderStandard(grabber), row.decoder);
+        // Only the rate of the standard in use can be chosen.
+        for (const VideoFormatsByFrameRate* group : grabber->frameRates)
+            EXPECT_EQ(group->enabled, std::wstring(group->frameRateText) == row.rate ? 1 : 0) << group->frameRateText;
+    }
 }
 
-TEST_F(AnalogTrialTest, AnNtscSignalStaysNtscWithoutALineAndTheDecoderComesBackToNtsc)
+TEST_F(AnalogTrialTest, ADecoderLeftOnPalUnderAnNtscSignalIsFoundWrongAndPutBack)
 {
     VideoSourceInfo* grabber = ValidateOne(L"USB 2861 Device", L"usb2861", L"ntsc");
     ASSERT_NE(grabber, nullptr);
-    EXPECT_EQ(TakeMessages(), L"");
-    EXPECT_EQ(grabber->deviceStandard, StandardNTSC);
-    EXPECT_STREQ(SelectedGroup(grabber)->frameRateText, L"30");
-    EXPECT_EQ(DecoderStandard(grabber), kDecoderNtscM);
-
-    // Left on PAL by hand, the decoder is found wrong and put back.
+    TakeMessages();
     ComPtr<IAMAnalogVideoDecoder> decoder;
     ASSERT_EQ(grabber->baseFilter->QueryInterface(IID_IAMAnalogVideoDecoder, decoder.PutVoid()), S_OK);
     ASSERT_EQ(decoder->put_TVFormat(kDecoderPalB), S_OK);
@@ -97,31 +118,6 @@ TEST_F(AnalogTrialTest, SixFramesDrawnCountAsPalAndFiveAsNtsc)
     EXPECT_EQ(Source(L"USB 2820 Device")->deviceStandard, StandardPAL);
     EXPECT_EQ(Source(L"USB 2861 Device")->deviceStandard, StandardNTSC);
     EXPECT_EQ(DecoderStandard(Source(L"USB 2861 Device")), kDecoderNtscM);
-}
-
-TEST_F(AnalogTrialTest, AGrabberWithout720By576At25GivesItsWarningAndLeavesAutoDetectOff)
-{
-    VideoSourceInfo* grabber = ValidateOne(L"USB 2820 Device", L"grabber480", L"pal");
-    ASSERT_NE(grabber, nullptr);
-    EXPECT_EQ(TakeMessages(), L"WARNING: PAL analog formats cannot be found during call to TestAnalogDeviceFormat\r\n");
-    EXPECT_EQ(grabber->autoDetect, 0);
-    EXPECT_EQ(grabber->autoDetectCapable, 1);
-    EXPECT_EQ(grabber->deviceStandard, StandardNTSC);
-    EXPECT_EQ(DecoderStandard(grabber), kDecoderNtscM);
-    // Not a failure: the rate follows the standard the decoder has.
-    EXPECT_STREQ(SelectedGroup(grabber)->frameRateText, L"30");
-}
-
-TEST_F(AnalogTrialTest, OnlyTheTwoNamedGrabbersAreTried)
-{
-    VideoSourceInfo* grabber = ValidateOne(L"Other Grabber", L"usb2820", L"pal");
-    ASSERT_NE(grabber, nullptr);
-    EXPECT_EQ(TakeMessages(), L"");
-    EXPECT_EQ(grabber->autoDetectCapable, 0);
-    EXPECT_EQ(grabber->deviceStandard, StandardNTSC);
-    EXPECT_STREQ(SelectedGroup(grabber)->frameRateText, L"30");
-    for (const VideoFormatsByFrameRate* group : grabber->frameRates)
-        EXPECT_EQ(group->enabled, group->frameRate == 30 ? 1 : 0);
 }
 
 TEST_F(AnalogTrialTest, AGrabberPluggedInLaterIsTriedAsItIsValidated)

@@ -10,7 +10,6 @@
 #include "video/codecs.h"
 
 #include <algorithm>
-#include <numeric>
 
 using namespace enginetest;
 
@@ -43,24 +42,22 @@ int Count(const std::wstring& text, const std::wstring& part)
     return count;
 }
 
-// The median background level of the frames a sink received.
-double MedianBackground(const std::vector<devicetest::ReceivedFrame>& frames)
-{
-    std::vector<double> levels;
-    for (const devicetest::ReceivedFrame& frame : frames)
-        levels.push_back(frame.background);
-    if (levels.empty())
-        return -1;
-    std::sort(levels.begin(), levels.end());
-    return levels[levels.size() / 2];
-}
-
+// The median background level of the frames a sink received, or of a
+// recording's frames.
 double Median(std::vector<double> levels)
 {
     if (levels.empty())
         return -1;
     std::sort(levels.begin(), levels.end());
     return levels[levels.size() / 2];
+}
+
+double MedianBackground(const std::vector<devicetest::ReceivedFrame>& frames)
+{
+    std::vector<double> levels;
+    for (const devicetest::ReceivedFrame& frame : frames)
+        levels.push_back(frame.background);
+    return Median(levels);
 }
 
 // The sky's background lies at 30 to 34.
@@ -86,10 +83,7 @@ protected:
 TEST_F(ColorControlTest, WithoutTheEffectTheToolSaysSoAtEachStartAndTheCameraRuns)
 {
     // A player's construction looks once.
-    player.reset();
-    FreeCodecLists();
-    player = std::make_unique<VideoPlayer>();
-    player->clippingWindow = clippingWindow;
+    RemakePlayer();
     EXPECT_EQ(Count(TakeMessages(), kNotInstalled), 1);
     EXPECT_FALSE(player->renderColorFilter);
     EXPECT_FALSE(player->captureColorFilter);

@@ -5,10 +5,7 @@
 
 #include "e2e/harness.h"
 #include "filters/dark_pixels.h"
-#include "filters/mavu_video_transform_filter.h"
 #include "video/capture_settings.h"
-
-#include <algorithm>
 
 using namespace enginetest;
 

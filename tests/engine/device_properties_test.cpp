@@ -1,6 +1,6 @@
 // A device's picture properties: set, reset to the default and reapplied
 // from a saved configuration, each read back from the device itself; a
-// property on automatic is left out; a device without any has none.
+// property on automatic is left out; a device without any refuses them.
 #include "engine/engine_fixture.h"
 
 #include "persistence/options_file.h"
@@ -80,8 +80,9 @@ TEST_F(DevicePropertiesTest, BrightnessIsSetResetAndReappliedFromASavedConfigura
     EXPECT_EQ(source->brightness.value, 0);
     EXPECT_EQ(ReadFromDevice(source->baseFilter, VideoProcAmp_Brightness).value, 0);
 
-    // A value the device refuses leaves the record as it was.
-    EXPECT_TRUE(FAILED(SetPropertyValue(VideoProcAmp_Brightness, 500)));
+    // A value the device refuses (one past its maximum of 64) leaves the
+    // record as it was.
+    EXPECT_TRUE(FAILED(SetPropertyValue(VideoProcAmp_Brightness, 65)));
     EXPECT_EQ(source->brightness.value, 0);
     EXPECT_NE(TakeMessages().find(L"WARNING: cannot manually set property value\r\n"), std::wstring::npos);
 
@@ -119,18 +120,6 @@ TEST_F(DevicePropertiesTest, APropertyOnAutomaticIsLeftOutAndHasNoDefaultToRetur
     EXPECT_EQ(ReadFromDevice(source->baseFilter, VideoProcAmp_Brightness).flags, VideoProcAmp_Flags_Auto);
 }
 
-TEST_F(DevicePropertiesTest, TheBareDeviceHasNone)
-{
-    VideoSourceInfo* source = ListOne(L"Bare", L"bare");
-    ASSERT_NE(source, nullptr);
-    for (const DeviceProperty* property :
-         {&source->brightness, &source->contrast, &source->hue, &source->saturation, &source->sharpness, &source->gain})
-        EXPECT_FALSE(property->available);
-    EXPECT_EQ(SetPropertyValue(VideoProcAmp_Brightness, 1), E_NOINTERFACE);
-    EXPECT_EQ(ApplyDeviceProperties(0), E_FAIL);
-    EXPECT_EQ(TakeMessages(), L"WARNING: attempt to set device properties such as brightness and contrast failed\r\n");
-}
-
 // Set Default Values: every property back to its default in the device, and
 // the value another process reads of it follows.
 TEST_F(DevicePropertiesTest, AllPropertiesGoBackToTheirDefaultsTogether)
@@ -154,9 +143,14 @@ TEST_F(DevicePropertiesTest, AllPropertiesGoBackToTheirDefaultsTogether)
     EXPECT_TRUE(TakeMessages().empty());
 }
 
-TEST_F(DevicePropertiesTest, DefaultsFailWithTheirLineWithoutPropertiesAndSilentlyWithoutADevice)
+TEST_F(DevicePropertiesTest, TheBareDeviceHasNoneAndItsDefaultsFailWithTheirLineAndSilentlyWithoutADevice)
 {
-    ASSERT_NE(ListOne(L"Bare", L"bare"), nullptr);
+    VideoSourceInfo* source = ListOne(L"Bare", L"bare");
+    // That it offers none: ValidationAcceptsAndRefusesTheProfilesWithTheirMessages.
+    ASSERT_NE(source, nullptr);
+    EXPECT_EQ(SetPropertyValue(VideoProcAmp_Brightness, 1), E_NOINTERFACE);
+    EXPECT_EQ(ApplyDeviceProperties(0), E_FAIL);
+    EXPECT_EQ(TakeMessages(), L"WARNING: attempt to set device properties such as brightness and contrast failed\r\n");
     EXPECT_TRUE(FAILED(SetPropertiesToDefaults()));
     EXPECT_EQ(TakeMessages(), L"Unable to set current device properties to defaults\r\n");
     currentSourceIndex = kNoSource;

@@ -18,14 +18,6 @@
 namespace enginetest {
 namespace {
 
-std::string Utf8(const std::wstring& text)
-{
-    int size = WideCharToMultiByte(CP_UTF8, 0, text.c_str(), -1, nullptr, 0, nullptr, nullptr);
-    std::string result(static_cast<size_t>(size > 0 ? size - 1 : 0), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text.c_str(), -1, result.data(), size, nullptr, nullptr);
-    return result;
-}
-
 std::wstring FilterName(IBaseFilter* filter)
 {
     // The platform's capture graph builder numbers the Smart Tee it adds.
@@ -66,17 +58,20 @@ void EngineTest::SetUp()
     standins::UnregisterColorControl();
     standins::UnregisterTestCompressor();
     testsupport::TakeReportedLines();
-    WNDCLASSW windowClass{};
-    windowClass.lpfnWndProc = DefWindowProcW;
-    windowClass.hInstance = GetModuleHandleW(nullptr);
-    windowClass.lpszClassName = L"EngineTestClipping";
-    RegisterClassW(&windowClass);
-    clippingWindow = CreateWindowW(L"EngineTestClipping", L"", WS_OVERLAPPEDWINDOW, 0, 0, 640, 480, nullptr, nullptr,
-                                   windowClass.hInstance, nullptr);
-    player = std::make_unique<VideoPlayer>();
-    player->clippingWindow = clippingWindow;
+    clippingWindow = CreateWindowW(L"STATIC", L"", WS_OVERLAPPEDWINDOW, 0, 0, 640, 480, nullptr, nullptr,
+                                   GetModuleHandleW(nullptr), nullptr);
+    RemakePlayer();
     // Each test starts from what it reports itself.
     testsupport::TakeReportedLines();
+}
+
+void EngineTest::RemakePlayer()
+{
+    player.reset();
+    // Each player's construction lists the codecs anew.
+    FreeCodecLists();
+    player = std::make_unique<VideoPlayer>();
+    player->clippingWindow = clippingWindow;
 }
 
 void EngineTest::TearDown()
@@ -142,8 +137,11 @@ std::vector<std::string> EngineTest::Connections()
             PIN_DIRECTION direction;
             pin->QueryDirection(&direction);
             ComPtr<IPin> peer;
-            if (direction == PINDIR_OUTPUT && pin->ConnectedTo(peer.Put()) == S_OK)
-                connections.push_back(Utf8(PinLabel(pin.Get()) + L" -> " + PinLabel(peer.Get())));
+            if (direction == PINDIR_OUTPUT && pin->ConnectedTo(peer.Put()) == S_OK) {
+                // The filters' and pins' names in these graphs are ASCII.
+                std::wstring connection = PinLabel(pin.Get()) + L" -> " + PinLabel(peer.Get());
+                connections.emplace_back(connection.begin(), connection.end());
+            }
         }
     }
     std::sort(connections.begin(), connections.end());

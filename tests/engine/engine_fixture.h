@@ -20,6 +20,8 @@ protected:
     void SetUp() override;
     void TearDown() override;
 
+    // A player made now lists the codecs registered now.
+    void RemakePlayer();
     // Enumerates and validates the devices now registered.
     void ScanDevices();
     // Adds the one synthetic webcam "Cam", scans, and makes it the device in

@@ -5,9 +5,6 @@
 #include "persistence/options.h"
 #include "video/capture_settings.h"
 
-#include <cstdio>
-#include <cstring>
-
 using namespace enginetest;
 
 namespace {
@@ -81,7 +78,6 @@ TEST_F(EngineTest, EachModeBuildsTheChainOfItsRow)
     };
     for (const Mode& mode : modes) {
         SCOPED_TRACE(mode.name);
-        std::fprintf(stderr, "mode %s\n", mode.name);
         pixelSaturationOn = mode.saturation;
         frameIntegrationOn = mode.integration;
         frameIntegrationCount = mode.integration ? 3 : 1;

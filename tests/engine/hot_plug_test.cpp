@@ -3,7 +3,6 @@
 // recording keeps of a device that went away.
 #include "engine/engine_fixture.h"
 
-#include "e2e/harness.h"
 #include "support/ffprobe.h"
 #include "support/frame_time_rows.h"
 #include "support/recorded_frames.h"
@@ -15,16 +14,13 @@ using namespace enginetest;
 
 namespace {
 
-struct ScanResult {
-    ConnectResult result;
-    int32_t index;
-};
+// The index the last scan gave.
+int32_t scanned = -2;
 
-ScanResult Scan()
+ConnectResult Scan()
 {
-    ScanResult scan{NothingToDo, -2};
-    scan.result = UpdateSourceVideoInfoList(&scan.index);
-    return scan;
+    scanned = -2;
+    return UpdateSourceVideoInfoList(&scanned);
 }
 
 }  // namespace
@@ -39,23 +35,20 @@ TEST_F(EngineTest, ScansFindEachPullAndReturnByNameAndBindTheReturnedDeviceAfres
     videoSources[0]->isActive = 1;
     TakeMessages();
 
-    ScanResult scan = Scan();
-    EXPECT_EQ(scan.result, NothingToDo);
-    EXPECT_EQ(scan.index, -1);
+    EXPECT_EQ(Scan(), NothingToDo);
+    EXPECT_EQ(scanned, -1);
 
     IBaseFilter* pulledFilter = videoSources[0]->baseFilter;
     ASSERT_TRUE(devices.Pull(L"Cam A"));
-    scan = Scan();
-    EXPECT_EQ(scan.result, ActiveDeviceRemoved);
-    EXPECT_EQ(scan.index, 0);
+    EXPECT_EQ(Scan(), ActiveDeviceRemoved);
+    EXPECT_EQ(scanned, 0);
     EXPECT_EQ(videoSources[0]->isDisconnected, 1);
-    EXPECT_EQ(Scan().result, NothingToDo);
+    EXPECT_EQ(Scan(), NothingToDo);
 
     ASSERT_TRUE(devices.Add(L"Cam A", L"webcam"));
     videoSources[0]->isActive = 0;
-    scan = Scan();
-    EXPECT_EQ(scan.result, KnownDeviceReturned);
-    EXPECT_EQ(scan.index, 0);
+    EXPECT_EQ(Scan(), KnownDeviceReturned);
+    EXPECT_EQ(scanned, 0);
     EXPECT_EQ(videoSources[0]->isDisconnected, 0);
     // The old filter is let go unreleased; the next use binds the device
     // that is attached now.
@@ -73,9 +66,8 @@ TEST_F(EngineTest, ANewDeviceIsValidatedAndAppendedAndAnUnusableOneIsReportedOnc
     TakeMessages();
 
     ASSERT_TRUE(devices.Add(L"Second Cam", L"bare"));
-    ScanResult scan = Scan();
-    EXPECT_EQ(scan.result, NewDeviceAppended);
-    EXPECT_EQ(scan.index, 1);
+    EXPECT_EQ(Scan(), NewDeviceAppended);
+    EXPECT_EQ(scanned, 1);
     ASSERT_EQ(videoSources.size(), 2u);
     EXPECT_STREQ(videoSources[1]->name, L"Second Cam");
     EXPECT_EQ(videoSources[1]->seenAttached, 1);
@@ -83,16 +75,15 @@ TEST_F(EngineTest, ANewDeviceIsValidatedAndAppendedAndAnUnusableOneIsReportedOnc
     EXPECT_FALSE(videoSources[1]->frameRates.empty());
 
     ASSERT_TRUE(devices.Add(L"Tiny", L"small"));
-    scan = Scan();
-    EXPECT_EQ(scan.result, NothingToDo);
-    EXPECT_EQ(scan.index, -1);
+    EXPECT_EQ(Scan(), NothingToDo);
+    EXPECT_EQ(scanned, -1);
     EXPECT_EQ(TakeMessages(),
               L"Video device source information has no frame rate entriesDevice \"Tiny\" cannot be "
               L"used for video capture\r\n");
     ASSERT_TRUE(devices.Pull(L"Tiny"));
-    EXPECT_EQ(Scan().result, NothingToDo);
+    EXPECT_EQ(Scan(), NothingToDo);
     ASSERT_TRUE(devices.Add(L"Tiny", L"small"));
-    EXPECT_EQ(Scan().result, NothingToDo);
+    EXPECT_EQ(Scan(), NothingToDo);
     EXPECT_EQ(TakeMessages(), L"");
     EXPECT_EQ(videoSources.size(), 2u);
     EXPECT_EQ(unusableDeviceNames, (std::vector<std::wstring>{L"Tiny"}));
@@ -109,18 +100,15 @@ TEST_F(EngineTest, TwoPullsBeforeOneScanAreFoundOneScanAtATime)
     videoSources[2]->isIgnored = 1;
     ASSERT_TRUE(devices.Pull(L"Spare Two"));
     ASSERT_TRUE(devices.Pull(L"Spare One"));
-    ScanResult scan = Scan();
-    EXPECT_EQ(scan.result, InactiveDeviceRemoved);
-    EXPECT_EQ(scan.index, 1);
+    EXPECT_EQ(Scan(), InactiveDeviceRemoved);
+    EXPECT_EQ(scanned, 1);
     EXPECT_EQ(videoSources[2]->isDisconnected, 0);
-    scan = Scan();
-    EXPECT_EQ(scan.result, IgnoredDeviceRemoved);
-    EXPECT_EQ(scan.index, 2);
+    EXPECT_EQ(Scan(), IgnoredDeviceRemoved);
+    EXPECT_EQ(scanned, 2);
 
     ASSERT_TRUE(devices.Add(L"Spare Two", L"webcam"));
-    scan = Scan();
-    EXPECT_EQ(scan.result, IgnoredDeviceReturned);
-    EXPECT_EQ(scan.index, 2);
+    EXPECT_EQ(Scan(), IgnoredDeviceReturned);
+    EXPECT_EQ(scanned, 2);
 }
 
 TEST_F(EngineTest, AScanWithoutAPlaceForItsIndexSaysSoAndDoesNothing)

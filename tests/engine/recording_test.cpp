@@ -1,5 +1,8 @@
 // A recording start writes an AVI that an independent reader accepts, and
-// its stop writes the run report beside it, line by line.
+// its stop writes the run report beside it, line by line, and the
+// frame-time record, against the stamps the synthetic camera burns into
+// each frame: one row per frame of the file, each frame's UTC, and the
+// frames the camera lost.
 #include "engine/engine_fixture.h"
 
 #include "e2e/harness.h"
@@ -13,23 +16,15 @@ using namespace enginetest;
 namespace {
 
 struct Recorded {
-    std::wstring messages;   // what the start reported
-    bool hadFrameCounts;     // the source offered IAMDroppedFrames
+    std::wstring messages;  // what the start reported
+    bool hadFrameCounts;  // the source offered IAMDroppedFrames
     std::string avi;
-    std::string reportLines; // the report with "\n" line ends
+    std::string reportLines;  // the report with "\n" line ends
 };
 
 std::string Escaped(const std::string& text)
 {
     return std::regex_replace(text, std::regex(R"([.\\()])"), R"(\$&)");
-}
-
-std::vector<std::string> Lines(const std::string& text)
-{
-    std::vector<std::string> lines;
-    for (size_t begin = 0, end; (end = text.find('\n', begin)) != std::string::npos; begin = end + 1)
-        lines.push_back(text.substr(begin, end - begin));
-    return lines;
 }
 
 }  // namespace
@@ -52,27 +47,17 @@ protected:
         recorded.hadFrameCounts = player->droppedFrames != nullptr;
     }
 
-    // Each line of the report against its pattern; the clock times and the
-    // path are the only lines not matched to the letter.
-    static void ExpectReportLines(const Recorded& recorded, const std::vector<std::string>& countLines)
+    // The report against its pattern, line by line to the last line end;
+    // the clock times and the path are the only lines not matched to the
+    // letter.
+    static void ExpectReportLines(const Recorded& recorded, const std::string& countLines)
     {
-        std::vector<std::string> expected = {
-            "Manual recording",
-            Escaped("Start recording at 12:00:00 (UTC)"),
-            R"(Stop recording at \d\d:\d\d:\d\d \(UTC\))",
-            "Video file:  " + Escaped(recorded.avi),
-        };
-        expected.insert(expected.end(), countLines.begin(), countLines.end());
-        for (const char* line : {"Video source device: Cam", "Source device format: Digital", "Frame rate: 30",
-                                 "Frame size: 640x480", "Format subtype: YUY2", "Codec: NONE",
-                                 "Video renderer: VMR9"})
-            expected.push_back(line);
-        std::vector<std::string> got = Lines(recorded.reportLines);
-        ASSERT_EQ(got.size(), expected.size()) << recorded.reportLines;
-        for (size_t i = 0; i < got.size(); ++i)
-            EXPECT_TRUE(std::regex_match(got[i], std::regex(expected[i]))) << got[i];
-        ASSERT_FALSE(recorded.reportLines.empty());
-        EXPECT_EQ(recorded.reportLines.back(), '\n');
+        std::string expected = "Manual recording\n" + Escaped("Start recording at 12:00:00 (UTC)") + "\n" +
+            R"(Stop recording at \d\d:\d\d:\d\d \(UTC\))" + "\nVideo file:  " + Escaped(recorded.avi) + "\n" +
+            countLines +
+            "Video source device: Cam\nSource device format: Digital\nFrame rate: 30\n"
+            "Frame size: 640x480\nFormat subtype: YUY2\nCodec: NONE\nVideo renderer: VMR9\n";
+        EXPECT_TRUE(std::regex_match(recorded.reportLines, std::regex(expected))) << recorded.reportLines;
     }
 };
 
@@ -81,8 +66,9 @@ TEST_F(RecordingTest, RecordingWritesTheAviAndTheReport)
     Recorded recorded;
     Record(L"webcam", "engine-recording", recorded);
     // This platform's mux has neither the index choice nor the property bag.
-    EXPECT_NE(recorded.messages.find(L"Cannot configure the AVI Mux filter.  Report this message (see Help->About)\r\n"),
-              std::wstring::npos)
+    EXPECT_NE(
+        recorded.messages.find(L"Cannot configure the AVI Mux filter.  Report this message (see Help->About)\r\n"),
+        std::wstring::npos)
         << testing::PrintToString(recorded.messages);
     EXPECT_NE(recorded.messages.find(L"Cannot add MAVU Video Capture INFO to AVI file.\r\nMAVU Video Playback will not "
                                      L"report dropped frames\r\n"),
@@ -99,11 +85,12 @@ TEST_F(RecordingTest, RecordingWritesTheAviAndTheReport)
     EXPECT_NE(bytes.find("idx1"), std::string::npos);
 
     std::smatch counts;
-    ASSERT_TRUE(std::regex_search(recorded.reportLines, counts,
-                                  std::regex("Number of recorded frames:  (\\d+)\nNumber of dropped frames:  (\\d+)\n")))
+    ASSERT_TRUE(
+        std::regex_search(recorded.reportLines, counts,
+                          std::regex("Number of recorded frames:  (\\d+)\nNumber of dropped frames:  (\\d+)\n")))
         << recorded.reportLines;
     EXPECT_NEAR(std::stoi(counts[1]), video.frames, 2);
-    ExpectReportLines(recorded, {R"(Number of recorded frames:  \d+)", R"(Number of dropped frames:  \d+)"});
+    ExpectReportLines(recorded, R"(Number of recorded frames:  \d+\nNumber of dropped frames:  \d+\n)");
     testsupport::ExpectRecordMatchesTheStamps(recorded.avi, testsupport::ReadRecordedStamps(recorded.avi, 640),
                                               1000.0 / 30);
 }
@@ -120,5 +107,50 @@ TEST_F(RecordingTest, ADeviceWithoutFrameCountsRecordsAndItsReportSaysSo)
     ASSERT_TRUE(video.ok) << video.raw;
     EXPECT_NEAR(video.frames, 90, 10);
     EXPECT_EQ(recorded.reportLines.find("Number of"), std::string::npos) << recorded.reportLines;
-    ExpectReportLines(recorded, {"Total frame count and dropped frame count are not avaiable"});
+    ExpectReportLines(recorded, "Total frame count and dropped frame count are not avaiable\n");
+}
+
+TEST_F(EngineTest, FramesTheCameraDropsShowAsDroppedBeforeTheNextRow)
+{
+    synthcam::DevicePacing pacing;
+    pacing.dropEvery = 7;
+    ASSERT_TRUE(UseOneCamera(pacing));
+    std::string avi = devicetest::WorkFolder("engine-frame-times-drops") + "/drops.avi";
+    std::string report = RecordFor(std::wstring(avi.begin(), avi.end()), 3000);
+    std::vector<synthcam::FrameStamp> stamps = testsupport::ReadRecordedStamps(avi, 640);
+    ASSERT_GT(stamps.size(), 50u);
+    testsupport::ExpectRecordMatchesTheStamps(avi, stamps, 1000.0 / 30);
+    testsupport::FrameTimeFile record = testsupport::ReadFrameTimeFile(avi.substr(0, avi.size() - 4) + ".frames.csv");
+    long dropped = 0;
+    for (const testsupport::FrameTimeRow& row : record.rows)
+        dropped += row.droppedBefore;
+    // One slot in seven: about 13 in 3 s at 30 frames a second.
+    EXPECT_GE(dropped, 8) << report;
+    // The comment lines say what the rows rest on.
+    ASSERT_GE(record.comments.size(), 7u);
+    EXPECT_EQ(record.comments[0], "MAVU Video Capture Version 2.1");
+    EXPECT_EQ(record.comments[1], "device: Cam");
+    EXPECT_EQ(record.comments[4], "time base: computer clock, UTC");
+    EXPECT_EQ(record.comments[5].rfind("stream time zero: ", 0), 0u) << record.comments[5];
+}
+
+// A record that can't be made (its name is taken by a folder) is told of
+// once, and the recording goes on.
+TEST_F(EngineTest, ARecordThatCannotBeWrittenIsToldOnceAndTheRecordingGoesOn)
+{
+    ASSERT_TRUE(UseOneCamera());
+    std::string folder = devicetest::WorkFolder("engine-frame-times-unwritable");
+    std::string avi = folder + "/blocked.avi";
+    CreateDirectoryA((folder + "/blocked.frames.csv").c_str(), nullptr);
+    std::wstring messages;
+    std::string report = RecordFor(std::wstring(avi.begin(), avi.end()), 1500, &messages);
+    std::wstring warning = L"WARNING: cannot write the frame-time record \"" +
+        std::wstring(avi.begin(), avi.end() - 4) + L".frames.csv\"; the recording goes on without it\r\n";
+    std::wstring all = messages + TakeMessages();
+    size_t first = all.find(warning);
+    EXPECT_NE(first, std::wstring::npos) << testing::PrintToString(all);
+    EXPECT_EQ(all.find(warning, first + 1), std::wstring::npos) << "told once";
+    testsupport::ProbedVideo video = testsupport::ProbeVideo(avi);
+    ASSERT_TRUE(video.ok) << video.raw;
+    EXPECT_GT(video.frames, 20);
 }

@@ -46,22 +46,16 @@ inline std::string AsAttributeBytes(const std::string& bytes)
 {
     std::string escaped;
     for (char byte : bytes) {
-        switch (byte) {
-        case '&':
+        if (byte == '&')
             escaped += "&amp;";
-            break;
-        case '<':
+        else if (byte == '<')
             escaped += "&lt;";
-            break;
-        case '>':
+        else if (byte == '>')
             escaped += "&gt;";
-            break;
-        case '"':
+        else if (byte == '"')
             escaped += "&quot;";
-            break;
-        default:
+        else
             escaped += byte;
-        }
     }
     return escaped;
 }

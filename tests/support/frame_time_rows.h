@@ -26,20 +26,6 @@ struct FrameTimeFile {
 
 FrameTimeFile ReadFrameTimeFile(const std::string& path);
 
-// How the rows agree with the stamps, frame by frame in file order.
-struct FrameTimeAgreement {
-    bool sameCount = false;
-    double medianMs = -1;  // of |row UTC - stamp UTC|
-    double worstMs = -1;
-    // Rows whose dropped_before differs from the gap before their stamp
-    // (the first row's from the counter's start at 0 when the camera runs).
-    long droppedMismatches = -1;
-    long droppedTotal = 0;  // the sum of dropped_before
-};
-
-FrameTimeAgreement CompareWithStamps(const std::vector<FrameTimeRow>& rows,
-                                     const std::vector<synthcam::FrameStamp>& stamps);
-
 // The record beside a recording (a Windows path of its AVI) against the
 // recording's own stamps: one row per frame, numbered from 0, each UTC
 // within 5 ms at the median and never more than a frame period off, and

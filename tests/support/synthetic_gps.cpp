@@ -15,27 +15,7 @@ namespace {
 // The prefix as the shell sees it: the one this process runs in.
 const std::string kPrefix = "${WINEPREFIX:-" + std::string(MAVU_BINARY_DIR_UNIX) + "/wineprefix}";
 
-bool Exists(const std::string& unixPath)
-{
-    return GetFileAttributesW(UnixToWindows(unixPath).c_str()) != INVALID_FILE_ATTRIBUTES;
-}
-
-// Runs a shell command and waits for the mark it leaves behind: Wine doesn't
-// wait for a Unix child.
-bool RunUnixAndWait(const std::string& command, DWORD timeoutMs)
-{
-    static std::atomic<int> counter{0};
-    std::string mark = std::string(MAVU_BINARY_DIR_UNIX) + "/gps-work/done-" + std::to_string(GetCurrentProcessId()) +
-        "-" + std::to_string(++counter);
-    e2e::RunUnix("mkdir -p '" + std::string(MAVU_BINARY_DIR_UNIX) + "/gps-work' && " + command + "; touch '" + mark +
-                 "'");
-    bool done = e2e::WaitUntil([&] { return Exists(mark); }, timeoutMs, 20);
-    DeleteFileW(UnixToWindows(mark).c_str());
-    return done;
-}
-
-}  // namespace
-
+// Windows path of a Unix path, through drive Z:.
 std::wstring UnixToWindows(const std::string& unixPath)
 {
     std::wstring path = L"Z:";
@@ -44,10 +24,26 @@ std::wstring UnixToWindows(const std::string& unixPath)
     return path;
 }
 
+bool Exists(const std::string& unixPath)
+{
+    return GetFileAttributesW(UnixToWindows(unixPath).c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+// Removes every dosdevices/com* link of the build's prefix and waits for
+// the mark the shell leaves after it: Wine doesn't wait for a Unix child.
 bool RemoveComLinks()
 {
-    return RunUnixAndWait("rm -f \"" + kPrefix + "\"/dosdevices/com*", 10000);
+    static std::atomic<int> counter{0};
+    std::string mark = std::string(MAVU_BINARY_DIR_UNIX) + "/gps-work/done-" + std::to_string(GetCurrentProcessId()) +
+        "-" + std::to_string(++counter);
+    e2e::RunUnix("mkdir -p '" + std::string(MAVU_BINARY_DIR_UNIX) + "/gps-work' && rm -f \"" + kPrefix +
+                 "\"/dosdevices/com*; touch '" + mark + "'");
+    bool done = e2e::WaitUntil([&] { return Exists(mark); }, 10000, 20);
+    DeleteFileW(UnixToWindows(mark).c_str());
+    return done;
 }
+
+}  // namespace
 
 SyntheticGps::~SyntheticGps()
 {

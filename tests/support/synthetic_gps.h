@@ -44,10 +44,4 @@ private:
     bool running_ = false;
 };
 
-// Removes every dosdevices/com* link of the build's prefix; returns once done.
-bool RemoveComLinks();
-
-// Windows path of a Unix path, through drive Z:.
-std::wstring UnixToWindows(const std::string& unixPath);
-
 }  // namespace testsupport

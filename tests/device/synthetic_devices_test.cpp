@@ -1,6 +1,10 @@
-// A synthetic device pulled as a cable would be: its running filter stops
-// delivering and tells its graph that the device is lost, the device leaves
-// the list, and plugged back under the same name it streams again.
+// The synthetic devices as the system sees them: the enumerator lists
+// exactly the devices added, by name, and forgets one removed. A device
+// pulled as a cable would be: its running filter stops delivering and tells
+// its graph that the device is lost, the device leaves the list, and plugged
+// back under the same name it streams again. A grabber that can't tell NTSC
+// from PAL delivers frames only while its decoder is set to the standard of
+// its signal.
 #include "device/graph_helpers.h"
 #include "device/test_filters.h"
 
@@ -12,6 +16,12 @@ using namespace devicetest;
 
 namespace {
 
+std::vector<std::wstring> Sorted(std::vector<std::wstring> names)
+{
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
 bool Listed(const std::wstring& name)
 {
     std::vector<std::wstring> names = DeviceNames();
@@ -20,42 +30,22 @@ bool Listed(const std::wstring& name)
 
 // The device's capture pin straight into a test sink, running.
 struct SinkGraph {
-    ComPtr<IGraphBuilder> graph;
-    ComPtr<IMediaControl> control;
-    ComPtr<IMediaEvent> events;
-    ComPtr<IBaseFilter> device;
     TestSink* sink = new TestSink;
+    DeviceChain chain;
+    ComPtr<IMediaEvent> events;
 
     SinkGraph() { sink->NonDelegatingAddRef(); }
     ~SinkGraph()
     {
-        if (control)
-            control->Stop();
-        if (graph) {
-            if (device)
-                graph->RemoveFilter(device.Get());
-            graph->RemoveFilter(sink);
-        }
         events.Reset();
-        control.Reset();
-        graph.Reset();
-        device.Reset();
+        chain.TearDown();
         sink->NonDelegatingRelease();
     }
     bool Run(const std::wstring& name)
     {
-        device = BindDevice(name);
-        if (!device ||
-            FAILED(
-                CoCreateInstance(CLSID_FilterGraph, nullptr, CLSCTX_INPROC_SERVER, IID_IGraphBuilder, graph.PutVoid())))
-            return false;
-        graph->AddFilter(device.Get(), L"Camera");
-        graph->AddFilter(sink, L"Sink");
-        if (graph->ConnectDirect(FindPin(device.Get(), L"Capture").Get(), FindPin(sink, L"In").Get(), nullptr) != S_OK)
-            return false;
-        graph->QueryInterface(IID_IMediaControl, control.PutVoid());
-        graph->QueryInterface(IID_IMediaEvent, events.PutVoid());
-        return control && events && SUCCEEDED(control->Run());
+        return chain.Build(name, {sink}) == S_OK &&
+            SUCCEEDED(chain.graph->QueryInterface(IID_IMediaEvent, events.PutVoid())) &&
+            SUCCEEDED(chain.control->Run());
     }
 };
 
@@ -87,7 +77,7 @@ TEST(DevicePull, APulledDeviceStopsDeliveringReportsTheLossAndLeavesTheList)
         if (code == EC_DEVICE_LOST) {
             lost = true;
             ComPtr<IUnknown> identity;
-            run.device->QueryInterface(IID_IUnknown, identity.PutVoid());
+            run.chain.device->QueryInterface(IID_IUnknown, identity.PutVoid());
             EXPECT_EQ(reinterpret_cast<IUnknown*>(first), identity.Get());
             EXPECT_EQ(second, 0);
         }
@@ -112,7 +102,7 @@ TEST(DevicePull, PluggedBackUnderTheSameNameTheDeviceStreamsAgain)
     EXPECT_TRUE(Listed(L"Pull Cam"));
     SinkGraph run;
     ASSERT_TRUE(run.Run(L"Pull Cam"));
-    EXPECT_NE(run.device.Get(), old.Get());
+    EXPECT_NE(run.chain.device.Get(), old.Get());
     Sleep(1500);
     std::vector<ReceivedFrame> frames = run.sink->Frames();
     ASSERT_GT(frames.size(), 20u);
@@ -136,9 +126,9 @@ TEST(DevicePull, AFrameLimitedDeviceDeliversExactlyItsCountEachRun)
     ASSERT_TRUE(run.Run(L"Six Frames"));
     Sleep(1500);
     EXPECT_EQ(run.sink->Frames().size(), 6u);
-    run.control->Stop();
+    run.chain.control->Stop();
     run.sink->Clear();
-    ASSERT_TRUE(SUCCEEDED(run.control->Run()));
+    ASSERT_TRUE(SUCCEEDED(run.chain.control->Run()));
     Sleep(1500);
     EXPECT_EQ(run.sink->Frames().size(), 6u);
 }
@@ -153,4 +143,55 @@ TEST(DevicePull, ASlowDeviceHoldsTheGraphsStartForItsDelay)
     DWORD took = GetTickCount() - before;
     EXPECT_GE(took, 1400u);
     EXPECT_LT(took, 5000u);
+}
+
+TEST(DeviceList, ListsExactlyTheAddedDevicesAndDropsARemovedOne)
+{
+    SyntheticDevices devices;
+    EXPECT_TRUE(DeviceNames().empty());
+
+    ASSERT_TRUE(devices.Add(L"Alpha Cam", L"webcam"));
+    ASSERT_TRUE(devices.Add(L"Kamera \u00c4", L"webcam"));
+    ASSERT_TRUE(devices.Add(L"Twin Cam", L"bare"));
+    ASSERT_TRUE(devices.Add(L"Twin Cam", L"small"));
+    EXPECT_EQ(Sorted(DeviceNames()),
+              (std::vector<std::wstring>{L"Alpha Cam", L"Kamera \u00c4", L"Twin Cam", L"Twin Cam"}));
+
+    ASSERT_TRUE(devices.Remove(L"Alpha Cam"));
+    ASSERT_TRUE(devices.Remove(L"Twin Cam"));
+    EXPECT_EQ(Sorted(DeviceNames()), (std::vector<std::wstring>{L"Kamera \u00c4", L"Twin Cam"}));
+    EXPECT_FALSE(devices.Remove(L"Alpha Cam"));
+
+    // Plugged back in, it is listed again and can be bound.
+    ASSERT_TRUE(devices.Add(L"Alpha Cam", L"webcam"));
+    EXPECT_TRUE(BindDevice(L"Alpha Cam"));
+}
+
+TEST(AnalogDevice, NoFramesOnTheWrongStandardAndPalRateOnPal)
+{
+    SyntheticDevices devices;
+    ASSERT_TRUE(devices.Add(L"USB 2820 Device", L"usb2820", L"pal"));
+    auto* sink = new TestSink;
+    sink->NonDelegatingAddRef();
+    {
+        DeviceChain chain;
+        ASSERT_EQ(chain.Build(L"USB 2820 Device", {sink}, MEDIASUBTYPE_YUY2, 720, 576), S_OK);
+        ComPtr<IAMAnalogVideoDecoder> decoder;
+        ASSERT_EQ(chain.device->QueryInterface(IID_IAMAnalogVideoDecoder, decoder.PutVoid()), S_OK);
+
+        // Starts on NTSC_M, the signal is PAL.
+        chain.RunFor(2000);
+        EXPECT_EQ(sink->Frames().size(), 0u);
+        long locked = -1;
+        EXPECT_EQ(decoder->get_HorizontalLocked(&locked), S_OK);
+        EXPECT_EQ(locked, 0);
+
+        ASSERT_EQ(decoder->put_TVFormat(AnalogVideo_PAL_B), S_OK);
+        chain.RunFor(4000);
+        size_t frames = sink->Frames().size();
+        // About 25 a second, less the moment the stream takes to start.
+        EXPECT_GE(frames, 90u);
+        EXPECT_LE(frames, 102u);
+    }
+    EXPECT_EQ(sink->NonDelegatingRelease(), 0u);
 }
