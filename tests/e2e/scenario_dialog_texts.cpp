@@ -5,8 +5,7 @@
 #include <cstdio>
 #include <string>
 
-#include "device/graph_helpers.h"
-#include "e2e/harness.h"
+#include "e2e/program_run.h"
 #include "e2e/program_windows.h"
 #include "e2e/remote_probe.h"
 #include "support/stand_ins.h"
@@ -73,23 +72,17 @@ void ExpectEveryTextFits(DWORD processId, HWND window)
 
 TEST(Dialogs, EveryTextFitsItsControlInItsOwnFont)
 {
-    devicetest::SyntheticDevices devices;
-    ASSERT_TRUE(devices.Add(L"Sky Cam", L"webcam"));
     testsupport::RegisteredColorControl colorControl;
     testsupport::SyntheticGps receiver;
     ASSERT_TRUE(receiver.Start(3, 4800, "steady"));
-    std::wstring folder = MakeWorkFolderForCurrentTest();
-    WriteOptions(folder, Option("DefaultRenderer", "VMR9"));
+    ProgramRun run;
     // An event ahead keeps the countdown window up with all its lines.
-    WriteEvent(folder, L"Vesta_TYC1234", UtcInSeconds(600), 30, "Vesta", "TYC1234", false, false, "Rehearsal");
-    Program program(folder);
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
-    const DWORD process = program.ProcessId();
+    WriteEvent(run.folder, L"Vesta_TYC1234", UtcInSeconds(600), 30, "Vesta", "TYC1234", false, false, "Rehearsal");
+    ASSERT_TRUE(run.StartWithSkyCam());
+    const DWORD process = run.program->ProcessId();
 
     HWND countdown = nullptr;
-    ASSERT_TRUE(WaitUntil(
-        [&] { return (countdown = FindProcessWindow(process, L"CountdownWindow")) && IsVisible(countdown); }, 10000));
+    ASSERT_TRUE(WaitUntil([&] { return IsVisible(countdown = run.Window(L"CountdownWindow")); }, 10000));
     // The digits (the one centred text) once the first second has ticked.
     HWND digits = nullptr;
     for (HWND child = GetWindow(countdown, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
@@ -102,10 +95,9 @@ TEST(Dialogs, EveryTextFitsItsControlInItsOwnFont)
 
     for (const CommandWindow& entry : kCommandWindows) {
         SCOPED_TRACE(Narrow(entry.className));
-        SendCommand(program.MainWindow(), entry.command);
+        SendCommand(run.Main(), entry.command);
         HWND window = nullptr;
-        if (!WaitUntil([&] { return (window = FindProcessWindow(process, entry.className)) && IsVisible(window); },
-                       60000)) {
+        if (!WaitUntil([&] { return IsVisible(window = run.Window(entry.className)); }, 60000)) {
             ADD_FAILURE() << "did not open";
             continue;
         }
@@ -113,6 +105,6 @@ TEST(Dialogs, EveryTextFitsItsControlInItsOwnFont)
         TakeScreenshot("dialog-" + Narrow(entry.className));
         SendMessageW(window, WM_CLOSE, 0, 0);
     }
-    PostCommand(program.MainWindow(), IDM_EXIT);
-    EXPECT_TRUE(program.WaitExit(30000));
+    PostCommand(run.Main(), IDM_EXIT);
+    EXPECT_TRUE(run.program->WaitExit(30000));
 }
