@@ -338,37 +338,15 @@ TEST(DeviceFormat, ADeviceWithoutPicturePropertiesShowsOnlySetDefaultValues)
     run.program->Kill();
 }
 
-// A saved configuration whose standard is none of the four words leaves the
-// device of unknown format: opening says so and fills nothing, so the
-// window shows as it was made.
-TEST(DeviceFormat, ADeviceOfUnknownFormatIsReportedAndTheWindowShowsAsItStood)
-{
-    FormatRun run;
-    ASSERT_TRUE(
-        run.Start(L"Sky Cam", L"webcam", L"ntsc", Option("VConfig", "Sky Cam|30|640x480|YUY2|0|50|0|64|3|0|NONE")));
-    ASSERT_NE(run.Open(), nullptr);
-    EXPECT_EQ(run.program->CountMessages(L"Device has an unknown format; properties cannot be set\r\n"), 1);
-    EXPECT_EQ(WindowText(run.window), L" Properties");
-    EXPECT_EQ(run.RowsOf(kFormatFrameRateList).size(), 0u);
-    EXPECT_EQ(SendMessageW(run.Slider(kBrightnessRow), TBM_GETRANGEMAX, 0, 0), 100);
-    EXPECT_EQ(run.SliderPosition(kBrightnessRow), 50);
-    EXPECT_EQ(run.SliderPosition(kContrastRow), 5);
-    Click(run.Item(kFormatCancelButton));
-    EXPECT_FALSE(IsVisible(run.window));
-    EXPECT_TRUE(run.program->WaitForMessage(kRestored, 3000));
-    run.program->Kill();
-}
-
-// The camera pulled out while the window is open: what the window still
-// offers then finds no device, says so where the setter does, and the
-// program goes on.
-TEST(DeviceFormat, TheDeviceGoneWhileOpenLeavesEveryControlHarmless)
+// The camera pulled out while the window is open: what the window still offers then finds no device, says so
+// where the setter does, and the program goes on. Then a saved configuration whose standard is none of the four
+// words leaves the device of unknown format: opening says so and fills nothing, so the window shows as it was made.
+TEST(DeviceFormat, TheDeviceGoneWhileOpenLeavesEveryControlHarmlessAndAnUnknownFormatIsReported)
 {
     FormatRun run;
     ASSERT_TRUE(run.Start(L"Sky Cam", L"webcam"));
     ASSERT_NE(run.Open(), nullptr);
-    ASSERT_TRUE(run.devices.Pull(L"Sky Cam"));
-    ASSERT_EQ(SendDeviceChange(run.Main()), 1);
+    ASSERT_EQ(run.Pull(L"Sky Cam"), 1);
     run.MoveSlider(kBrightnessRow, 30);
     EXPECT_TRUE(
         run.program->WaitForMessage(L"Logic error: setting property value for unknown current device\r\n", 3000))
@@ -385,5 +363,19 @@ TEST(DeviceFormat, TheDeviceGoneWhileOpenLeavesEveryControlHarmless)
     SendMessageW(run.window, WM_CLOSE, 0, 0);
     EXPECT_FALSE(IsVisible(run.window));
     EXPECT_TRUE(run.program->IsRunning());
+    run.program->Kill();
+
+    ASSERT_TRUE(
+        run.Start(L"Sky Cam", L"webcam", L"ntsc", Option("VConfig", "Sky Cam|30|640x480|YUY2|0|50|0|64|3|0|NONE")));
+    ASSERT_NE(run.Open(), nullptr);
+    EXPECT_EQ(run.Count(L"Device has an unknown format; properties cannot be set\r\n"), 1);
+    EXPECT_EQ(WindowText(run.window), L" Properties");
+    EXPECT_EQ(run.RowsOf(kFormatFrameRateList).size(), 0u);
+    EXPECT_EQ(SendMessageW(run.Slider(kBrightnessRow), TBM_GETRANGEMAX, 0, 0), 100);
+    EXPECT_EQ(run.SliderPosition(kBrightnessRow), 50);
+    EXPECT_EQ(run.SliderPosition(kContrastRow), 5);
+    Click(run.Item(kFormatCancelButton));
+    EXPECT_FALSE(IsVisible(run.window));
+    EXPECT_TRUE(run.program->WaitForMessage(kRestored, 3000));
     run.program->Kill();
 }

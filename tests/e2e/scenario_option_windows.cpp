@@ -185,9 +185,10 @@ TEST(OptionWindows, FileOptionsPrefixesHostNameAndFolderAreFilteredSavedAndUsed)
     run.program->Kill();
 }
 
-// The radios change the countdown's heading at once; Cancel goes back to
-// what the options say, and Save stores the choice.
-TEST(OptionWindows, EventPendingSwitchesTheCountdownAtOnce)
+// Event Pending's radios change the countdown's heading at once; Cancel goes back to what the options say, and
+// Save stores the choice. Save in Miscellaneous Options is there only while a box differs from its option. An
+// options file that can't be written gives the warning at each save, and the values stay in force for the run.
+TEST(OptionWindows, EventPendingSwitchesTheCountdownAndMiscellaneousSavesOnlyChangesAndAFailedWriteWarns)
 {
     ProgramRun run;
     // The countdown shows about the event's distance, the clock the time of
@@ -222,6 +223,42 @@ TEST(OptionWindows, EventPendingSwitchesTheCountdownAtOnce)
     EXPECT_NE(run.OptionsFile().find(Option("EventPendingDisplay", "UTC")), std::string::npos) << run.OptionsFile();
     EXPECT_EQ(WindowText(heading), L"         Computer time (UTC):");
     run.program->Kill();
+
+    // The options come from the read-only fallback file; where the program
+    // writes its options stands a folder, so no write can succeed (root
+    // would write through a read-only attribute or folder).
+    ASSERT_TRUE(DeleteFileW((run.folder + L"\\MAVU_options_capture.xml").c_str()));
+    ASSERT_TRUE(CreateDirectoryW((run.folder + L"\\MAVU_options_capture.xml").c_str(), nullptr));
+    ASSERT_TRUE(WriteBytes(run.folder + L"\\MAVU_options.xml",
+                           "<?xml version='1.0'?>\r\n<!--MAVU Video Capture Version 2.1-->\r\n<Root>\r\n" +
+                               Option("AutostartGPS", "FALSE") + "</Root>\r\n"));
+    ASSERT_TRUE(run.Run());
+    window = run.Open(IDM_MISCELLANEOUS, L"MiscellaneousOptions");
+    ASSERT_NE(window, nullptr);
+    HWND save = GetDlgItem(window, kMiscSaveButton);
+    HWND gps = GetDlgItem(window, kMiscGpsBox);
+    EXPECT_FALSE(IsEnabled(save));
+    Click(gps);
+    EXPECT_TRUE(IsEnabled(save));
+    Click(gps);
+    EXPECT_FALSE(IsEnabled(save)) << "the box put back";
+    Click(gps);
+    EXPECT_TRUE(TakeScreenshot("miscellaneous"));
+    Click(save);
+    ASSERT_TRUE(run.program->WaitForMessage(L"Miscellaneous options saved in options file\r\n", 3000));
+    std::wstring text = run.program->Messages();
+    size_t warning = text.find(kSaveWarning);
+    ASSERT_NE(warning, std::wstring::npos) << Narrow(text);
+    EXPECT_LT(warning, text.find(L"Miscellaneous options saved in options file"));
+    // Still in force: the box opens checked.
+    window = run.Open(IDM_MISCELLANEOUS, L"MiscellaneousOptions");
+    EXPECT_EQ(SendMessageW(gps, BM_GETCHECK, 0, 0), BST_CHECKED);
+    // Every save warns.
+    Click(GetDlgItem(window, kMiscCancelButton));
+    window = run.Open(IDM_DURATION_DEFAULT, L"DefaultDuration");
+    Click(GetDlgItem(window, kDurationSaveButton));
+    ASSERT_TRUE(WaitUntil([&] { return run.program->CountMessages(kSaveWarning) == 2; }, 3000));
+    EXPECT_EQ(run.program->CountMessages(L"No Options File"), 0);
 }
 
 // OK puts a renderer in force with a restart; the next recording's report
@@ -261,49 +298,6 @@ TEST(OptionWindows, PerformanceChangesTheRendererAndRestarts)
     Click(GetDlgItem(window, kPerformanceSaveButton));
     ASSERT_TRUE(run.program->WaitForMessage(L"Performance Options saved in options file\r\n", 3000));
     EXPECT_NE(run.OptionsFile().find(Option("DefaultRenderer", "VMR9")), std::string::npos) << run.OptionsFile();
-    run.program->Kill();
-}
-
-// Save in Miscellaneous Options is there only while a box differs from its
-// option. An options file that can't be written gives the warning at each
-// save, and the values stay in force for the run.
-TEST(OptionWindows, MiscellaneousSavesOnlyChangesAndAFailedWriteWarns)
-{
-    ProgramRun run;
-    // The options come from the read-only fallback file; where the program
-    // writes its options stands a folder, so no write can succeed (root
-    // would write through a read-only attribute or folder).
-    ASSERT_TRUE(CreateDirectoryW((run.folder + L"\\MAVU_options_capture.xml").c_str(), nullptr));
-    ASSERT_TRUE(WriteBytes(run.folder + L"\\MAVU_options.xml",
-                           "<?xml version='1.0'?>\r\n<!--MAVU Video Capture Version 2.1-->\r\n<Root>\r\n" +
-                               Option("AutostartGPS", "FALSE") + "</Root>\r\n"));
-    ASSERT_TRUE(run.Run());
-    HWND window = run.Open(IDM_MISCELLANEOUS, L"MiscellaneousOptions");
-    ASSERT_NE(window, nullptr);
-    HWND save = GetDlgItem(window, kMiscSaveButton);
-    HWND gps = GetDlgItem(window, kMiscGpsBox);
-    EXPECT_FALSE(IsEnabled(save));
-    Click(gps);
-    EXPECT_TRUE(IsEnabled(save));
-    Click(gps);
-    EXPECT_FALSE(IsEnabled(save)) << "the box put back";
-    Click(gps);
-    EXPECT_TRUE(TakeScreenshot("miscellaneous"));
-    Click(save);
-    ASSERT_TRUE(run.program->WaitForMessage(L"Miscellaneous options saved in options file\r\n", 3000));
-    std::wstring text = run.program->Messages();
-    size_t warning = text.find(kSaveWarning);
-    ASSERT_NE(warning, std::wstring::npos) << Narrow(text);
-    EXPECT_LT(warning, text.find(L"Miscellaneous options saved in options file"));
-    // Still in force: the box opens checked.
-    window = run.Open(IDM_MISCELLANEOUS, L"MiscellaneousOptions");
-    EXPECT_EQ(SendMessageW(gps, BM_GETCHECK, 0, 0), BST_CHECKED);
-    // Every save warns.
-    Click(GetDlgItem(window, kMiscCancelButton));
-    window = run.Open(IDM_DURATION_DEFAULT, L"DefaultDuration");
-    Click(GetDlgItem(window, kDurationSaveButton));
-    ASSERT_TRUE(WaitUntil([&] { return run.program->CountMessages(kSaveWarning) == 2; }, 3000));
-    EXPECT_EQ(run.program->CountMessages(L"No Options File"), 0);
     run.program->Kill();
 }
 
