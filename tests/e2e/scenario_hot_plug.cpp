@@ -16,11 +16,6 @@ using namespace e2e;
 
 namespace {
 
-uint64_t NowMs()
-{
-    return synthcam::UtcMsSince2020Now();
-}
-
 // A pull or a plug that the program took, and said once what it made of.
 void ExpectHandled(LRESULT answer, const ProgramRun& run, const std::wstring& line)
 {
@@ -117,19 +112,19 @@ TEST(HotPlug, PullAndReplugTwiceDuringAnEventGoesOnInNumberedFilesAndEndsOnTime)
     WriteEvent(run.folder, L"Later", UtcInSeconds(300), 4, "Later");
     ASSERT_TRUE(run.Start());
     ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 30000));
-    uint64_t recordingFrom = NowMs();
+    uint64_t recordingFrom = synthcam::UtcMsSince2020Now();
     Sleep(4000);
 
     std::vector<uint64_t> pulled, plugged;
     for (int round = 1; round <= 2; ++round) {
-        pulled.push_back(NowMs());
+        pulled.push_back(synthcam::UtcMsSince2020Now());
         ASSERT_EQ(run.Pull(L"Sky Cam"), 1);
         EXPECT_EQ(run.Count(L"Active video capture device \"Sky Cam\" disconnected while recording\r\n"), round);
         // The piece stops with its report; the recording stays on.
         EXPECT_EQ(ListFiles(run.Videos(), L"*.txt").size(), static_cast<size_t>(round));
         EXPECT_EQ(WindowText(run.Main()), kRecordingTitle);
         Sleep(2000);
-        plugged.push_back(NowMs());
+        plugged.push_back(synthcam::UtcMsSince2020Now());
         ASSERT_EQ(run.Plug(L"Sky Cam"), 1);
         EXPECT_EQ(run.Count(L"Active video capture device \"Sky Cam\" reconnected for recording\r\n"), round);
         EXPECT_EQ(run.Count(L"Start recording at "), round + 1);
@@ -138,7 +133,7 @@ TEST(HotPlug, PullAndReplugTwiceDuringAnEventGoesOnInNumberedFilesAndEndsOnTime)
 
     // The end timer ends the event on time, 20.45 s after the deadline.
     ASSERT_TRUE(WaitUntil([&] { return WindowText(run.Main()) != kRecordingTitle; }, 30000, 20));
-    uint64_t endedAt = NowMs();
+    uint64_t endedAt = synthcam::UtcMsSince2020Now();
     EXPECT_NEAR(static_cast<double>(endedAt - recordingFrom) / 1000, 20.5, 1.5);
     // And the next event is armed as usual.
     EXPECT_TRUE(run.WaitTitle(kPendingTitle, 10000));
@@ -176,7 +171,7 @@ TEST(HotPlug, PullAndReplugDuringAManualRecordingGoesOnUnderTheManualName)
     Click(start);
     ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 10000));
     Sleep(3000);
-    uint64_t pulledAt = NowMs();
+    uint64_t pulledAt = synthcam::UtcMsSince2020Now();
     ExpectHandled(run.Pull(L"Sky Cam"), run,
                   L"Active video capture device \"Sky Cam\" disconnected while recording\r\n");
     // The user can still stop: Stop stays enabled, Start grey.
@@ -184,7 +179,7 @@ TEST(HotPlug, PullAndReplugDuringAManualRecordingGoesOnUnderTheManualName)
     EXPECT_FALSE(IsEnabled(start));
     EXPECT_TRUE(IsVisible(run.program->RecordControlsWindow()));
     Sleep(1500);
-    uint64_t pluggedAt = NowMs();
+    uint64_t pluggedAt = synthcam::UtcMsSince2020Now();
     ExpectHandled(run.Plug(L"Sky Cam"), run, L"Active video capture device \"Sky Cam\" reconnected for recording\r\n");
     Sleep(3000);
     Click(stop);

@@ -63,8 +63,8 @@ TEST(RecordingSafety, FullHdEventUnderLoadEndsWithItsReportAndAReadableFile)
         ASSERT_GT(stamps.size(), 100u);
         long missing = testsupport::MissingStampedFrames(stamps);
         long dropped = testsupport::ReportedDroppedFrames(report);
-        std::printf("run %d: %zu frames in the file, %ld missing, %ld dropped in the report\n", attempt,
-                    stamps.size(), missing, dropped);
+        std::printf("run %d: %zu frames in the file, %ld missing, %ld dropped in the report\n", attempt, stamps.size(),
+                    missing, dropped);
         EXPECT_GE(missing, 0);
         EXPECT_LE(missing, dropped) << report;
     }
@@ -72,19 +72,13 @@ TEST(RecordingSafety, FullHdEventUnderLoadEndsWithItsReportAndAReadableFile)
 
 namespace {
 
-uint64_t NowMs()
-{
-    return synthcam::UtcMsSince2020Now();
-}
-
 // The "HH:MM:SS" after "Stop recording at " in a report, as milliseconds
 // of the UTC day; -1 when the line is missing.
 long long StopLineMsOfDay(const std::string& report)
 {
     size_t at = report.find("Stop recording at ");
     unsigned h = 0, m = 0, s = 0;
-    if (at == std::string::npos ||
-        std::sscanf(report.c_str() + at + 18, "%2u:%2u:%2u", &h, &m, &s) != 3)
+    if (at == std::string::npos || std::sscanf(report.c_str() + at + 18, "%2u:%2u:%2u", &h, &m, &s) != 3)
         return -1;
     return ((h * 60ll + m) * 60 + s) * 1000;
 }
@@ -106,9 +100,9 @@ TEST(RecordingSafety, ASecondCameraMidEventLeavesTheFirstSecondsInTheirFile)
     WriteEvent(run.folder, L"second", UtcInSeconds(20), 16, "Second");
     ASSERT_TRUE(run.Start());
     ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 30000));
-    uint64_t started = NowMs();
+    uint64_t started = synthcam::UtcMsSince2020Now();
     Sleep(6000);
-    uint64_t plugged = NowMs();
+    uint64_t plugged = synthcam::UtcMsSince2020Now();
     ASSERT_TRUE(run.devices.Add(L"Other Cam", L"webcam"));
     EXPECT_EQ(SendDeviceChange(run.Main()), 1);
     EXPECT_EQ(run.program->CountMessages(L"Video capture device \"Other Cam\" connected\r\n"), 1)
@@ -192,7 +186,7 @@ TEST(RecordingSafety, AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnB
     ASSERT_TRUE(run.Start());
     ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 30000));
     Sleep(10000);
-    uint64_t killedAt = NowMs();
+    uint64_t killedAt = synthcam::UtcMsSince2020Now();
     run.program->Kill();
     std::vector<std::wstring> cut = ListFiles(run.Videos(), L"*.avi");
     ASSERT_EQ(cut.size(), 1u);
@@ -229,11 +223,11 @@ TEST(RecordingSafety, AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnB
     EXPECT_GE(static_cast<double>(beforeKill), 0.9 * made);
     EXPECT_GE(made, 9 * 30.0) << "the file starts at the event's start";
     std::string report = run.ReportOf(cut[0]);
-    EXPECT_NE(report.find("Number of recorded frames:  " + std::to_string(stamps.size())), std::string::npos)
-        << report;
+    EXPECT_NE(report.find("Number of recorded frames:  " + std::to_string(stamps.size())), std::string::npos) << report;
     EXPECT_NE(messages.find(std::to_string(stamps.size()) + " frames recovered"), std::string::npos) << messages;
 
-    std::vector<synthcam::FrameStamp> rest = testsupport::ReadRecordedStamps(Narrow(run.Videos() + L"\\" + videos[1]), 640);
+    std::vector<synthcam::FrameStamp> rest =
+        testsupport::ReadRecordedStamps(Narrow(run.Videos() + L"\\" + videos[1]), 640);
     ASSERT_FALSE(rest.empty());
     EXPECT_GT(rest.front().utcMs, killedAt);
 }
