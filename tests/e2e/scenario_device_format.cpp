@@ -130,7 +130,6 @@ TEST(DeviceFormat, ASizeChosenInTheListRestartsTheCameraAtThatSize)
     EXPECT_EQ(run.program->CountMessages(kRestored), 0);
     ExpectRecordedAt(*run.program, 800, 600, "15", "Digital");
     EXPECT_EQ(run.OptionsFile().find("VConfig"), std::string::npos);
-    run.program->Kill();
 }
 
 // Sliders act on the device at once, by page and by a dragged thumb, but
@@ -178,7 +177,6 @@ TEST(DeviceFormat, SlidersSetTheDeviceDefaultsResetItAndCancelRestoresTheOpening
     ASSERT_NE(run.Open(), nullptr);
     EXPECT_EQ(run.Selected(kFormatFrameRateList), 0);
     EXPECT_EQ(run.SliderPosition(kBrightnessRow), 12);
-    run.program->Kill();
 }
 
 // OK with Save writes the device's VConfig; the box is still ticked at the
@@ -219,7 +217,6 @@ TEST(DeviceFormat, OkWithSaveWritesTheConfigurationAndTheNextStartAppliesIt)
     EXPECT_EQ(run.SliderPosition(kBrightnessRow), 20);
     EXPECT_EQ(run.RowsOf(kFormatFrameRateList)[run.Selected(kFormatFrameRateList)], L"15");
     EXPECT_EQ(run.RowsOf(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"800x600");
-    run.program->Kill();
 }
 
 // A grabber whose standard this platform's VMR7 couldn't try at start-up: Auto Detect ticked and the radios grey;
@@ -275,7 +272,6 @@ TEST(DeviceFormat, AGrabbersStandardsAreGreyUnderAutoDetectAndPalRestartsAt720x5
     sizes = run.RowsOf(kFormatFrameSizeList);
     ASSERT_FALSE(sizes.empty());
     EXPECT_EQ(sizes[0], L"720x480");
-    run.program->Kill();
 }
 
 // With a renderer that counts frames the grabber's standard is found at
@@ -312,7 +308,6 @@ TEST(DeviceFormat, TickingAutoDetectAgainFindsTheStandardByTrial)
     EXPECT_EQ(run.RowsOf(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"720x576");
     Click(run.Item(kFormatOkButton));
     ExpectRecordedAt(*run.program, 720, 576, "25", "PAL");
-    run.program->Kill();
 }
 
 // No picture properties: the group holds "Set Default Values" alone, which
@@ -335,7 +330,6 @@ TEST(DeviceFormat, ADeviceWithoutPicturePropertiesShowsOnlySetDefaultValues)
     EXPECT_LT(group.bottom - inside.bottom, 40);
     Click(button);
     EXPECT_TRUE(run.program->WaitForMessage(L"Unable to set current device properties to defaults\r\n", 3000));
-    run.program->Kill();
 }
 
 // The camera pulled out while the window is open: what the window still offers then finds no device, says so
@@ -377,5 +371,4 @@ TEST(DeviceFormat, TheDeviceGoneWhileOpenLeavesEveryControlHarmlessAndAnUnknownF
     Click(run.Item(kFormatCancelButton));
     EXPECT_FALSE(IsVisible(run.window));
     EXPECT_TRUE(run.program->WaitForMessage(kRestored, 3000));
-    run.program->Kill();
 }

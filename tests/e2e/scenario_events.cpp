@@ -137,7 +137,6 @@ TEST(Events, HandWrittenEventWithAnAccentedCommentIsListedAndRecorded)
     std::vector<std::wstring> videos = run.Recordings();
     ASSERT_EQ(videos.size(), 1u);
     EXPECT_EQ(videos[0].rfind(L"Vesta_V\u00E9ga_", 0), 0u) << Narrow(videos[0]);
-    run.program->Kill();
 }
 
 // Loading says which of two events a minute apart is ignored and passes over one that is over. A manual
@@ -190,7 +189,6 @@ TEST(Events, LoadingSaysWhatOverlapsAndAManualRecordingCancelsTheCountdownUntilS
     ASSERT_EQ(videos.size(), 1u);
     EXPECT_TRUE(std::regex_match(Narrow(videos[0]), std::regex(R"(\d\d_\d\d_\d{4}_\d\d_\d\d_\d\d\.avi)")))
         << "a manual recording's name: " << Narrow(videos[0]);
-    run.program->Kill();
 }
 
 TEST(Events, StopDuringAnEventAsksAndTheEventIsNotArmedAgain)
@@ -213,7 +211,6 @@ TEST(Events, StopDuringAnEventAsksAndTheEventIsNotArmedAgain)
     Sleep(3000);
     EXPECT_EQ(WindowText(run.Main()), kMainTitle);
     EXPECT_EQ(run.program->CountMessages(L"Current Event Information:"), 1);
-    run.program->Kill();
 }
 
 TEST(Events, ShutdownCountsDownFromThirtyAndCancelStopsIt)
@@ -238,7 +235,6 @@ TEST(Events, ShutdownCountsDownFromThirtyAndCancelStopsIt)
     Sleep(2000);
     EXPECT_EQ(run.program->Messages(), before) << "Cancel says nothing";
     EXPECT_FALSE(IsVisible(power));
-    run.program->Kill();
 }
 
 TEST(Events, HibernateRequestIsDroppedWhereThePlatformCannotHibernate)
@@ -258,7 +254,6 @@ TEST(Events, HibernateRequestIsDroppedWhereThePlatformCannotHibernate)
     HWND power = run.Window(L"Hibernate");
     ASSERT_NE(power, nullptr);
     EXPECT_FALSE(IsVisible(power)) << "no power countdown follows";
-    run.program->Kill();
 }
 
 TEST(Events, ShutdownAtTheEndOfTheCountIsWhatThePlatformGives)
@@ -283,5 +278,4 @@ TEST(Events, ShutdownAtTheEndOfTheCountIsWhatThePlatformGives)
     EXPECT_EQ(text.find(L"shut down computer"), std::wstring::npos) << Narrow(text);
     EXPECT_NE(text.find(L"Hibernation is not supported even though Event requests it"), std::wstring::npos);
     EXPECT_TRUE(run.program->IsRunning());
-    run.program->Kill();
 }

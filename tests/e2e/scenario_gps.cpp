@@ -89,8 +89,7 @@ struct GpsRun : ProgramRun {
             return false;
         if (!options.empty())
             WriteOptions(folder, options);
-        program = std::make_unique<Program>(folder);
-        if (!program->Start() || !program->WaitReady(readyMs))
+        if (!Run({}, readyMs))
             return false;
         gps = std::make_unique<GpsWindow>(program->ProcessId());
         return gps->window != nullptr;

@@ -158,7 +158,6 @@ TEST(HotPlug, PullAndReplugTwiceDuringAnEventGoesOnInNumberedFilesAndEndsOnTime)
         ExpectGapOnlyWhileAway(pieces[i], pieces[i + 1], pulled[i], plugged[i]);
     EXPECT_LE(pieces[2].stamps.back().utcMs, endedAt);
     EXPECT_GE(pieces[2].stamps.back().utcMs + 1000, endedAt);
-    run.program->Kill();
 }
 
 TEST(HotPlug, PullAndReplugDuringAManualRecordingGoesOnUnderTheManualName)
@@ -196,7 +195,6 @@ TEST(HotPlug, PullAndReplugDuringAManualRecordingGoesOnUnderTheManualName)
     ExpectGapOnlyWhileAway(first, second, pulledAt, pluggedAt);
     // After the stop a new recording starts from a fresh name again.
     EXPECT_TRUE(WaitUntil([&] { return IsEnabled(start) && !IsEnabled(stop); }, 5000));
-    run.program->Kill();
 }
 
 // Each pull and plug of a device not in use gives its line: an unusable device is refused once, an ignored one
@@ -255,7 +253,6 @@ TEST(HotPlug, EachChangeGivesItsLineTheNextDeviceTakesOverAndTheDefaultTakesOver
     ExpectHandled(run.Plug(L"Main Cam"), run, L"Video capture device \"Main Cam\" connected as the default\r\n");
     ManualRecording recording = RecordByHand(*run.program, 1500);
     EXPECT_NE(recording.report.find("Video source device: Main Cam\r\r\n"), std::string::npos) << recording.report;
-    run.program->Kill();
 }
 
 TEST(HotPlug, ANotificationDuringACameraStartIsDroppedAndTheNextOneFindsTheChange)
@@ -280,5 +277,4 @@ TEST(HotPlug, ANotificationDuringACameraStartIsDroppedAndTheNextOneFindsTheChang
     EXPECT_EQ(SendDeviceChange(run.Main()), 1);
     EXPECT_EQ(run.Count(L"Inactive video capture device \"Spare Cam\" disconnected\r\n"), 1);
     EXPECT_EQ(WindowText(run.Main()), kRecordingTitle);
-    run.program->Kill();
 }

@@ -182,7 +182,6 @@ TEST(OptionWindows, FileOptionsPrefixesHostNameAndFolderAreFilteredSavedAndUsed)
     Click(GetDlgItem(window, kFileSaveButton));
     ASSERT_TRUE(WaitUntil([&] { return run.Count(kFileOptionsSaved) == 3; }, 3000));
     EXPECT_NE(run.OptionsFile().find(Option("VideoDirectory", "")), std::string::npos) << run.OptionsFile();
-    run.program->Kill();
 }
 
 // Event Pending's radios change the countdown's heading at once; Cancel goes back to what the options say, and
@@ -298,7 +297,6 @@ TEST(OptionWindows, PerformanceChangesTheRendererAndRestarts)
     Click(GetDlgItem(window, kPerformanceSaveButton));
     ASSERT_TRUE(run.program->WaitForMessage(L"Performance Options saved in options file\r\n", 3000));
     EXPECT_NE(run.OptionsFile().find(Option("DefaultRenderer", "VMR9")), std::string::npos) << run.OptionsFile();
-    run.program->Kill();
 }
 
 // The Codec Selector lists what the trial connected for the camera's
@@ -356,5 +354,4 @@ TEST(OptionWindows, CodecSelectorPairsTheCompressorAndTheNextRecordingUsesIt)
     EXPECT_EQ(SendMessageW(GetDlgItem(window, kCodecSaveBox), BM_GETCHECK, 0, 0), BST_UNCHECKED);
     Click(GetDlgItem(window, kCodecCancelButton));
     EXPECT_FALSE(IsVisible(window));
-    run.program->Kill();
 }

@@ -128,7 +128,6 @@ TEST(RecordingSafety, ASecondCameraMidEventLeavesTheFirstSecondsInTheirFile)
         EXPECT_EQ(report.rfind("Event recording: \r\r\n", 0), 0u) << report;
         EXPECT_NE(report.find(Narrow(video)), std::string::npos) << report;
     }
-    run.program->Kill();
 }
 
 // The camera pulled mid-event and never returned: one report, written at

@@ -179,7 +179,6 @@ TEST(Scheduling, AnEventScheduledInTheWindowIsWrittenArmedAndRecorded)
     ASSERT_TRUE(WaitUntil([&] { return WindowText(run.Main()) == kRecordingTitle; }, 40000));
     ASSERT_TRUE(WaitUntil([&] { return WindowText(run.Main()) == kMainTitle; }, 30000));
     run.ExpectOneEventRecording(L"Vesta_TYC1234_", moment);
-    run.program->Kill();
 }
 
 // A default duration saved in its window is the duration a new event starts with. A time before the window
@@ -240,7 +239,6 @@ TEST(Scheduling, TheDefaultDurationTooSoonAnEventAndDisallowedCharacters)
     // The same comment text in a name field loses its brackets too.
     run.Type(kAsteroidEdit, L"ab (c)");
     EXPECT_EQ(WindowText(run.Item(run.schedule, kAsteroidEdit)), L"ab c");
-    run.program->Kill();
 }
 
 // Editing to a new time makes a file of the new name and removes the old;
@@ -281,7 +279,6 @@ TEST(Scheduling, EditingAnEventReplacesItsFile)
     ASSERT_EQ(files.size(), 1u);
     EXPECT_EQ(files[0], L"Ceres_" + TimeName(later) + L".mef");
     EXPECT_EQ(ListViewText(run.list, 0, 7), files[0]);
-    run.program->Kill();
 }
 
 // Five events listed, one selected: the plural question, as it counts rows.
@@ -336,7 +333,6 @@ TEST(Scheduling, DeletingAsksByTheRowsAndRearmsTheNextEvent)
     AnswerMessageBox(box, IDYES);
     ASSERT_TRUE(WaitUntil([&] { return run.EventFiles().empty(); }, 5000));
     ASSERT_TRUE(WaitUntil([&] { return WindowText(run.Main()) == kMainTitle; }, 5000));
-    run.program->Kill();
 }
 
 // The rows and their cells, in both orders, with and without expired events; an unreadable file is a row of its
@@ -401,7 +397,6 @@ TEST(Scheduling, TheListSortsAndShowsItsCellsAndAFileThatCannotBeDeletedIsWarned
     EXPECT_EQ(run.Count(L"WARNING: unable to delete"), 1);
     EXPECT_EQ(ListViewRowCount(run.list), 1);
     SetFileAttributesW(readOnly.c_str(), FILE_ATTRIBUTE_NORMAL);
-    run.program->Kill();
 }
 
 // While an event records, the two windows that stand open act on the folder
@@ -443,5 +438,4 @@ TEST(Scheduling, DeletesAndASaveDuringAnEventLeaveItToEndAtItsTime)
     run.ExpectOneEventRecording(L"Vesta_", moment, 6 * 30);
     SetFileAttributesW((run.folder + L"\\Events\\Vesta_" + TimeName(moment) + L".mef").c_str(),
                        FILE_ATTRIBUTE_NORMAL);
-    run.program->Kill();
 }

@@ -192,7 +192,6 @@ TEST(SelectDevice, ChoosingIgnoringAndEitherDeviceWindowsGreyItems)
         SendMessageW(run.window, WM_SYSCOMMAND, SC_CLOSE, 0);
         expectGrey(false, "after the close box");
     }
-    run.program->Kill();
 }
 
 // OK writes the ignored names and the default into the options file, and
@@ -239,7 +238,6 @@ TEST(SelectDevice, OkWritesTheIgnoredAndDefaultNamesAndClearingTheDefaultLeavesI
 
     ASSERT_TRUE(run.Run());
     EXPECT_TRUE(run.WaitPicture(800, 600)) << "the default device again";
-    run.program->Kill();
 }
 
 // The only device, ignored: nothing to choose, no picture, no record
@@ -271,7 +269,6 @@ TEST(SelectDevice, OneIgnoredDeviceLeavesTheListEmptyAndRestoreBringsEverythingB
     HWND start = FindChild(run.program->RecordControlsWindow(), L"Button");
     EXPECT_TRUE(IsEnabled(start));
     EXPECT_TRUE(run.WaitPicture(640, 480));
-    run.program->Kill();
 }
 
 // Devices pulled and plugged while the window is open show in its lists at once; a device plugged in under the
@@ -315,5 +312,4 @@ TEST(SelectDevice, TheListsFollowDevicesPulledAndPluggedAndAChosenDeviceIsTheAct
     EXPECT_EQ(run.Pull(L"Spare Cam"), 1);
     EXPECT_EQ(run.Count(L"Active video capture device \"Spare Cam\" disconnected\r\n"), 1)
         << Narrow(run.program->Messages());
-    run.program->Kill();
 }

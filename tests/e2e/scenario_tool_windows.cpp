@@ -58,7 +58,6 @@ TEST(ToolWindows, MagnifyDoublesThePictureAndBrightnessWithoutTheFileOptionIsThe
     SendMessageW(window, WM_CLOSE, 0, 0);
     EXPECT_FALSE(IsVisible(window));
     EXPECT_TRUE(IsVisible(run.program->RecordControlsWindow()));
-    run.program->Kill();
 }
 
 namespace {

@@ -68,7 +68,6 @@ TEST(Video, Vmr9PreviewIsSizedLiveAndTogglesPixelSaturation)
     Sleep(2500);
     EXPECT_EQ(WarningPixels("saturation-off", clipping), 0);
     EXPECT_EQ(run.program->Messages().find(L"SEVERE"), std::wstring::npos) << Narrow(run.program->Messages());
-    run.program->Kill();
 }
 
 TEST(Video, Vmr7WithoutQualityInterfaceIsRefused)
@@ -80,5 +79,4 @@ TEST(Video, Vmr7WithoutQualityInterfaceIsRefused)
     EXPECT_TRUE(run.program->WaitForMessage(
         L"WARNING: cannot add video rendering filter to filter graph while attempting to start camera\r\n", 2000))
         << Narrow(run.program->Messages());
-    run.program->Kill();
 }
