@@ -93,7 +93,6 @@ void RecordOneEvent(const Environment& environment)
 
     std::string report = run.ReportOf(videos[0]);
     EXPECT_EQ(report.rfind("Event recording: \r\r\n", 0), 0u) << report;
-    run.program->Kill();
 }
 
 }  // namespace
@@ -153,8 +152,7 @@ TEST(Events, LoadingSaysWhatOverlapsAndAManualRecordingCancelsTheCountdownUntilS
     // Which of the two the enumeration gives later decides which is refused.
     std::vector<std::wstring> order = ListFiles(run.folder + L"\\Events", L"*.mef");
     ASSERT_TRUE(run.StartWithSkyCam());
-    ASSERT_TRUE(WaitUntil([&] { return run.program->Messages().find(L"Current Event") != std::wstring::npos; },
-                          5000));
+    ASSERT_TRUE(run.program->WaitForMessage(L"Current Event", 5000));
     std::wstring text = run.program->Messages();
     auto firstAt = std::find(order.begin(), order.end(), L"a_first.mef");
     auto secondAt = std::find(order.begin(), order.end(), L"b_second.mef");
