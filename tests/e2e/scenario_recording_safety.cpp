@@ -103,8 +103,7 @@ TEST(RecordingSafety, ASecondCameraMidEventLeavesTheFirstSecondsInTheirFile)
     uint64_t started = synthcam::UtcMsSince2020Now();
     Sleep(6000);
     uint64_t plugged = synthcam::UtcMsSince2020Now();
-    ASSERT_TRUE(run.devices.Add(L"Other Cam", L"webcam"));
-    EXPECT_EQ(SendDeviceChange(run.Main()), 1);
+    ASSERT_EQ(run.Plug(L"Other Cam"), 1);
     EXPECT_EQ(run.program->CountMessages(L"Video capture device \"Other Cam\" connected\r\n"), 1)
         << Narrow(run.program->Messages());
     ASSERT_TRUE(run.WaitTitle(kMainTitle, 30000));
@@ -166,10 +165,9 @@ TEST(RecordingSafety, ACameraPulledAndNotReturnedKeepsTheOneReportOfItsLastFrame
     // The line has whole seconds; the last frame came within that second.
     long long last = MsOfDay(stamps.back().utcMs);
     EXPECT_LE(std::llabs(stop + 500 - last), 1000) << atPull;
-    long recorded = -1;
     size_t at = atPull.find("Number of recorded frames:  ");
     ASSERT_NE(at, std::string::npos) << atPull;
-    recorded = std::atol(atPull.c_str() + at + 28);
+    long recorded = std::atol(atPull.c_str() + at + 28);
     EXPECT_NEAR(static_cast<double>(recorded), static_cast<double>(stamps.size()), 2) << atPull;
     EXPECT_EQ(atPull.find(":  -"), std::string::npos) << "no negative count: " << atPull;
 }
@@ -191,15 +189,13 @@ TEST(RecordingSafety, AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnB
     ASSERT_EQ(cut.size(), 1u);
     EXPECT_TRUE(ListFiles(run.Videos(), L"*.txt").empty());
 
-    Program again(run.folder);
-    ASSERT_TRUE(again.Start());
-    ASSERT_TRUE(again.WaitReady());
+    ASSERT_TRUE(run.Run());
+    Program& again = *run.program;
     std::wstring line = L"WARNING: recording \"VideoFiles\\" + cut[0] + L"\" was cut short and has been repaired: ";
     ASSERT_TRUE(again.WaitForMessage(line, 5000)) << Narrow(again.Messages());
-    HWND main = again.MainWindow();
-    ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kRecordingTitle; }, 10000));
+    ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 10000));
     // An event taken up late records for its whole duration from then on.
-    ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kMainTitle; }, 60000));
+    ASSERT_TRUE(run.WaitTitle(kMainTitle, 60000));
     std::vector<std::wstring> videos = run.Recordings(2);
     std::string messages = Narrow(again.Messages());
     again.Kill();

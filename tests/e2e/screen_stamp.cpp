@@ -84,8 +84,7 @@ const char kNoPictureHere[] =
 
 bool PictureShowsIn(HWND clipping)
 {
-    RECT picture{};
-    GetWindowRect(clipping, &picture);
+    RECT picture = WindowRect(clipping);
     synthcam::FrameStamp stamp{};
     if (!ReadStampOnScreen("picture-check", picture.left + 2, picture.top + 1, 1, &stamp))
         return false;
