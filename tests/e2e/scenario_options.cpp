@@ -46,8 +46,7 @@ TEST(Options, StartUpReadsTheFileOrItsFallbackOrSaysItCannot)
         if (!test.fallback.empty())
             WriteBytes(folder + L"\\MAVU_options.xml", test.fallback);
         Program program(folder);
-        ASSERT_TRUE(program.Start());
-        ASSERT_TRUE(program.WaitReady());
+        ASSERT_TRUE(program.StartReady());
         std::wstring text = program.Messages();
         const wchar_t* line = test.reported ? L"No Options File or unreadable Options File\r\n" : L"No Options File";
         EXPECT_EQ(program.CountMessages(line), test.reported ? 1 : 0) << Narrow(text);
@@ -74,13 +73,11 @@ TEST(Options, SavedPositionsFolderCameraAndCodecPairSurviveRestartAndSaveAgain)
     ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
     ASSERT_TRUE(run.devices.Add(L"Cam\u00E9ra", L"webcam"));
     const std::wstring& folder = run.folder;
-    // A folder that the user picked exists, and is stored with a backslash
-    // at its end.
+    // A folder that the user picked exists, and is stored with a backslash at its end.
     CreateDirectoryW((folder + L"\\VideoFiles").c_str(), nullptr);
     ASSERT_TRUE(CreateDirectoryW((folder + L"\\VideoFiles\\Vid\u00E9os").c_str(), nullptr));
-    // The device list keys a camera by its name cleaned to the characters
-    // 32 to 126, which takes the accent out: "Camra" is what choosing this
-    // camera as the default stores.
+    // The device list keys a camera by its name cleaned to the characters 32 to 126, which takes the accent out:
+    // "Camra" is what choosing this camera as the default stores.
     WriteOptions(folder, Option("VideoDirectory", "VideoFiles\\Vid\xE9os\\") + Option("DefaultVideoSource", "Camra") +
                              Option("DefaultRenderer", "VMR9") + Option("SubtypeCodecPair", "YUY2|NONE") +
                              Option("SubtypeCodecPair", "RGB24|No Such Codec"));

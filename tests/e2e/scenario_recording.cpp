@@ -91,8 +91,7 @@ TEST(Recording, ManualRecordingWritesTheAviAndItsReportAndGreysTheMenusMeanwhile
     EXPECT_EQ(report.rfind("Manual recording\r\r\n", 0), 0u) << report;
     std::smatch recorded;
     ASSERT_TRUE(std::regex_search(report, recorded, std::regex("Number of recorded frames:  (\\d+)")));
-    // The file stays open until the graph is emptied at the next start:
-    // the preview that followed has done that.
+    // The file stays open until the graph is emptied at the next start: the preview that followed has done that.
     testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(run.Videos() + L"\\" + videos[0]));
     ASSERT_TRUE(video.ok) << video.raw;
     EXPECT_NEAR(video.frames, std::stoi(recorded[1]), 2);
@@ -102,9 +101,8 @@ TEST(Recording, ManualRecordingWritesTheAviAndItsReportAndGreysTheMenusMeanwhile
     EXPECT_NE(text.find(L"Stop recording at "), std::wstring::npos);
 }
 
-// Exit from the menu, or the close box, while a recording runs by hand or
-// for an event: the program ends, and the recording is stopped first, with
-// its file finished and its report written.
+// Exit from the menu, or the close box, while a recording runs by hand or for an event: the program ends, and the
+// recording is stopped first, with its file finished and its report written.
 TEST(Recording, ExitOrTheCloseBoxDuringARecordingFinishesItsFileAndReport)
 {
     constexpr unsigned kExitCommand = 33099;
