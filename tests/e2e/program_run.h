@@ -75,10 +75,10 @@ struct ProgramRun {
         return devices.Add(L"Sky Cam", L"webcam") && Start(options) && Clipping();
     }
     // The program again, on the folder as it stands.
-    bool Run(const Environment& environment = {})
+    bool Run(const Environment& environment = {}, DWORD readyMs = kStartTimeoutMs)
     {
         program = std::make_unique<Program>(folder);
-        return program->Start(environment) && program->WaitReady();
+        return program->Start(environment) && program->WaitReady(readyMs);
     }
     HWND Main() const { return program->MainWindow(); }
     HWND Clipping() const { return FindChild(Main(), L"MavuVideoRecordWindow"); }

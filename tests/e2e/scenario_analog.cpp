@@ -1,8 +1,6 @@
-// The two USB grabbers' analog standard, found at start-up by trial: the
-// signal's standard is what the recording is made in and what its report
-// says. The trial counts the frames VMR7 drew; this platform's VMR7 can't
-// count, so these scenarios put the stand-in renderer under VMR7's class id
-// for their run.
+// The two USB grabbers' analog standard, found at start-up by trial: the signal's standard is what the recording is
+// made in and what its report says. The trial counts the frames VMR7 drew; this platform's VMR7 can't count, so these
+// scenarios put the stand-in renderer under VMR7's class id for their run.
 #include <gtest/gtest.h>
 
 #include "e2e/program_run.h"
@@ -50,7 +48,6 @@ TEST_P(Analog, StandardFoundAtStartUp)
         EXPECT_EQ(run.Count(line), count) << Narrow(line) << " in " << Narrow(run.program->Messages());
     if (test.standard)
         ExpectRecordedAt(*run.program, 720, test.height, test.rate, test.standard, false);
-    run.program->Kill();
 }
 
 INSTANTIATE_TEST_SUITE_P(

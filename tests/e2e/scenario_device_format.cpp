@@ -1,9 +1,7 @@
-// The Device Properties window, driven as a user would: a frame size chosen
-// in its list restarts the camera at that size, the sliders set the
-// device's picture properties, Set Default Values and Cancel put them back,
-// OK with Save writes the device's configuration for the next start, and a
-// grabber's standard is chosen by hand. Property values are read back from
-// the synthetic camera itself.
+// The Device Properties window, driven as a user would: a frame size chosen in its list restarts the camera at that
+// size, the sliders set the device's picture properties, Set Default Values and Cancel put them back, OK with Save
+// writes the device's configuration for the next start, and a grabber's standard is chosen by hand. Property values are
+// read back from the synthetic camera itself.
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -94,10 +92,9 @@ struct FormatRun : ProgramRun {
 
 }  // namespace
 
-// A webcam's window: its name in the title, "Digital" in place of the
-// standards, its rates and sizes (none under 640x480: those are never
-// offered); 15 frames and 800x600 chosen restart the camera at that rate and
-// size, and OK keeps them for the next recording without writing anything.
+// A webcam's window: its name in the title, "Digital" in place of the standards, its rates and sizes (none under
+// 640x480: those are never offered); 15 frames and 800x600 chosen restart the camera at that rate and size, and OK
+// keeps them for the next recording without writing anything.
 TEST(DeviceFormat, ASizeChosenInTheListRestartsTheCameraAtThatSize)
 {
     FormatRun run;
@@ -130,12 +127,10 @@ TEST(DeviceFormat, ASizeChosenInTheListRestartsTheCameraAtThatSize)
     EXPECT_EQ(run.program->CountMessages(kRestored), 0);
     ExpectRecordedAt(*run.program, 800, 600, "15", "Digital");
     EXPECT_EQ(run.OptionsFile().find("VConfig"), std::string::npos);
-    run.program->Kill();
 }
 
-// Sliders act on the device at once, by page and by a dragged thumb, but
-// not at the thumb's release; Set Default Values puts device and sliders
-// to the defaults; Cancel puts back the size and the values of the opening.
+// Sliders act on the device at once, by page and by a dragged thumb, but not at the thumb's release; Set Default Values
+// puts device and sliders to the defaults; Cancel puts back the size and the values of the opening.
 TEST(DeviceFormat, SlidersSetTheDeviceDefaultsResetItAndCancelRestoresTheOpening)
 {
     FormatRun run;
@@ -178,12 +173,10 @@ TEST(DeviceFormat, SlidersSetTheDeviceDefaultsResetItAndCancelRestoresTheOpening
     ASSERT_NE(run.Open(), nullptr);
     EXPECT_EQ(run.Selected(kFormatFrameRateList), 0);
     EXPECT_EQ(run.SliderPosition(kBrightnessRow), 12);
-    run.program->Kill();
 }
 
-// OK with Save writes the device's VConfig; the box is still ticked at the
-// next opening; the close box keeps a change without restoring anything;
-// and the next start-up puts the saved size and brightness on the device.
+// OK with Save writes the device's VConfig; the box is still ticked at the next opening; the close box keeps a change
+// without restoring anything; and the next start-up puts the saved size and brightness on the device.
 TEST(DeviceFormat, OkWithSaveWritesTheConfigurationAndTheNextStartAppliesIt)
 {
     FormatRun run;
@@ -206,10 +199,8 @@ TEST(DeviceFormat, OkWithSaveWritesTheConfigurationAndTheNextStartAppliesIt)
     EXPECT_FALSE(IsVisible(run.window));
     EXPECT_EQ(run.DeviceValue(VideoProcAmp_Contrast), 70);
     EXPECT_EQ(run.program->CountMessages(kRestored), 0);
-    run.program->Kill();
 
-    // A new program binds the device anew, at its defaults, and applies the
-    // saved configuration.
+    // A new program binds the device anew, at its defaults, and applies the saved configuration.
     ASSERT_TRUE(run.Run());
     EXPECT_EQ(run.Picture().cx, 800);
     EXPECT_EQ(run.Picture().cy, 600);
@@ -219,7 +210,6 @@ TEST(DeviceFormat, OkWithSaveWritesTheConfigurationAndTheNextStartAppliesIt)
     EXPECT_EQ(run.SliderPosition(kBrightnessRow), 20);
     EXPECT_EQ(run.RowsOf(kFormatFrameRateList)[run.Selected(kFormatFrameRateList)], L"15");
     EXPECT_EQ(run.RowsOf(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"800x600");
-    run.program->Kill();
 }
 
 // A grabber whose standard this platform's VMR7 couldn't try at start-up: Auto Detect ticked and the radios grey;
@@ -275,13 +265,11 @@ TEST(DeviceFormat, AGrabbersStandardsAreGreyUnderAutoDetectAndPalRestartsAt720x5
     sizes = run.RowsOf(kFormatFrameSizeList);
     ASSERT_FALSE(sizes.empty());
     EXPECT_EQ(sizes[0], L"720x480");
-    run.program->Kill();
 }
 
-// With a renderer that counts frames the grabber's standard is found at
-// start-up (PAL). Chosen by hand, NTSC puts the camera on 30 frames; ticking
-// Auto Detect again runs the trial, which finds PAL once more and says so,
-// and the camera comes back at 720x576 and 25 frames with the radios grey.
+// With a renderer that counts frames the grabber's standard is found at start-up (PAL). Chosen by hand, NTSC puts the
+// camera on 30 frames; ticking Auto Detect again runs the trial, which finds PAL once more and says so, and the camera
+// comes back at 720x576 and 25 frames with the radios grey.
 TEST(DeviceFormat, TickingAutoDetectAgainFindsTheStandardByTrial)
 {
     vmr7standin::StandInRegistration standIn;
@@ -312,11 +300,9 @@ TEST(DeviceFormat, TickingAutoDetectAgainFindsTheStandardByTrial)
     EXPECT_EQ(run.RowsOf(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"720x576");
     Click(run.Item(kFormatOkButton));
     ExpectRecordedAt(*run.program, 720, 576, "25", "PAL");
-    run.program->Kill();
 }
 
-// No picture properties: the group holds "Set Default Values" alone, which
-// then says it can't.
+// No picture properties: the group holds "Set Default Values" alone, which then says it can't.
 TEST(DeviceFormat, ADeviceWithoutPicturePropertiesShowsOnlySetDefaultValues)
 {
     FormatRun run;
@@ -335,40 +321,17 @@ TEST(DeviceFormat, ADeviceWithoutPicturePropertiesShowsOnlySetDefaultValues)
     EXPECT_LT(group.bottom - inside.bottom, 40);
     Click(button);
     EXPECT_TRUE(run.program->WaitForMessage(L"Unable to set current device properties to defaults\r\n", 3000));
-    run.program->Kill();
 }
 
-// A saved configuration whose standard is none of the four words leaves the
-// device of unknown format: opening says so and fills nothing, so the
-// window shows as it was made.
-TEST(DeviceFormat, ADeviceOfUnknownFormatIsReportedAndTheWindowShowsAsItStood)
-{
-    FormatRun run;
-    ASSERT_TRUE(
-        run.Start(L"Sky Cam", L"webcam", L"ntsc", Option("VConfig", "Sky Cam|30|640x480|YUY2|0|50|0|64|3|0|NONE")));
-    ASSERT_NE(run.Open(), nullptr);
-    EXPECT_EQ(run.program->CountMessages(L"Device has an unknown format; properties cannot be set\r\n"), 1);
-    EXPECT_EQ(WindowText(run.window), L" Properties");
-    EXPECT_EQ(run.RowsOf(kFormatFrameRateList).size(), 0u);
-    EXPECT_EQ(SendMessageW(run.Slider(kBrightnessRow), TBM_GETRANGEMAX, 0, 0), 100);
-    EXPECT_EQ(run.SliderPosition(kBrightnessRow), 50);
-    EXPECT_EQ(run.SliderPosition(kContrastRow), 5);
-    Click(run.Item(kFormatCancelButton));
-    EXPECT_FALSE(IsVisible(run.window));
-    EXPECT_TRUE(run.program->WaitForMessage(kRestored, 3000));
-    run.program->Kill();
-}
-
-// The camera pulled out while the window is open: what the window still
-// offers then finds no device, says so where the setter does, and the
-// program goes on.
-TEST(DeviceFormat, TheDeviceGoneWhileOpenLeavesEveryControlHarmless)
+// The camera pulled out while the window is open: what the window still offers then finds no device, says so
+// where the setter does, and the program goes on. Then a saved configuration whose standard is none of the four
+// words leaves the device of unknown format: opening says so and fills nothing, so the window shows as it was made.
+TEST(DeviceFormat, TheDeviceGoneWhileOpenLeavesEveryControlHarmlessAndAnUnknownFormatIsReported)
 {
     FormatRun run;
     ASSERT_TRUE(run.Start(L"Sky Cam", L"webcam"));
     ASSERT_NE(run.Open(), nullptr);
-    ASSERT_TRUE(run.devices.Pull(L"Sky Cam"));
-    ASSERT_EQ(SendDeviceChange(run.Main()), 1);
+    ASSERT_EQ(run.Pull(L"Sky Cam"), 1);
     run.MoveSlider(kBrightnessRow, 30);
     EXPECT_TRUE(
         run.program->WaitForMessage(L"Logic error: setting property value for unknown current device\r\n", 3000))
@@ -386,4 +349,17 @@ TEST(DeviceFormat, TheDeviceGoneWhileOpenLeavesEveryControlHarmless)
     EXPECT_FALSE(IsVisible(run.window));
     EXPECT_TRUE(run.program->IsRunning());
     run.program->Kill();
+
+    ASSERT_TRUE(
+        run.Start(L"Sky Cam", L"webcam", L"ntsc", Option("VConfig", "Sky Cam|30|640x480|YUY2|0|50|0|64|3|0|NONE")));
+    ASSERT_NE(run.Open(), nullptr);
+    EXPECT_EQ(run.Count(L"Device has an unknown format; properties cannot be set\r\n"), 1);
+    EXPECT_EQ(WindowText(run.window), L" Properties");
+    EXPECT_EQ(run.RowsOf(kFormatFrameRateList).size(), 0u);
+    EXPECT_EQ(SendMessageW(run.Slider(kBrightnessRow), TBM_GETRANGEMAX, 0, 0), 100);
+    EXPECT_EQ(run.SliderPosition(kBrightnessRow), 50);
+    EXPECT_EQ(run.SliderPosition(kContrastRow), 5);
+    Click(run.Item(kFormatCancelButton));
+    EXPECT_FALSE(IsVisible(run.window));
+    EXPECT_TRUE(run.program->WaitForMessage(kRestored, 3000));
 }

@@ -5,8 +5,7 @@
 #include <cstdio>
 #include <string>
 
-#include "device/graph_helpers.h"
-#include "e2e/harness.h"
+#include "e2e/program_run.h"
 #include "e2e/program_windows.h"
 #include "e2e/remote_probe.h"
 #include "support/stand_ins.h"
@@ -16,9 +15,8 @@ using namespace e2e;
 
 namespace {
 
-// Texts that the windows' fixed layout gives too little room in this
-// platform's fonts (Wine's Tahoma, and a 0.60 em fixed face where Consolas
-// is 0.55 em). They are listed here so that any other cut text fails.
+// Texts that the windows' fixed layout gives too little room in this platform's fonts (Wine's Tahoma, and a 0.60 em
+// fixed face where Consolas is 0.55 em). They are listed here so that any other cut text fails.
 struct TooNarrow {
     const wchar_t* window;
     const wchar_t* text;  // the start of the control's text
@@ -73,23 +71,17 @@ void ExpectEveryTextFits(DWORD processId, HWND window)
 
 TEST(Dialogs, EveryTextFitsItsControlInItsOwnFont)
 {
-    devicetest::SyntheticDevices devices;
-    ASSERT_TRUE(devices.Add(L"Sky Cam", L"webcam"));
     testsupport::RegisteredColorControl colorControl;
     testsupport::SyntheticGps receiver;
     ASSERT_TRUE(receiver.Start(3, 4800, "steady"));
-    std::wstring folder = MakeWorkFolderForCurrentTest();
-    WriteOptions(folder, Option("DefaultRenderer", "VMR9"));
+    ProgramRun run;
     // An event ahead keeps the countdown window up with all its lines.
-    WriteEvent(folder, L"Vesta_TYC1234", UtcInSeconds(600), 30, "Vesta", "TYC1234", false, false, "Rehearsal");
-    Program program(folder);
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
-    const DWORD process = program.ProcessId();
+    WriteEvent(run.folder, L"Vesta_TYC1234", UtcInSeconds(600), 30, "Vesta", "TYC1234", false, false, "Rehearsal");
+    ASSERT_TRUE(run.StartWithSkyCam());
+    const DWORD process = run.program->ProcessId();
 
     HWND countdown = nullptr;
-    ASSERT_TRUE(WaitUntil(
-        [&] { return (countdown = FindProcessWindow(process, L"CountdownWindow")) && IsVisible(countdown); }, 10000));
+    ASSERT_TRUE(WaitUntil([&] { return IsVisible(countdown = run.Window(L"CountdownWindow")); }, 10000));
     // The digits (the one centred text) once the first second has ticked.
     HWND digits = nullptr;
     for (HWND child = GetWindow(countdown, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
@@ -102,10 +94,9 @@ TEST(Dialogs, EveryTextFitsItsControlInItsOwnFont)
 
     for (const CommandWindow& entry : kCommandWindows) {
         SCOPED_TRACE(Narrow(entry.className));
-        SendCommand(program.MainWindow(), entry.command);
+        SendCommand(run.Main(), entry.command);
         HWND window = nullptr;
-        if (!WaitUntil([&] { return (window = FindProcessWindow(process, entry.className)) && IsVisible(window); },
-                       60000)) {
+        if (!WaitUntil([&] { return IsVisible(window = run.Window(entry.className)); }, 60000)) {
             ADD_FAILURE() << "did not open";
             continue;
         }
@@ -113,6 +104,6 @@ TEST(Dialogs, EveryTextFitsItsControlInItsOwnFont)
         TakeScreenshot("dialog-" + Narrow(entry.className));
         SendMessageW(window, WM_CLOSE, 0, 0);
     }
-    PostCommand(program.MainWindow(), IDM_EXIT);
-    EXPECT_TRUE(program.WaitExit(30000));
+    PostCommand(run.Main(), IDM_EXIT);
+    EXPECT_TRUE(run.program->WaitExit(30000));
 }

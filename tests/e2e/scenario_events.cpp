@@ -1,6 +1,5 @@
-// Scheduled events recorded by themselves: the countdown, the recording
-// centred on the predicted moment, what loading says, stopping by hand, and
-// the power countdown.
+// Scheduled events recorded by themselves: the countdown, the recording centred on the predicted moment, what loading
+// says, stopping by hand, and the power countdown.
 #include <gtest/gtest.h>
 
 #include "e2e/program_run.h"
@@ -16,9 +15,8 @@ using namespace e2e;
 
 namespace {
 
-// Whether a process has the shut-down privilege enabled in its token. The
-// platform starts a process with it present and disabled; only a shut down
-// that was really attempted enables it.
+// Whether a process has the shut-down privilege enabled in its token. The platform starts a process with it present and
+// disabled; only a shut down that was really attempted enables it.
 bool ShutdownPrivilegeEnabled(DWORD processId)
 {
     HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, processId);
@@ -73,8 +71,7 @@ void RecordOneEvent(const Environment& environment)
     EXPECT_EQ(WindowText(countdown), L"Recording Event");
     ASSERT_TRUE(run.WaitTitle(kMainTitle, 30000));
     EXPECT_TRUE(WaitUntil([&] { return !IsVisible(countdown); }, 5000));
-    // Named by the event and its nominal start (the moment less half the
-    // duration), in UTC.
+    // Named by the event and its nominal start (the moment less half the duration), in UTC.
     SYSTEMTIME nominal = Shifted(moment, -5);
     std::vector<std::wstring> videos = run.Recordings();
     ASSERT_EQ(videos.size(), 1u);
@@ -93,7 +90,6 @@ void RecordOneEvent(const Environment& environment)
 
     std::string report = run.ReportOf(videos[0]);
     EXPECT_EQ(report.rfind("Event recording: \r\r\n", 0), 0u) << report;
-    run.program->Kill();
 }
 
 }  // namespace
@@ -103,10 +99,8 @@ TEST(Events, OneEventRecordsCentredOnItsMoment)
     RecordOneEvent({});
 }
 
-// Local time behind UTC: the deadline is kept in local time. A Wine process
-// takes its zone from the Unix TZ of the process that started it, so the
-// ctest entry of this scenario runs the whole test program with
-// TZ=America/New_York.
+// Local time behind UTC: the deadline is kept in local time. A Wine process takes its zone from the Unix TZ of the
+// process that started it, so the ctest entry of this scenario runs the whole test program with TZ=America/New_York.
 TEST(Events, OneEventRecordsCentredOnItsMomentInNewYork)
 {
     wchar_t zone[64] = L"";
@@ -116,9 +110,8 @@ TEST(Events, OneEventRecordsCentredOnItsMomentInNewYork)
     RecordOneEvent({{L"TZ", L"America/New_York"}});
 }
 
-// An event file edited by hand, in code page 1252 (the ctest entry's
-// LC_ALL=C.UTF-8 gives it to the program): its accented comment doesn't keep
-// it from being read.
+// An event file edited by hand, in code page 1252 (the ctest entry's LC_ALL=C.UTF-8 gives it to the program): its
+// accented comment doesn't keep it from being read.
 TEST(Events, HandWrittenEventWithAnAccentedCommentIsListedAndRecorded)
 {
     ASSERT_TRUE(NarrowCodePageIs1252());
@@ -137,7 +130,6 @@ TEST(Events, HandWrittenEventWithAnAccentedCommentIsListedAndRecorded)
     std::vector<std::wstring> videos = run.Recordings();
     ASSERT_EQ(videos.size(), 1u);
     EXPECT_EQ(videos[0].rfind(L"Vesta_V\u00E9ga_", 0), 0u) << Narrow(videos[0]);
-    run.program->Kill();
 }
 
 // Loading says which of two events a minute apart is ignored and passes over one that is over. A manual
@@ -154,8 +146,7 @@ TEST(Events, LoadingSaysWhatOverlapsAndAManualRecordingCancelsTheCountdownUntilS
     // Which of the two the enumeration gives later decides which is refused.
     std::vector<std::wstring> order = ListFiles(run.folder + L"\\Events", L"*.mef");
     ASSERT_TRUE(run.StartWithSkyCam());
-    ASSERT_TRUE(WaitUntil([&] { return run.program->Messages().find(L"Current Event") != std::wstring::npos; },
-                          5000));
+    ASSERT_TRUE(run.program->WaitForMessage(L"Current Event", 5000));
     std::wstring text = run.program->Messages();
     auto firstAt = std::find(order.begin(), order.end(), L"a_first.mef");
     auto secondAt = std::find(order.begin(), order.end(), L"b_second.mef");
@@ -190,7 +181,6 @@ TEST(Events, LoadingSaysWhatOverlapsAndAManualRecordingCancelsTheCountdownUntilS
     ASSERT_EQ(videos.size(), 1u);
     EXPECT_TRUE(std::regex_match(Narrow(videos[0]), std::regex(R"(\d\d_\d\d_\d{4}_\d\d_\d\d_\d\d\.avi)")))
         << "a manual recording's name: " << Narrow(videos[0]);
-    run.program->Kill();
 }
 
 TEST(Events, StopDuringAnEventAsksAndTheEventIsNotArmedAgain)
@@ -213,7 +203,6 @@ TEST(Events, StopDuringAnEventAsksAndTheEventIsNotArmedAgain)
     Sleep(3000);
     EXPECT_EQ(WindowText(run.Main()), kMainTitle);
     EXPECT_EQ(run.program->CountMessages(L"Current Event Information:"), 1);
-    run.program->Kill();
 }
 
 TEST(Events, ShutdownCountsDownFromThirtyAndCancelStopsIt)
@@ -238,7 +227,6 @@ TEST(Events, ShutdownCountsDownFromThirtyAndCancelStopsIt)
     Sleep(2000);
     EXPECT_EQ(run.program->Messages(), before) << "Cancel says nothing";
     EXPECT_FALSE(IsVisible(power));
-    run.program->Kill();
 }
 
 TEST(Events, HibernateRequestIsDroppedWhereThePlatformCannotHibernate)
@@ -258,16 +246,14 @@ TEST(Events, HibernateRequestIsDroppedWhereThePlatformCannotHibernate)
     HWND power = run.Window(L"Hibernate");
     ASSERT_NE(power, nullptr);
     EXPECT_FALSE(IsVisible(power)) << "no power countdown follows";
-    run.program->Kill();
 }
 
 TEST(Events, ShutdownAtTheEndOfTheCountIsWhatThePlatformGives)
 {
     ProgramRun run;
     WriteEvent(run.folder, L"power", UtcInSeconds(10), 4, "", "", false, true);
-    // The next event is armed as the count begins, and its requests are the
-    // ones the count's end acts on. Its hibernate request is dropped at
-    // arming here, as this platform can't hibernate; its shut down stays.
+    // The next event is armed as the count begins, and its requests are the ones the count's end acts on. Its hibernate
+    // request is dropped at arming here, as this platform can't hibernate; its shut down stays.
     WriteEvent(run.folder, L"sleepy", UtcInSeconds(600), 4, "", "", true, true);
     ASSERT_TRUE(run.StartWithSkyCam());
     HWND power = run.Window(L"Hibernate");
@@ -283,5 +269,4 @@ TEST(Events, ShutdownAtTheEndOfTheCountIsWhatThePlatformGives)
     EXPECT_EQ(text.find(L"shut down computer"), std::wstring::npos) << Narrow(text);
     EXPECT_NE(text.find(L"Hibernation is not supported even though Event requests it"), std::wstring::npos);
     EXPECT_TRUE(run.program->IsRunning());
-    run.program->Kill();
 }

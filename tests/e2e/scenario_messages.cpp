@@ -30,8 +30,7 @@ std::string AsLogBytes(const std::wstring& text)
 TEST(Messages, SaveAboutAndSaveAndClear)
 {
     Program program(MakeWorkFolderForCurrentTest());
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
+    ASSERT_TRUE(program.StartReady());
     std::wstring before = program.Messages();
 
     SYSTEMTIME utc{};

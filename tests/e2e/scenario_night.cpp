@@ -1,6 +1,5 @@
-// A night of events in one run of the program: twenty recordings in a row,
-// each complete, and the process no bigger after the last than after the
-// first.
+// A night of events in one run of the program: twenty recordings in a row, each complete, and the process no bigger
+// after the last than after the first.
 #include <gtest/gtest.h>
 
 #include "e2e/program_run.h"
@@ -22,9 +21,8 @@ struct ProcessFigures {
     double privateMb = -1;
 };
 
-// What the process holds, read from outside it. The handle count is the
-// platform's GetProcessHandleCount where it gives one, and the system's
-// handle table where it answers 0 (as under Wine).
+// What the process holds, read from outside it. The handle count is the platform's GetProcessHandleCount where it gives
+// one, and the system's handle table where it answers 0 (as under Wine).
 ProcessFigures Measure(DWORD processId)
 {
     ProcessFigures figures;
@@ -53,8 +51,7 @@ double HostPrivateMb(const std::wstring& folder)
     std::replace(out.begin(), out.end(), '\\', '/');
     std::string name = Narrow(folder.substr(folder.find_last_of(L'\\') + 1));
     DeleteFileW((folder + L"\\rss.txt").c_str());
-    // The first letter in brackets keeps the pattern from finding the shell
-    // that runs it.
+    // The first letter in brackets keeps the pattern from finding the shell that runs it.
     std::string pattern = "[" + name.substr(0, 1) + "]" + name.substr(1) + ".MAVU_VideoCapture";
     RunUnix("for p in $(pgrep -f '" + pattern + "'); do grep RssAnon /proc/$p/status; done > '" + out + ".part'; mv '" +
             out + ".part' '" + out + "'");
@@ -72,40 +69,31 @@ TEST(Night, TwentyEventsInARowAreRecordedAndLeaveNothingBehind)
     constexpr int kEvents = 20;
     // Events closer than 30 s after the end of the one before are refused.
     constexpr int kApartSeconds = 36;
-    devicetest::SyntheticDevices devices;
-    ASSERT_TRUE(devices.Add(L"Sky Cam", L"webcam"));
-    std::wstring folder = MakeWorkFolderForCurrentTest();
+    ProgramRun run;
     for (int i = 0; i < kEvents; ++i) {
         char name[16];
         std::snprintf(name, sizeof name, "N%02d", i);
-        WriteEvent(folder, std::wstring(L"night_") + std::to_wstring(100 + i), UtcInSeconds(25 + kApartSeconds * i),
+        WriteEvent(run.folder, std::wstring(L"night_") + std::to_wstring(100 + i), UtcInSeconds(25 + kApartSeconds * i),
                    5, name);
     }
-    WriteOptions(folder, Option("DefaultRenderer", "VMR9"));
-    Program program(folder);
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
-    HWND main = program.MainWindow();
+    ASSERT_TRUE(run.StartWithSkyCam());
 
     std::vector<ProcessFigures> after;
     for (int i = 0; i < kEvents; ++i) {
         SCOPED_TRACE(i);
-        ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kRecordingTitle; }, (kApartSeconds + 15) * 1000))
-            << Narrow(program.Messages());
-        ASSERT_TRUE(WaitUntil([&] { return WindowText(main) != kRecordingTitle; }, 20000));
-        ASSERT_TRUE(WaitUntil(
-            [&] { return ListFiles(folder + L"\\VideoFiles", L"*.txt").size() == static_cast<size_t>(i + 1); },
-            10000));
+        ASSERT_TRUE(run.WaitTitle(kRecordingTitle, (kApartSeconds + 15) * 1000)) << Narrow(run.program->Messages());
+        ASSERT_TRUE(WaitUntil([&] { return WindowText(run.Main()) != kRecordingTitle; }, 20000));
+        ASSERT_EQ(run.Recordings(i + 1).size(), static_cast<size_t>(i + 1));
         Sleep(2000);
-        after.push_back(Measure(program.ProcessId()));
+        after.push_back(Measure(run.program->ProcessId()));
         // Where the platform gives no private bytes, the host's own count.
         if (after.back().privateMb <= 0)
-            after.back().privateMb = HostPrivateMb(folder);
+            after.back().privateMb = HostPrivateMb(run.folder);
         std::printf("after event %2d: %ld handles, %ld threads, %.1f MB private\n", i + 1, after.back().handles,
                     after.back().threads, after.back().privateMb);
         std::fflush(stdout);
     }
-    program.Kill();
+    run.program->Kill();
 
     const ProcessFigures& first = after.front();
     const ProcessFigures& last = after.back();
@@ -117,15 +105,14 @@ TEST(Night, TwentyEventsInARowAreRecordedAndLeaveNothingBehind)
         EXPECT_LE(last.privateMb, first.privateMb + 20);
     }
 
-    std::vector<std::wstring> videos = ListFiles(folder + L"\\VideoFiles", L"*.avi");
-    std::sort(videos.begin(), videos.end());
+    std::vector<std::wstring> videos = run.Recordings(kEvents);
     ASSERT_EQ(videos.size(), static_cast<size_t>(kEvents));
     for (const std::wstring& video : videos) {
         SCOPED_TRACE(Narrow(video));
-        std::wstring avi = folder + L"\\VideoFiles\\" + video;
-        std::vector<synthcam::FrameStamp> stamps = testsupport::ReadRecordedStamps(Narrow(avi), 640);
+        std::vector<synthcam::FrameStamp> stamps =
+            testsupport::ReadRecordedStamps(Narrow(run.Videos() + L"\\" + video), 640);
         EXPECT_GE(stamps.size(), 130u);
-        std::string report = ReadBytes(avi.substr(0, avi.size() - 4) + L".txt");
+        std::string report = run.ReportOf(video);
         long missing = testsupport::MissingStampedFrames(stamps);
         EXPECT_GE(missing, 0);
         EXPECT_LE(missing, testsupport::ReportedDroppedFrames(report)) << report;

@@ -1,5 +1,4 @@
-// The recording option windows: each sets its options, saves them with its
-// line, and the program acts on them.
+// The recording option windows: each sets its options, saves them with its line, and the program acts on them.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -79,12 +78,11 @@ void Type(HWND window, int id, const wchar_t* text)
 
 }  // namespace
 
-// The File Options window: a slash typed into the video prefix is taken out again with its line, the log prefix
-// takes twenty characters and no more, and Host Name gives the computer's name, its disallowed characters taken
-// out with a line, in lower case, as the global prefix. Save stores them, the default folder as no folder, and
-// the next recording carries the prefix. A folder chosen in the platform's folder picker is where the next
-// recording goes, and, too long for its value, shows whole in a pop-up while the mouse rests on it; Use Default,
-// then Save, stores no folder again.
+// The File Options window: a slash typed into the video prefix is taken out again with its line, the log prefix takes
+// twenty characters and no more, and Host Name gives the computer's name, its disallowed characters taken out with a
+// line, in lower case, as the global prefix. Save stores them, the default folder as no folder, and the next recording
+// carries the prefix. A folder chosen in the platform's folder picker is where the next recording goes, and, too long
+// for its value, shows whole in a pop-up while the mouse rests on it; Use Default, then Save, stores no folder again.
 TEST(OptionWindows, FileOptionsPrefixesHostNameAndFolderAreFilteredSavedAndUsed)
 {
     // The computer named for the running server as this platform would ("Lab+PC#1.local").
@@ -172,8 +170,7 @@ TEST(OptionWindows, FileOptionsPrefixesHostNameAndFolderAreFilteredSavedAndUsed)
         << run.OptionsFile();
     EXPECT_EQ(RecordInto(*run.program, chosen).size(), 1u);
 
-    // Use Default, then Save: no folder is stored, though the default is a
-    // folder like any other.
+    // Use Default, then Save: no folder is stored, though the default is a folder like any other.
     window = run.Open(IDM_FILE_OPTIONS, L"FileOptions");
     ASSERT_NE(window, nullptr);
     Click(GetDlgItem(window, kFileVideoUseDefault));
@@ -182,17 +179,16 @@ TEST(OptionWindows, FileOptionsPrefixesHostNameAndFolderAreFilteredSavedAndUsed)
     Click(GetDlgItem(window, kFileSaveButton));
     ASSERT_TRUE(WaitUntil([&] { return run.Count(kFileOptionsSaved) == 3; }, 3000));
     EXPECT_NE(run.OptionsFile().find(Option("VideoDirectory", "")), std::string::npos) << run.OptionsFile();
-    run.program->Kill();
 }
 
-// The radios change the countdown's heading at once; Cancel goes back to
-// what the options say, and Save stores the choice.
-TEST(OptionWindows, EventPendingSwitchesTheCountdownAtOnce)
+// Event Pending's radios change the countdown's heading at once; Cancel goes back to what the options say, and
+// Save stores the choice. Save in Miscellaneous Options is there only while a box differs from its option. An
+// options file that can't be written gives the warning at each save, and the values stay in force for the run.
+TEST(OptionWindows, EventPendingSwitchesTheCountdownAndMiscellaneousSavesOnlyChangesAndAFailedWriteWarns)
 {
     ProgramRun run;
-    // The countdown shows about the event's distance, the clock the time of
-    // day: an event an hour ahead, or two when the clock itself reads about
-    // one o'clock, keeps the two texts apart.
+    // The countdown shows about the event's distance, the clock the time of day: an event an hour ahead, or two when
+    // the clock itself reads about one o'clock, keeps the two texts apart.
     const int eventAhead = std::abs(UtcSecondsOfDay() - 3600) < 300 ? 7200 : 3600;
     WriteEvent(run.folder, L"later", UtcInSeconds(eventAhead), 10);
     ASSERT_TRUE(run.StartWithSkyCam());
@@ -222,10 +218,44 @@ TEST(OptionWindows, EventPendingSwitchesTheCountdownAtOnce)
     EXPECT_NE(run.OptionsFile().find(Option("EventPendingDisplay", "UTC")), std::string::npos) << run.OptionsFile();
     EXPECT_EQ(WindowText(heading), L"         Computer time (UTC):");
     run.program->Kill();
+
+    // The options come from the read-only fallback file; where the program writes its options stands a folder, so no
+    // write can succeed (root would write through a read-only attribute or folder).
+    ASSERT_TRUE(DeleteFileW((run.folder + L"\\MAVU_options_capture.xml").c_str()));
+    ASSERT_TRUE(CreateDirectoryW((run.folder + L"\\MAVU_options_capture.xml").c_str(), nullptr));
+    ASSERT_TRUE(WriteBytes(run.folder + L"\\MAVU_options.xml",
+                           "<?xml version='1.0'?>\r\n<!--MAVU Video Capture Version 2.1-->\r\n<Root>\r\n" +
+                               Option("AutostartGPS", "FALSE") + "</Root>\r\n"));
+    ASSERT_TRUE(run.Run());
+    window = run.Open(IDM_MISCELLANEOUS, L"MiscellaneousOptions");
+    ASSERT_NE(window, nullptr);
+    HWND save = GetDlgItem(window, kMiscSaveButton);
+    HWND gps = GetDlgItem(window, kMiscGpsBox);
+    EXPECT_FALSE(IsEnabled(save));
+    Click(gps);
+    EXPECT_TRUE(IsEnabled(save));
+    Click(gps);
+    EXPECT_FALSE(IsEnabled(save)) << "the box put back";
+    Click(gps);
+    EXPECT_TRUE(TakeScreenshot("miscellaneous"));
+    Click(save);
+    ASSERT_TRUE(run.program->WaitForMessage(L"Miscellaneous options saved in options file\r\n", 3000));
+    std::wstring text = run.program->Messages();
+    size_t warning = text.find(kSaveWarning);
+    ASSERT_NE(warning, std::wstring::npos) << Narrow(text);
+    EXPECT_LT(warning, text.find(L"Miscellaneous options saved in options file"));
+    // Still in force: the box opens checked.
+    window = run.Open(IDM_MISCELLANEOUS, L"MiscellaneousOptions");
+    EXPECT_EQ(SendMessageW(gps, BM_GETCHECK, 0, 0), BST_CHECKED);
+    // Every save warns.
+    Click(GetDlgItem(window, kMiscCancelButton));
+    window = run.Open(IDM_DURATION_DEFAULT, L"DefaultDuration");
+    Click(GetDlgItem(window, kDurationSaveButton));
+    ASSERT_TRUE(WaitUntil([&] { return run.program->CountMessages(kSaveWarning) == 2; }, 3000));
+    EXPECT_EQ(run.program->CountMessages(L"No Options File"), 0);
 }
 
-// OK puts a renderer in force with a restart; the next recording's report
-// names it. Save writes it.
+// OK puts a renderer in force with a restart; the next recording's report names it. Save writes it.
 TEST(OptionWindows, PerformanceChangesTheRendererAndRestarts)
 {
     ProgramRun run;
@@ -261,56 +291,11 @@ TEST(OptionWindows, PerformanceChangesTheRendererAndRestarts)
     Click(GetDlgItem(window, kPerformanceSaveButton));
     ASSERT_TRUE(run.program->WaitForMessage(L"Performance Options saved in options file\r\n", 3000));
     EXPECT_NE(run.OptionsFile().find(Option("DefaultRenderer", "VMR9")), std::string::npos) << run.OptionsFile();
-    run.program->Kill();
 }
 
-// Save in Miscellaneous Options is there only while a box differs from its
-// option. An options file that can't be written gives the warning at each
-// save, and the values stay in force for the run.
-TEST(OptionWindows, MiscellaneousSavesOnlyChangesAndAFailedWriteWarns)
-{
-    ProgramRun run;
-    // The options come from the read-only fallback file; where the program
-    // writes its options stands a folder, so no write can succeed (root
-    // would write through a read-only attribute or folder).
-    ASSERT_TRUE(CreateDirectoryW((run.folder + L"\\MAVU_options_capture.xml").c_str(), nullptr));
-    ASSERT_TRUE(WriteBytes(run.folder + L"\\MAVU_options.xml",
-                           "<?xml version='1.0'?>\r\n<!--MAVU Video Capture Version 2.1-->\r\n<Root>\r\n" +
-                               Option("AutostartGPS", "FALSE") + "</Root>\r\n"));
-    ASSERT_TRUE(run.Run());
-    HWND window = run.Open(IDM_MISCELLANEOUS, L"MiscellaneousOptions");
-    ASSERT_NE(window, nullptr);
-    HWND save = GetDlgItem(window, kMiscSaveButton);
-    HWND gps = GetDlgItem(window, kMiscGpsBox);
-    EXPECT_FALSE(IsEnabled(save));
-    Click(gps);
-    EXPECT_TRUE(IsEnabled(save));
-    Click(gps);
-    EXPECT_FALSE(IsEnabled(save)) << "the box put back";
-    Click(gps);
-    EXPECT_TRUE(TakeScreenshot("miscellaneous"));
-    Click(save);
-    ASSERT_TRUE(run.program->WaitForMessage(L"Miscellaneous options saved in options file\r\n", 3000));
-    std::wstring text = run.program->Messages();
-    size_t warning = text.find(kSaveWarning);
-    ASSERT_NE(warning, std::wstring::npos) << Narrow(text);
-    EXPECT_LT(warning, text.find(L"Miscellaneous options saved in options file"));
-    // Still in force: the box opens checked.
-    window = run.Open(IDM_MISCELLANEOUS, L"MiscellaneousOptions");
-    EXPECT_EQ(SendMessageW(gps, BM_GETCHECK, 0, 0), BST_CHECKED);
-    // Every save warns.
-    Click(GetDlgItem(window, kMiscCancelButton));
-    window = run.Open(IDM_DURATION_DEFAULT, L"DefaultDuration");
-    Click(GetDlgItem(window, kDurationSaveButton));
-    ASSERT_TRUE(WaitUntil([&] { return run.program->CountMessages(kSaveWarning) == 2; }, 3000));
-    EXPECT_EQ(run.program->CountMessages(L"No Options File"), 0);
-    run.program->Kill();
-}
-
-// The Codec Selector lists what the trial connected for the camera's
-// format. The test compressor chosen for YUY2 with the save box is written
-// as the pair, and the next recording goes through it; at the next opening
-// the last row of that name is the selected one.
+// The Codec Selector lists what the trial connected for the camera's format. The test compressor chosen for YUY2 with
+// the save box is written as the pair, and the next recording goes through it; at the next opening the last row of that
+// name is the selected one.
 TEST(OptionWindows, CodecSelectorPairsTheCompressorAndTheNextRecordingUsesIt)
 {
     testsupport::RegisteredTestCompressor compressor;
@@ -362,5 +347,4 @@ TEST(OptionWindows, CodecSelectorPairsTheCompressorAndTheNextRecordingUsesIt)
     EXPECT_EQ(SendMessageW(GetDlgItem(window, kCodecSaveBox), BM_GETCHECK, 0, 0), BST_UNCHECKED);
     Click(GetDlgItem(window, kCodecCancelButton));
     EXPECT_FALSE(IsVisible(window));
-    run.program->Kill();
 }

@@ -1,8 +1,7 @@
 // The options file at start-up and the Set Window Positions command.
 #include <gtest/gtest.h>
 
-#include "device/graph_helpers.h"
-#include "e2e/harness.h"
+#include "e2e/program_run.h"
 #include "support/code_page.h"
 #include "ui/commands.h"
 
@@ -47,8 +46,7 @@ TEST(Options, StartUpReadsTheFileOrItsFallbackOrSaysItCannot)
         if (!test.fallback.empty())
             WriteBytes(folder + L"\\MAVU_options.xml", test.fallback);
         Program program(folder);
-        ASSERT_TRUE(program.Start());
-        ASSERT_TRUE(program.WaitReady());
+        ASSERT_TRUE(program.StartReady());
         std::wstring text = program.Messages();
         const wchar_t* line = test.reported ? L"No Options File or unreadable Options File\r\n" : L"No Options File";
         EXPECT_EQ(program.CountMessages(line), test.reported ? 1 : 0) << Narrow(text);
@@ -71,17 +69,15 @@ TEST(Options, StartUpReadsTheFileOrItsFallbackOrSaysItCannot)
 TEST(Options, SavedPositionsFolderCameraAndCodecPairSurviveRestartAndSaveAgain)
 {
     ASSERT_TRUE(NarrowCodePageIs1252());
-    devicetest::SyntheticDevices devices;
-    ASSERT_TRUE(devices.Add(L"Sky Cam", L"webcam"));
-    ASSERT_TRUE(devices.Add(L"Cam\u00E9ra", L"webcam"));
-    std::wstring folder = MakeWorkFolderForCurrentTest();
-    // A folder that the user picked exists, and is stored with a backslash
-    // at its end.
+    ProgramRun run;
+    ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
+    ASSERT_TRUE(run.devices.Add(L"Cam\u00E9ra", L"webcam"));
+    const std::wstring& folder = run.folder;
+    // A folder that the user picked exists, and is stored with a backslash at its end.
     CreateDirectoryW((folder + L"\\VideoFiles").c_str(), nullptr);
     ASSERT_TRUE(CreateDirectoryW((folder + L"\\VideoFiles\\Vid\u00E9os").c_str(), nullptr));
-    // The device list keys a camera by its name cleaned to the characters
-    // 32 to 126, which takes the accent out: "Camra" is what choosing this
-    // camera as the default stores.
+    // The device list keys a camera by its name cleaned to the characters 32 to 126, which takes the accent out:
+    // "Camra" is what choosing this camera as the default stores.
     WriteOptions(folder, Option("VideoDirectory", "VideoFiles\\Vid\xE9os\\") + Option("DefaultVideoSource", "Camra") +
                              Option("DefaultRenderer", "VMR9") + Option("SubtypeCodecPair", "YUY2|NONE") +
                              Option("SubtypeCodecPair", "RGB24|No Such Codec"));
@@ -89,9 +85,8 @@ TEST(Options, SavedPositionsFolderCameraAndCodecPairSurviveRestartAndSaveAgain)
 
     std::string first;
     {
-        Program program(folder);
-        ASSERT_TRUE(program.Start());
-        ASSERT_TRUE(program.WaitReady());
+        ASSERT_TRUE(run.Run());
+        Program& program = *run.program;
         EXPECT_EQ(program.Messages().find(L"No Options File"), std::wstring::npos) << Narrow(program.Messages());
         EXPECT_EQ(program.CountMessages(
                       L"WARNING: named codec in a Subtype / Codec pair is not installed on this computer\r\n"),
@@ -120,9 +115,8 @@ TEST(Options, SavedPositionsFolderCameraAndCodecPairSurviveRestartAndSaveAgain)
         ASSERT_TRUE(program.WaitExit(10000));
     }
 
-    Program again(folder);
-    ASSERT_TRUE(again.Start());
-    ASSERT_TRUE(again.WaitReady());
+    ASSERT_TRUE(run.Run());
+    Program& again = *run.program;
     RECT messages = WindowRect(again.UserMessagesWindow());
     EXPECT_EQ(messages.left, 200);
     EXPECT_EQ(messages.top, 100);
@@ -134,22 +128,12 @@ TEST(Options, SavedPositionsFolderCameraAndCodecPairSurviveRestartAndSaveAgain)
     EXPECT_EQ(ReadBytes(optionsFile), first);
 
     // The next recording goes into that folder, from the default camera.
-    HWND start = FindChild(again.RecordControlsWindow(), L"Button", nullptr);
-    ASSERT_NE(start, nullptr);
-    HWND stop = GetWindow(start, GW_HWNDNEXT);
-    ASSERT_NE(stop, nullptr);
-    Sleep(1000);
-    Click(start);
-    ASSERT_TRUE(WaitUntil([&] { return IsEnabled(stop); }, 10000));
-    Sleep(3000);
-    Click(stop);
     const std::wstring videos = folder + L"\\VideoFiles\\Vid\u00E9os";
-    ASSERT_TRUE(WaitUntil([&] { return !ListFiles(videos, L"*.txt").empty(); }, 10000)) << Narrow(again.Messages());
-    std::vector<std::wstring> recorded = ListFiles(videos, L"*.avi");
-    ASSERT_EQ(recorded.size(), 1u);
-    EXPECT_TRUE(ListFiles(folder + L"\\VideoFiles", L"*.avi").empty());
-    std::string report = ReadBytes(videos + L"\\" + recorded[0].substr(0, recorded[0].size() - 4) + L".txt");
+    Sleep(1000);
+    const std::string report = RecordByHand(again, 3000, videos).report;
+    ASSERT_FALSE(report.empty()) << Narrow(again.Messages());
+    EXPECT_EQ(ListFiles(videos, L"*.avi").size(), 1u);
+    EXPECT_TRUE(ListFiles(run.Videos(), L"*.avi").empty());
     EXPECT_NE(report.find("Video file:  VideoFiles\\Vid\xE9os\\"), std::string::npos) << report;
     EXPECT_NE(report.find("Video source device: Camra\r"), std::string::npos) << report;
-    again.Kill();
 }

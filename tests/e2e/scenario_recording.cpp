@@ -37,7 +37,6 @@ TEST(Recording, ManualRecordingWritesTheAviAndItsReportAndGreysTheMenusMeanwhile
     ManualRun run;
     ASSERT_TRUE(run.Start());
     Program& program = *run.program;
-    const std::wstring& folder = run.folder;
     HWND main = run.Main(), start = run.start, stop = run.stop;
     EXPECT_TRUE(IsEnabled(start));
     EXPECT_FALSE(IsEnabled(stop));
@@ -79,35 +78,31 @@ TEST(Recording, ManualRecordingWritesTheAviAndItsReportAndGreysTheMenusMeanwhile
     double seconds = static_cast<double>(GetTickCount64() - recordingFrom) / 1000;
     Click(stop);
     ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kMainTitle; }, 10000));
-    ASSERT_TRUE(WaitUntil([&] { return !ListFiles(folder + L"\\VideoFiles", L"*.txt").empty(); }, 10000));
     // Back to preview: Start again, Stop greyed, the menus live.
     EXPECT_TRUE(WaitUntil([&] { return IsEnabled(start) && !IsEnabled(stop); }, 5000));
     for (const Popup& popup : popups)
         EXPECT_FALSE(IsMenuBarPopupGrey(program.ProcessId(), popup.position)) << popup.name << " after";
 
-    std::vector<std::wstring> videos = ListFiles(folder + L"\\VideoFiles", L"*.avi");
+    std::vector<std::wstring> videos = run.Recordings();
     ASSERT_EQ(videos.size(), 1u);
     EXPECT_TRUE(std::regex_match(Narrow(videos[0]), std::regex(R"(\d\d_\d\d_\d{4}_\d\d_\d\d_\d\d\.avi)")))
         << Narrow(videos[0]);
-    std::string report = ReadBytes(folder + L"\\VideoFiles\\" + videos[0].substr(0, videos[0].size() - 4) + L".txt");
+    std::string report = run.ReportOf(videos[0]);
     EXPECT_EQ(report.rfind("Manual recording\r\r\n", 0), 0u) << report;
     std::smatch recorded;
     ASSERT_TRUE(std::regex_search(report, recorded, std::regex("Number of recorded frames:  (\\d+)")));
-    // The file stays open until the graph is emptied at the next start:
-    // the preview that followed has done that.
-    testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(folder + L"\\VideoFiles\\" + videos[0]));
+    // The file stays open until the graph is emptied at the next start: the preview that followed has done that.
+    testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(run.Videos() + L"\\" + videos[0]));
     ASSERT_TRUE(video.ok) << video.raw;
     EXPECT_NEAR(video.frames, std::stoi(recorded[1]), 2);
     EXPECT_NEAR(video.frames, 30 * seconds, 20);
     std::wstring text = program.Messages();
     EXPECT_NE(text.find(L"Start recording at "), std::wstring::npos);
     EXPECT_NE(text.find(L"Stop recording at "), std::wstring::npos);
-    program.Kill();
 }
 
-// Exit from the menu, or the close box, while a recording runs by hand or
-// for an event: the program ends, and the recording is stopped first, with
-// its file finished and its report written.
+// Exit from the menu, or the close box, while a recording runs by hand or for an event: the program ends, and the
+// recording is stopped first, with its file finished and its report written.
 TEST(Recording, ExitOrTheCloseBoxDuringARecordingFinishesItsFileAndReport)
 {
     constexpr unsigned kExitCommand = 33099;
@@ -143,14 +138,12 @@ TEST(Recording, ExitOrTheCloseBoxDuringARecordingFinishesItsFileAndReport)
             PostCommand(main, kExitCommand);
         ASSERT_TRUE(run.program->WaitExit(30000)) << "the program ends";
 
-        std::wstring videos = run.folder + L"\\VideoFiles";
-        std::vector<std::wstring> avis = ListFiles(videos, L"*.avi");
+        std::vector<std::wstring> avis = run.Recordings();
         ASSERT_EQ(avis.size(), 1u);
-        std::wstring avi = videos + L"\\" + avis[0];
-        std::string report = ReadBytes(avi.substr(0, avi.size() - 4) + L".txt");
+        std::string report = run.ReportOf(avis[0]);
         EXPECT_EQ(report.rfind(each.reportStart, 0), 0u) << report;
         EXPECT_NE(report.find("Stop recording at "), std::string::npos) << report;
-        testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(avi));
+        testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(run.Videos() + L"\\" + avis[0]));
         ASSERT_TRUE(video.ok) << video.raw;
         EXPECT_GT(video.frames, 60);
     }

@@ -1,6 +1,5 @@
-// What a recording has captured survives: a stop at full HD on a busy
-// computer, a second camera plugged in mid-event, a camera pulled and never
-// returned, and a program killed mid-recording.
+// What a recording has captured survives: a stop at full HD on a busy computer, a second camera plugged in mid-event, a
+// camera pulled and never returned, and a program killed mid-recording.
 #include <gtest/gtest.h>
 
 #include "e2e/program_run.h"
@@ -19,8 +18,7 @@ namespace {
 
 constexpr unsigned kExitCommand = 33099;
 
-// Keeps one core busy for a while from the Unix side, as another program
-// would; it ends by itself.
+// Keeps one core busy for a while from the Unix side, as another program would; it ends by itself.
 void KeepOneCoreBusy(int seconds)
 {
     char command[128];
@@ -30,9 +28,8 @@ void KeepOneCoreBusy(int seconds)
 
 }  // namespace
 
-// A 14 s event at 1920x1080 YUY2, 30 frames a second, with one core kept
-// busy: the event ends, its report is written, ffprobe reads the file, and
-// every frame the camera delivered is in the file or counted as dropped.
+// A 14 s event at 1920x1080 YUY2, 30 frames a second, with one core kept busy: the event ends, its report is written,
+// ffprobe reads the file, and every frame the camera delivered is in the file or counted as dropped.
 TEST(RecordingSafety, FullHdEventUnderLoadEndsWithItsReportAndAReadableFile)
 {
     for (int attempt = 1; attempt <= 3; ++attempt) {
@@ -63,8 +60,8 @@ TEST(RecordingSafety, FullHdEventUnderLoadEndsWithItsReportAndAReadableFile)
         ASSERT_GT(stamps.size(), 100u);
         long missing = testsupport::MissingStampedFrames(stamps);
         long dropped = testsupport::ReportedDroppedFrames(report);
-        std::printf("run %d: %zu frames in the file, %ld missing, %ld dropped in the report\n", attempt,
-                    stamps.size(), missing, dropped);
+        std::printf("run %d: %zu frames in the file, %ld missing, %ld dropped in the report\n", attempt, stamps.size(),
+                    missing, dropped);
         EXPECT_GE(missing, 0);
         EXPECT_LE(missing, dropped) << report;
     }
@@ -72,19 +69,12 @@ TEST(RecordingSafety, FullHdEventUnderLoadEndsWithItsReportAndAReadableFile)
 
 namespace {
 
-uint64_t NowMs()
-{
-    return synthcam::UtcMsSince2020Now();
-}
-
-// The "HH:MM:SS" after "Stop recording at " in a report, as milliseconds
-// of the UTC day; -1 when the line is missing.
+// The "HH:MM:SS" after "Stop recording at " in a report, as milliseconds of the UTC day; -1 when the line is missing.
 long long StopLineMsOfDay(const std::string& report)
 {
     size_t at = report.find("Stop recording at ");
     unsigned h = 0, m = 0, s = 0;
-    if (at == std::string::npos ||
-        std::sscanf(report.c_str() + at + 18, "%2u:%2u:%2u", &h, &m, &s) != 3)
+    if (at == std::string::npos || std::sscanf(report.c_str() + at + 18, "%2u:%2u:%2u", &h, &m, &s) != 3)
         return -1;
     return ((h * 60ll + m) * 60 + s) * 1000;
 }
@@ -96,9 +86,8 @@ long long MsOfDay(uint64_t msSince2020)
 
 }  // namespace
 
-// A second capture device plugged in during an event restarts the camera,
-// as a device change does; what was recorded stays in the first file with
-// its report, and the rest of the event goes on in "_1".
+// A second capture device plugged in during an event restarts the camera, as a device change does; what was recorded
+// stays in the first file with its report, and the rest of the event goes on in "_1".
 TEST(RecordingSafety, ASecondCameraMidEventLeavesTheFirstSecondsInTheirFile)
 {
     ProgramRun run;
@@ -106,11 +95,10 @@ TEST(RecordingSafety, ASecondCameraMidEventLeavesTheFirstSecondsInTheirFile)
     WriteEvent(run.folder, L"second", UtcInSeconds(20), 16, "Second");
     ASSERT_TRUE(run.Start());
     ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 30000));
-    uint64_t started = NowMs();
+    uint64_t started = synthcam::UtcMsSince2020Now();
     Sleep(6000);
-    uint64_t plugged = NowMs();
-    ASSERT_TRUE(run.devices.Add(L"Other Cam", L"webcam"));
-    EXPECT_EQ(SendDeviceChange(run.Main()), 1);
+    uint64_t plugged = synthcam::UtcMsSince2020Now();
+    ASSERT_EQ(run.Plug(L"Other Cam"), 1);
     EXPECT_EQ(run.program->CountMessages(L"Video capture device \"Other Cam\" connected\r\n"), 1)
         << Narrow(run.program->Messages());
     ASSERT_TRUE(run.WaitTitle(kMainTitle, 30000));
@@ -134,12 +122,10 @@ TEST(RecordingSafety, ASecondCameraMidEventLeavesTheFirstSecondsInTheirFile)
         EXPECT_EQ(report.rfind("Event recording: \r\r\n", 0), 0u) << report;
         EXPECT_NE(report.find(Narrow(video)), std::string::npos) << report;
     }
-    run.program->Kill();
 }
 
-// The camera pulled mid-event and never returned: one report, written at
-// the pull, whose stop time is that of the last frame; the event's end and
-// the program's exit leave it as it is.
+// The camera pulled mid-event and never returned: one report, written at the pull, whose stop time is that of the last
+// frame; the event's end and the program's exit leave it as it is.
 TEST(RecordingSafety, ACameraPulledAndNotReturnedKeepsTheOneReportOfItsLastFrame)
 {
     ProgramRun run;
@@ -173,17 +159,15 @@ TEST(RecordingSafety, ACameraPulledAndNotReturnedKeepsTheOneReportOfItsLastFrame
     // The line has whole seconds; the last frame came within that second.
     long long last = MsOfDay(stamps.back().utcMs);
     EXPECT_LE(std::llabs(stop + 500 - last), 1000) << atPull;
-    long recorded = -1;
     size_t at = atPull.find("Number of recorded frames:  ");
     ASSERT_NE(at, std::string::npos) << atPull;
-    recorded = std::atol(atPull.c_str() + at + 28);
+    long recorded = std::atol(atPull.c_str() + at + 28);
     EXPECT_NEAR(static_cast<double>(recorded), static_cast<double>(stamps.size()), 2) << atPull;
     EXPECT_EQ(atPull.find(":  -"), std::string::npos) << "no negative count: " << atPull;
 }
 
-// The program killed mid-event and started again at once: the cut file is
-// repaired with its report and a line in User Messages, and the rest of the
-// event goes to another file.
+// The program killed mid-event and started again at once: the cut file is repaired with its report and a line in User
+// Messages, and the rest of the event goes to another file.
 TEST(RecordingSafety, AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnBesideIt)
 {
     ProgramRun run;
@@ -192,21 +176,19 @@ TEST(RecordingSafety, AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnB
     ASSERT_TRUE(run.Start());
     ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 30000));
     Sleep(10000);
-    uint64_t killedAt = NowMs();
+    uint64_t killedAt = synthcam::UtcMsSince2020Now();
     run.program->Kill();
     std::vector<std::wstring> cut = ListFiles(run.Videos(), L"*.avi");
     ASSERT_EQ(cut.size(), 1u);
     EXPECT_TRUE(ListFiles(run.Videos(), L"*.txt").empty());
 
-    Program again(run.folder);
-    ASSERT_TRUE(again.Start());
-    ASSERT_TRUE(again.WaitReady());
+    ASSERT_TRUE(run.Run());
+    Program& again = *run.program;
     std::wstring line = L"WARNING: recording \"VideoFiles\\" + cut[0] + L"\" was cut short and has been repaired: ";
     ASSERT_TRUE(again.WaitForMessage(line, 5000)) << Narrow(again.Messages());
-    HWND main = again.MainWindow();
-    ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kRecordingTitle; }, 10000));
+    ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 10000));
     // An event taken up late records for its whole duration from then on.
-    ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kMainTitle; }, 60000));
+    ASSERT_TRUE(run.WaitTitle(kMainTitle, 60000));
     std::vector<std::wstring> videos = run.Recordings(2);
     std::string messages = Narrow(again.Messages());
     again.Kill();
@@ -229,11 +211,11 @@ TEST(RecordingSafety, AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnB
     EXPECT_GE(static_cast<double>(beforeKill), 0.9 * made);
     EXPECT_GE(made, 9 * 30.0) << "the file starts at the event's start";
     std::string report = run.ReportOf(cut[0]);
-    EXPECT_NE(report.find("Number of recorded frames:  " + std::to_string(stamps.size())), std::string::npos)
-        << report;
+    EXPECT_NE(report.find("Number of recorded frames:  " + std::to_string(stamps.size())), std::string::npos) << report;
     EXPECT_NE(messages.find(std::to_string(stamps.size()) + " frames recovered"), std::string::npos) << messages;
 
-    std::vector<synthcam::FrameStamp> rest = testsupport::ReadRecordedStamps(Narrow(run.Videos() + L"\\" + videos[1]), 640);
+    std::vector<synthcam::FrameStamp> rest =
+        testsupport::ReadRecordedStamps(Narrow(run.Videos() + L"\\" + videos[1]), 640);
     ASSERT_FALSE(rest.empty());
     EXPECT_GT(rest.front().utcMs, killedAt);
 }

@@ -1,6 +1,5 @@
-// Scheduling inside the program, as a user does it: the Schedule Event
-// window makes and edits event files, and the View, Edit, Delete Events
-// list shows, sorts and deletes them.
+// Scheduling inside the program, as a user does it: the Schedule Event window makes and edits event files, and the
+// View, Edit, Delete Events list shows, sorts and deletes them.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -56,11 +55,9 @@ struct Scheduling : ProgramRun {
     void OpenSchedule() const { SendCommand(Main(), IDM_SCHEDULE); }
     void OpenList() const { SendCommand(Main(), IDM_EDIT_AND_DELETE); }
 
-    // The event moment as a user sets it: the picker a second short of it,
-    // then its seconds raised by the keyboard, which the program is told of.
-    // The seconds field wraps within its minute (59 steps up to 00 of the
-    // same minute), so the time set first is the moment with the seconds one
-    // below, in the moment's own minute.
+    // The event moment as a user sets it: the picker a second short of it, then its seconds raised by the keyboard,
+    // which the program is told of. The seconds field wraps within its minute (59 steps up to 00 of the same minute),
+    // so the time set first is the moment with the seconds one below, in the moment's own minute.
     void PickEventTime(const SYSTEMTIME& moment) const
     {
         SYSTEMTIME before = moment;
@@ -179,7 +176,6 @@ TEST(Scheduling, AnEventScheduledInTheWindowIsWrittenArmedAndRecorded)
     ASSERT_TRUE(WaitUntil([&] { return WindowText(run.Main()) == kRecordingTitle; }, 40000));
     ASSERT_TRUE(WaitUntil([&] { return WindowText(run.Main()) == kMainTitle; }, 30000));
     run.ExpectOneEventRecording(L"Vesta_TYC1234_", moment);
-    run.program->Kill();
 }
 
 // A default duration saved in its window is the duration a new event starts with. A time before the window
@@ -240,7 +236,6 @@ TEST(Scheduling, TheDefaultDurationTooSoonAnEventAndDisallowedCharacters)
     // The same comment text in a name field loses its brackets too.
     run.Type(kAsteroidEdit, L"ab (c)");
     EXPECT_EQ(WindowText(run.Item(run.schedule, kAsteroidEdit)), L"ab c");
-    run.program->Kill();
 }
 
 // Editing to a new time makes a file of the new name and removes the old;
@@ -281,12 +276,10 @@ TEST(Scheduling, EditingAnEventReplacesItsFile)
     ASSERT_EQ(files.size(), 1u);
     EXPECT_EQ(files[0], L"Ceres_" + TimeName(later) + L".mef");
     EXPECT_EQ(ListViewText(run.list, 0, 7), files[0]);
-    run.program->Kill();
 }
 
-// Five events listed, one selected: the plural question, as it counts rows.
-// No keeps them all; Yes deletes the one, ends the pending countdown and
-// arms the next.
+// Five events listed, one selected: the plural question, as it counts rows. No keeps them all; Yes deletes the one,
+// ends the pending countdown and arms the next.
 TEST(Scheduling, DeletingAsksByTheRowsAndRearmsTheNextEvent)
 {
     Scheduling run;
@@ -336,7 +329,6 @@ TEST(Scheduling, DeletingAsksByTheRowsAndRearmsTheNextEvent)
     AnswerMessageBox(box, IDYES);
     ASSERT_TRUE(WaitUntil([&] { return run.EventFiles().empty(); }, 5000));
     ASSERT_TRUE(WaitUntil([&] { return WindowText(run.Main()) == kMainTitle; }, 5000));
-    run.program->Kill();
 }
 
 // The rows and their cells, in both orders, with and without expired events; an unreadable file is a row of its
@@ -373,8 +365,7 @@ TEST(Scheduling, TheListSortsAndShowsItsCellsAndAFileThatCannotBeDeletedIsWarned
     Click(run.Item(run.listWindow, kShowExpiredBox));
     rows = ListViewRows(run.list, 8);
     ASSERT_EQ(rows.size(), 4u);
-    // The unreadable file counts as expired; its times are the zero time,
-    // the earliest of all.
+    // The unreadable file counts as expired; its times are the zero time, the earliest of all.
     EXPECT_EQ(rows[0], (std::vector<std::wstring>{L"", L"", L"", L"", L"", L"", check, L"broken.mef"}));
     EXPECT_EQ(rows[1][7], L"past.mef");
     EXPECT_EQ(rows[1][6], check);
@@ -401,13 +392,11 @@ TEST(Scheduling, TheListSortsAndShowsItsCellsAndAFileThatCannotBeDeletedIsWarned
     EXPECT_EQ(run.Count(L"WARNING: unable to delete"), 1);
     EXPECT_EQ(ListViewRowCount(run.list), 1);
     SetFileAttributesW(readOnly.c_str(), FILE_ATTRIBUTE_NORMAL);
-    run.program->Kill();
 }
 
-// While an event records, the two windows that stand open act on the folder
-// and the countdown only: a delete that removes nothing, the save of another
-// event, and the delete of that one (which cancels its countdown) leave the
-// event to end at its time with its file and report.
+// While an event records, the two windows that stand open act on the folder and the countdown only: a delete that
+// removes nothing, the save of another event, and the delete of that one (which cancels its countdown) leave the event
+// to end at its time with its file and report.
 TEST(Scheduling, DeletesAndASaveDuringAnEventLeaveItToEndAtItsTime)
 {
     Scheduling run;
@@ -443,5 +432,4 @@ TEST(Scheduling, DeletesAndASaveDuringAnEventLeaveItToEndAtItsTime)
     run.ExpectOneEventRecording(L"Vesta_", moment, 6 * 30);
     SetFileAttributesW((run.folder + L"\\Events\\Vesta_" + TimeName(moment) + L".mef").c_str(),
                        FILE_ATTRIBUTE_NORMAL);
-    run.program->Kill();
 }

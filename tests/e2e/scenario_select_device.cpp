@@ -1,9 +1,7 @@
-// The Video Input Device window, driven as a user would with two synthetic
-// cameras: a choice takes effect at once, Cancel puts the old device back,
-// Ignore and Restore move a device between the lists, OK writes the choice
-// into the options file, and the lists follow devices pulled and plugged.
-// "Side Cam" has a saved configuration at 800x600, "Sky Cam" runs at its
-// first format, 640x480, so the picture's size tells which device runs.
+// The Video Input Device window, driven as a user would with two synthetic cameras: a choice takes effect at once,
+// Cancel puts the old device back, Ignore and Restore move a device between the lists, OK writes the choice into the
+// options file, and the lists follow devices pulled and plugged. "Side Cam" has a saved configuration at 800x600, "Sky
+// Cam" runs at its first format, 640x480, so the picture's size tells which device runs.
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -68,12 +66,11 @@ SIZE Frame(HWND main)
 
 }  // namespace
 
-// A row chosen restarts the preview on that device at once and the main window takes its size; Cancel, or the
-// close box, brings the first device back. Ignoring the device in use hands the picture to the other; Restore
-// puts the device back in the list, and the first device is taken again. Opening either device window turns
-// Magnify off; while it is open "Magnify...", "Select Input Device..." and "Device Properties..." are grey, and
-// closing it by any of its ways enables them again. The menu is read from inside the program (another process
-// can't read it here).
+// A row chosen restarts the preview on that device at once and the main window takes its size; Cancel, or the close
+// box, brings the first device back. Ignoring the device in use hands the picture to the other; Restore puts the device
+// back in the list, and the first device is taken again. Opening either device window turns Magnify off; while it is
+// open "Magnify...", "Select Input Device..." and "Device Properties..." are grey, and closing it by any of its ways
+// enables them again. The menu is read from inside the program (another process can't read it here).
 TEST(SelectDevice, ChoosingIgnoringAndEitherDeviceWindowsGreyItems)
 {
     SelectRun run;
@@ -107,8 +104,7 @@ TEST(SelectDevice, ChoosingIgnoringAndEitherDeviceWindowsGreyItems)
     EXPECT_EQ(WindowRect(run.Main()).left, home.left) << "the wider window was pushed left to stay on the screen";
     EXPECT_EQ(run.Count(kRestoredLine), 1) << Narrow(run.program->Messages());
 
-    // The close box is a Cancel too, and puts the main window back where
-    // it stood when the window opened.
+    // The close box is a Cancel too, and puts the main window back where it stood when the window opened.
     ASSERT_TRUE(run.Open());
     run.ChooseRow(1);
     EXPECT_TRUE(run.WaitPicture(800, 600));
@@ -192,13 +188,11 @@ TEST(SelectDevice, ChoosingIgnoringAndEitherDeviceWindowsGreyItems)
         SendMessageW(run.window, WM_SYSCOMMAND, SC_CLOSE, 0);
         expectGrey(false, "after the close box");
     }
-    run.program->Kill();
 }
 
-// OK writes the ignored names and the default into the options file, and
-// says nothing. Clearing the default box on the default device takes the
-// flag off for this run only: the name stays in the file, and the device is
-// the default again at the next start.
+// OK writes the ignored names and the default into the options file, and says nothing. Clearing the default box on the
+// default device takes the flag off for this run only: the name stays in the file, and the device is the default again
+// at the next start.
 TEST(SelectDevice, OkWritesTheIgnoredAndDefaultNamesAndClearingTheDefaultLeavesItInTheFile)
 {
     SelectRun run;
@@ -218,7 +212,6 @@ TEST(SelectDevice, OkWritesTheIgnoredAndDefaultNamesAndClearingTheDefaultLeavesI
               std::string::npos)
         << file;
     EXPECT_EQ(run.program->Messages(), before) << "OK reports no line";
-    run.program->Kill();
 
     // The next start takes the default and leaves the ignored one out.
     ASSERT_TRUE(run.Run());
@@ -235,15 +228,12 @@ TEST(SelectDevice, OkWritesTheIgnoredAndDefaultNamesAndClearingTheDefaultLeavesI
     file = run.OptionsFile();
     EXPECT_NE(file.find("\t<DefaultVideoSource Value=\"Side Cam\"/>\r\n"), std::string::npos) << file;
     EXPECT_EQ(file.find("<ExcludedVideoSource"), std::string::npos) << file;
-    run.program->Kill();
 
     ASSERT_TRUE(run.Run());
     EXPECT_TRUE(run.WaitPicture(800, 600)) << "the default device again";
-    run.program->Kill();
 }
 
-// The only device, ignored: nothing to choose, no picture, no record
-// buttons; Restore brings it all back.
+// The only device, ignored: nothing to choose, no picture, no record buttons; Restore brings it all back.
 TEST(SelectDevice, OneIgnoredDeviceLeavesTheListEmptyAndRestoreBringsEverythingBack)
 {
     SelectRun run;
@@ -271,7 +261,6 @@ TEST(SelectDevice, OneIgnoredDeviceLeavesTheListEmptyAndRestoreBringsEverythingB
     HWND start = FindChild(run.program->RecordControlsWindow(), L"Button");
     EXPECT_TRUE(IsEnabled(start));
     EXPECT_TRUE(run.WaitPicture(640, 480));
-    run.program->Kill();
 }
 
 // Devices pulled and plugged while the window is open show in its lists at once; a device plugged in under the
@@ -315,5 +304,4 @@ TEST(SelectDevice, TheListsFollowDevicesPulledAndPluggedAndAChosenDeviceIsTheAct
     EXPECT_EQ(run.Pull(L"Spare Cam"), 1);
     EXPECT_EQ(run.Count(L"Active video capture device \"Spare Cam\" disconnected\r\n"), 1)
         << Narrow(run.program->Messages());
-    run.program->Kill();
 }

@@ -19,8 +19,7 @@ TEST(Startup, NoOptionsNoDeviceReportsInOrderAndASecondInstanceChangesNothing)
 {
     std::wstring folder = MakeWorkFolderForCurrentTest();
     Program program(folder);
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
+    ASSERT_TRUE(program.StartReady());
 
     std::wstring text = program.Messages();
     size_t zone = text.find(L"Computer local time is ");
@@ -29,8 +28,7 @@ TEST(Startup, NoOptionsNoDeviceReportsInOrderAndASecondInstanceChangesNothing)
     ASSERT_NE(zone, std::wstring::npos) << Narrow(text);
     ASSERT_NE(noDevice, std::wstring::npos) << Narrow(text);
     ASSERT_NE(noOptions, std::wstring::npos) << Narrow(text);
-    // Queued lines are shown only at the end of start-up, behind everything
-    // reported once the window existed.
+    // Queued lines are shown only at the end of start-up, behind everything reported once the window existed.
     EXPECT_LT(zone, noDevice);
     EXPECT_LT(noDevice, noOptions);
     EXPECT_EQ(text.rfind(L"No Options File or unreadable Options File"), noOptions);
@@ -75,8 +73,7 @@ TEST(Startup, MissingIconsAreHarmlessAndTheCloseBoxEndsTheProgram)
     RemoveDirectoryW((folder + L"\\MavuVideoIcons").c_str());
 
     Program program(folder);
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
+    ASSERT_TRUE(program.StartReady());
     EXPECT_TRUE(IsVisible(program.UserMessagesWindow()));
     EXPECT_NE(program.Messages().find(L"No Options File or unreadable Options File"), std::wstring::npos);
     PostMessageW(program.MainWindow(), WM_CLOSE, 0, 0);
@@ -90,8 +87,7 @@ TEST(Startup, ProgramNameWithoutMavuCannotMakeTheDefaultFolders)
     // The program folder is found by the word MAVU in the file name; without
     // it the folders would go under the executable's own path, which is a file.
     Program program(MakeWorkFolderForCurrentTest(L"capture.exe"), L"capture.exe");
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
+    ASSERT_TRUE(program.StartReady());
     std::wstring text = program.Messages();
     size_t video = text.find(L"Unable to create \"VideoFiles\" directory under the process directory.  Check security "
                              L"settings.\r\n");

@@ -1,22 +1,20 @@
-// The camera started and stopped many times over, counting the stops that
-// don't come back: the platform's Direct3D has been seen to hang in a graph's
-// teardown. A preview cycle is a start of the program (the camera starts in
-// preview) and its Exit (the camera stops, the process ends); a recording
-// cycle is a press of Start and of Stop, each a stop of one graph and the
-// build of the next. The counts come from MAVU_STRESS_PREVIEW_CYCLES and
-// MAVU_STRESS_RECORDING_CYCLES (10 and 5 when unset).
+// The camera started and stopped many times over, counting the stops that don't come back: the platform's Direct3D has
+// been seen to hang in a graph's teardown. A preview cycle is a start of the program (the camera starts in preview) and
+// its Exit (the camera stops, the process ends); a recording cycle is a press of Start and of Stop, each a stop of one
+// graph and the build of the next. The counts come from MAVU_STRESS_PREVIEW_CYCLES and MAVU_STRESS_RECORDING_CYCLES (10
+// and 5 when unset).
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <cstdlib>
 
 #include "e2e/program_run.h"
+#include "ui/commands.h"
 
 using namespace e2e;
 
 namespace {
 
-constexpr unsigned kExitCommand = 33099;
 constexpr DWORD kHangMs = 20000;
 
 int Cycles(const char* variable, int fallback)
@@ -30,58 +28,50 @@ int Cycles(const char* variable, int fallback)
 
 TEST(Stress, PreviewAndRecordingCyclesAllComeBack)
 {
-    devicetest::SyntheticDevices devices;
-    ASSERT_TRUE(devices.Add(L"Sky Cam", L"webcam"));
-    std::wstring folder = MakeWorkFolderForCurrentTest();
-    WriteOptions(folder, Option("DefaultRenderer", "VMR9"));
+    ProgramRun run;
+    ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
+    WriteOptions(run.folder, Option("DefaultRenderer", "VMR9"));
 
     int previewCycles = Cycles("MAVU_STRESS_PREVIEW_CYCLES", 10);
     int previewHangs = 0, previewFailures = 0;
     for (int cycle = 0; cycle < previewCycles; ++cycle) {
-        Program program(folder);
-        if (!program.Start() || !program.WaitReady()) {
+        if (!run.Run()) {
             ++previewFailures;
-            program.Kill();
             continue;
         }
         Sleep(1000);
-        PostCommand(program.MainWindow(), kExitCommand);
-        if (!program.WaitExit(kHangMs)) {
+        PostCommand(run.Main(), IDM_EXIT);
+        if (!run.program->WaitExit(kHangMs)) {
             ++previewHangs;
             std::fprintf(stderr, "preview cycle %d: no exit within %lu ms\n", cycle + 1, kHangMs);
         }
-        program.Kill();
     }
 
     int recordingCycles = Cycles("MAVU_STRESS_RECORDING_CYCLES", 5);
     int recordingHangs = 0;
-    Program program(folder);
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
-    HWND main = program.MainWindow();
-    HWND start = FindChild(program.RecordControlsWindow(), L"Button", nullptr);
+    ASSERT_TRUE(run.Run());
+    HWND start = FindChild(run.program->RecordControlsWindow(), L"Button", nullptr);
     ASSERT_NE(start, nullptr);
     HWND stop = GetWindow(start, GW_HWNDNEXT);
     int done = 0;
     for (; done < recordingCycles; ++done) {
         Click(start);
-        if (!WaitUntil([&] { return WindowText(main) == kRecordingTitle; }, kHangMs)) {
+        if (!run.WaitTitle(kRecordingTitle, kHangMs)) {
             ++recordingHangs;
             std::fprintf(stderr, "recording cycle %d: no recording within %lu ms\n", done + 1, kHangMs);
             break;
         }
         Sleep(1000);
         Click(stop);
-        if (!WaitUntil([&] { return WindowText(main) == kMainTitle && IsEnabled(start); }, kHangMs)) {
+        if (!WaitUntil([&] { return WindowText(run.Main()) == kMainTitle && IsEnabled(start); }, kHangMs)) {
             ++recordingHangs;
             std::fprintf(stderr, "recording cycle %d: no preview within %lu ms\n", done + 1, kHangMs);
             break;
         }
     }
-    size_t reports = ListFiles(folder + L"\\VideoFiles", L"*.txt").size();
-    PostCommand(main, kExitCommand);
-    bool exited = program.WaitExit(kHangMs);
-    program.Kill();
+    size_t reports = ListFiles(run.Videos(), L"*.txt").size();
+    PostCommand(run.Main(), IDM_EXIT);
+    bool exited = run.program->WaitExit(kHangMs);
 
     std::printf("preview cycles %d: %d hung, %d failed to start; recording cycles %d of %d done: %d hung; "
                 "reports %zu; last exit %s\n",

@@ -58,7 +58,6 @@ TEST(ToolWindows, MagnifyDoublesThePictureAndBrightnessWithoutTheFileOptionIsThe
     SendMessageW(window, WM_CLOSE, 0, 0);
     EXPECT_FALSE(IsVisible(window));
     EXPECT_TRUE(IsVisible(run.program->RecordControlsWindow()));
-    run.program->Kill();
 }
 
 namespace {
@@ -161,15 +160,13 @@ TEST(ToolWindows, BrightnessContrastAndPixelSaturationActOnThePreviewAndSave)
         Sleep(500);
         EXPECT_EQ(WarningPixels("saturation-removed", run.Clipping()), 0);
     }
-    run.program->Kill();
     if (!pictured)
         GTEST_SKIP() << kNoPictureHere;
 }
 
-// Counts outside 2 to 30 are refused with the line, and the box shows "2". Frame Integration at 4: the preview
-// adds four frames, three of them less the sky's background, so the background stays near its level where the
-// plain sum would be four times as bright; a recording turns the tool off and its file holds every frame as the
-// camera made it.
+// Counts outside 2 to 30 are refused with the line, and the box shows "2". Frame Integration at 4: the preview adds
+// four frames, three of them less the sky's background, so the background stays near its level where the plain sum
+// would be four times as bright; a recording turns the tool off and its file holds every frame as the camera made it.
 TEST(ToolWindows, FrameIntegrationRefusesCountsOutsideTwoToThirtyKeepsTheBackgroundAndARecordingTurnsItOff)
 {
     ProgramRun run;
@@ -207,7 +204,6 @@ TEST(ToolWindows, FrameIntegrationRefusesCountsOutsideTwoToThirtyKeepsTheBackgro
     long missing = testsupport::MissingStampedFrames(stamps);
     EXPECT_GE(missing, 0);
     EXPECT_LE(missing, testsupport::ReportedDroppedFrames(recording.report)) << recording.report;
-    run.program->Kill();
     if (!pictured)
         GTEST_SKIP() << kNoPictureHere;
 }

@@ -8,8 +8,7 @@ set(MAVU_E2E_SCENARIOS
     Options.StartUpReadsTheFileOrItsFallbackOrSaysItCannot
     OptionWindows.FileOptionsPrefixesHostNameAndFolderAreFilteredSavedAndUsed
     OptionWindows.PerformanceChangesTheRendererAndRestarts
-    OptionWindows.MiscellaneousSavesOnlyChangesAndAFailedWriteWarns
-    OptionWindows.EventPendingSwitchesTheCountdownAtOnce
+    OptionWindows.EventPendingSwitchesTheCountdownAndMiscellaneousSavesOnlyChangesAndAFailedWriteWarns
     OptionWindows.CodecSelectorPairsTheCompressorAndTheNextRecordingUsesIt
     Options.SavedPositionsFolderCameraAndCodecPairSurviveRestartAndSaveAgain
     Video.Vmr9PreviewIsSizedLiveAndTogglesPixelSaturation
@@ -61,8 +60,7 @@ set(MAVU_E2E_LONG_SCENARIOS
     Scheduling.AnEventScheduledInTheWindowIsWrittenArmedAndRecorded
     SelectDevice.TheListsFollowDevicesPulledAndPluggedAndAChosenDeviceIsTheActiveOne
     DeviceFormat.TickingAutoDetectAgainFindsTheStandardByTrial
-    DeviceFormat.TheDeviceGoneWhileOpenLeavesEveryControlHarmless
-    DeviceFormat.ADeviceOfUnknownFormatIsReportedAndTheWindowShowsAsItStood
+    DeviceFormat.TheDeviceGoneWhileOpenLeavesEveryControlHarmlessAndAnUnknownFormatIsReported
     RecordingSafety.FullHdEventUnderLoadEndsWithItsReportAndAReadableFile
     RecordingSafety.ASecondCameraMidEventLeavesTheFirstSecondsInTheirFile
     RecordingSafety.ACameraPulledAndNotReturnedKeepsTheOneReportOfItsLastFrame
