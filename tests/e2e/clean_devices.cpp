@@ -1,5 +1,6 @@
-// Every scenario starts from a prefix without synthetic devices and with the platform's own VMR7: a test program that
-// ended early may have left a device or the VMR7 stand-in registered.
+// Every scenario starts from a prefix without synthetic devices and with the
+// platform's own VMR7: a test program that ended early may have left a
+// device or the VMR7 stand-in registered.
 #include <gtest/gtest.h>
 #include <objbase.h>
 

@@ -263,9 +263,10 @@ int RunUnix(const std::string& command, DWORD timeoutMs)
     PROCESS_INFORMATION process{};
     if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process))
         return -1;
-    // This platform starts a Unix program with no process handle and leaves garbage in the thread handle: closing that
-    // would close some other handle of this process (its registry root, as seen). Only a real process's handles are
-    // waited on and closed.
+    // This platform starts a Unix program with no process handle and leaves
+    // garbage in the thread handle: closing that would close some other
+    // handle of this process (its registry root, as seen). Only a real
+    // process's handles are waited on and closed.
     if (!process.hProcess)
         return 0;
     WaitForSingleObject(process.hProcess, timeoutMs);
@@ -304,7 +305,8 @@ SYSTEMTIME UtcInSeconds(int seconds)
     SYSTEMTIME now{};
     GetSystemTime(&now);
     SYSTEMTIME utc = Shifted(now, seconds);
-    // Event files hold whole seconds: a moment with milliseconds would not be the one the program reads back.
+    // Event files hold whole seconds: a moment with milliseconds would not be
+    // the one the program reads back.
     utc.wMilliseconds = 0;
     return utc;
 }
@@ -483,7 +485,8 @@ ManualRecording RecordByHand(const Program& program, DWORD ms, const std::wstrin
     std::wstring report = recording.avi.substr(0, recording.avi.size() - 4) + L".txt";
     if (!WaitUntil([&] { return GetFileAttributesW(report.c_str()) != INVALID_FILE_ATTRIBUTES; }, 10000))
         return {};
-    // The report is written whole at the stop; give its writer the moment to close it.
+    // The report is written whole at the stop; give its writer the moment
+    // to close it.
     Sleep(200);
     recording.report = ReadBytes(report);
     return recording;

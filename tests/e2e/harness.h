@@ -1,5 +1,6 @@
-// Drives the real program from outside, as a user would: starts it in a fresh working folder, finds its windows, sends
-// commands and clicks, reads what it shows, and waits for conditions with a timeout.
+// Drives the real program from outside, as a user would: starts it in a
+// fresh working folder, finds its windows, sends commands and clicks, reads
+// what it shows, and waits for conditions with a timeout.
 #pragma once
 
 #include <windows.h>
@@ -22,7 +23,8 @@ std::wstring BinFolder();
 // the program and its icons. The program's relative paths resolve there.
 std::wstring MakeWorkFolder(const std::wstring& name, const wchar_t* programName = nullptr);
 
-// The folder named after the running test: "<suite>.<test>". The program's copy may be given another file name.
+// The folder named after the running test: "<suite>.<test>". The program's
+// copy may be given another file name.
 std::wstring MakeWorkFolderForCurrentTest(const wchar_t* programName = nullptr);
 
 bool WaitUntil(const std::function<bool()>& condition, DWORD timeoutMs, DWORD intervalMs = 50);
@@ -41,9 +43,10 @@ void Click(HWND button);
 void SendCommand(HWND window, unsigned id);
 void PostCommand(HWND window, unsigned id);
 
-// Tells the program that device nodes came or went, as the system would (WM_DEVICECHANGE with DBT_DEVNODES_CHANGED):
-// this platform has no device node to tell it. Returns the program's answer, 1 for a change handled and 0 for one
-// dropped; -1 when no answer came in time.
+// Tells the program that device nodes came or went, as the system would
+// (WM_DEVICECHANGE with DBT_DEVNODES_CHANGED): this platform has no device
+// node to tell it. Returns the program's answer, 1 for a change handled and
+// 0 for one dropped; -1 when no answer came in time.
 LRESULT SendDeviceChange(HWND mainWindow, DWORD timeoutMs = 60000);
 
 // Files in a folder matching a pattern ("*.txt"), names only.
@@ -117,8 +120,9 @@ struct ManualRecording {
     std::wstring avi;  // full path; empty when a step failed
     std::string report;  // the report's bytes
 };
-// Clicks Start, records for about `ms`, clicks Stop and waits for the new file's report; the files go to `videoFolder`
-// (the program's default "VideoFiles" when empty).
+// Clicks Start, records for about `ms`, clicks Stop and waits for the new
+// file's report; the files go to `videoFolder` (the program's default
+// "VideoFiles" when empty).
 ManualRecording RecordByHand(const Program& program, DWORD ms = 2000, const std::wstring& videoFolder = L"");
 
 }  // namespace e2e

@@ -1,6 +1,7 @@
-// Loaded into the program under test to look at what another process can't see on this platform: its main menu's state,
-// and whether each control's text fits the control in the control's own font. The harness starts an export as a remote
-// thread; the thread's exit code is the answer.
+// Loaded into the program under test to look at what another process can't
+// see on this platform: its main menu's state, and whether each control's
+// text fits the control in the control's own font. The harness starts an
+// export as a remote thread; the thread's exit code is the answer.
 #include <windows.h>
 #include <commctrl.h>
 
@@ -70,7 +71,8 @@ std::wstring TextOf(HWND control)
     return text;
 }
 
-// The size the text takes in the control's font: one line, or wrapped at the width given, as the control draws it.
+// The size the text takes in the control's font: one line, or wrapped at
+// the width given, as the control draws it.
 SIZE TextSize(HDC dc, const std::wstring& text, int wrapWidth, UINT extraFormat)
 {
     RECT box{0, 0, wrapWidth > 0 ? wrapWidth : 1, 0};
@@ -121,13 +123,15 @@ bool MeasureControl(HWND control, Fit& fit)
             fit.haveHeight -= 4;
             need = TextSize(dc, text, multiline ? fit.haveWidth : 0, 0);
         } else {
-            // Check boxes and radio buttons: the box, then half a character of space before the text.
+            // Check boxes and radio buttons: the box, then half a character
+            // of space before the text.
             const int box = GetSystemMetrics(SM_CXMENUCHECK) > 13 ? GetSystemMetrics(SM_CXMENUCHECK) : 13;
             fit.haveWidth -= box + metrics.tmAveCharWidth / 2;
             need = TextSize(dc, text, multiline ? fit.haveWidth : 0, 0);
         }
     } else if (lstrcmpiW(className.c_str(), DATETIMEPICK_CLASSW) == 0) {
-        // The shown text, inside the border and beside the drop-down button or the spin arrows.
+        // The shown text, inside the border and beside the drop-down button
+        // or the spin arrows.
         fit.haveWidth -= GetSystemMetrics(SM_CXVSCROLL) + 2 * GetSystemMetrics(SM_CXEDGE) + 2;
         need = TextSize(dc, text, 0, DT_NOPREFIX);
     } else {

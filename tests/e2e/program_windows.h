@@ -1,4 +1,5 @@
-// The program's windows that a menu command opens, by their class, for the scenarios that go through all of them.
+// The program's windows that a menu command opens, by their class, for the
+// scenarios that go through all of them.
 #pragma once
 
 #include "ui/commands.h"

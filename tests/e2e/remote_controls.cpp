@@ -128,9 +128,11 @@ void ClickListViewRow(HWND list, int row, bool addToSelection)
     buffer.Read(&rect, sizeof rect);
     int x = rect.left + 10;
     int y = (rect.top + rect.bottom) / 2;
-    // A mouse move without the button, reaching the list between the button down and up, makes it forget the press, and
-    // the up then gives no NM_CLICK. Wine sends such moves to the window under the pointer when windows change around
-    // it, so the pointer waits in the screen's far corner, away from every window of the program, and the move that
+    // A mouse move without the button, reaching the list between the button
+    // down and up, makes it forget the press, and the up then gives no
+    // NM_CLICK. Wine sends such moves to the window under the pointer when
+    // windows change around it, so the pointer waits in the screen's far
+    // corner, away from every window of the program, and the move that
     // parking it causes is let pass first.
     POINT corner{GetSystemMetrics(SM_CXSCREEN) - 1, GetSystemMetrics(SM_CYSCREEN) - 1};
     POINT pointer{};

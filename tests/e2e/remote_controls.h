@@ -1,5 +1,6 @@
-// Common controls of the program, driven from the test process: date-time pickers and list views keep their data in the
-// program's memory, so their messages go through a buffer allocated in that process.
+// Common controls of the program, driven from the test process: date-time
+// pickers and list views keep their data in the program's memory, so their
+// messages go through a buffer allocated in that process.
 #pragma once
 
 #include <windows.h>
@@ -13,8 +14,9 @@ namespace e2e {
 bool SetPickerTime(HWND picker, const SYSTEMTIME& time);
 // The picker's time; false when it holds none.
 bool PickerTime(HWND picker, SYSTEMTIME* time);
-// Raises one field of a picker by one step as a user would, with a click and keys (field 0 is the first, e.g. the month
-// of "MMM d',' yyyy HH':'mm':'ss", 5 its seconds), so that the program is told of the change.
+// Raises one field of a picker by one step as a user would, with a click
+// and keys (field 0 is the first, e.g. the month of "MMM d',' yyyy
+// HH':'mm':'ss", 5 its seconds), so that the program is told of the change.
 void StepPickerFieldUp(HWND picker, int field);
 
 int ListViewRowCount(HWND list);

@@ -1,6 +1,8 @@
-// The two USB grabbers' analog standard, found at start-up by trial: the signal's standard is what the recording is
-// made in and what its report says. The trial counts the frames VMR7 drew; this platform's VMR7 can't count, so these
-// scenarios put the stand-in renderer under VMR7's class id for their run.
+// The two USB grabbers' analog standard, found at start-up by trial: the
+// signal's standard is what the recording is made in and what its report
+// says. The trial counts the frames VMR7 drew; this platform's VMR7 can't
+// count, so these scenarios put the stand-in renderer under VMR7's class id
+// for their run.
 #include <gtest/gtest.h>
 
 #include "e2e/program_run.h"

@@ -1,7 +1,9 @@
-// The Device Properties window, driven as a user would: a frame size chosen in its list restarts the camera at that
-// size, the sliders set the device's picture properties, Set Default Values and Cancel put them back, OK with Save
-// writes the device's configuration for the next start, and a grabber's standard is chosen by hand. Property values are
-// read back from the synthetic camera itself.
+// The Device Properties window, driven as a user would: a frame size chosen
+// in its list restarts the camera at that size, the sliders set the
+// device's picture properties, Set Default Values and Cancel put them back,
+// OK with Save writes the device's configuration for the next start, and a
+// grabber's standard is chosen by hand. Property values are read back from
+// the synthetic camera itself.
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -92,9 +94,10 @@ struct FormatRun : ProgramRun {
 
 }  // namespace
 
-// A webcam's window: its name in the title, "Digital" in place of the standards, its rates and sizes (none under
-// 640x480: those are never offered); 15 frames and 800x600 chosen restart the camera at that rate and size, and OK
-// keeps them for the next recording without writing anything.
+// A webcam's window: its name in the title, "Digital" in place of the
+// standards, its rates and sizes (none under 640x480: those are never
+// offered); 15 frames and 800x600 chosen restart the camera at that rate and
+// size, and OK keeps them for the next recording without writing anything.
 TEST(DeviceFormat, ASizeChosenInTheListRestartsTheCameraAtThatSize)
 {
     FormatRun run;
@@ -129,8 +132,9 @@ TEST(DeviceFormat, ASizeChosenInTheListRestartsTheCameraAtThatSize)
     EXPECT_EQ(run.OptionsFile().find("VConfig"), std::string::npos);
 }
 
-// Sliders act on the device at once, by page and by a dragged thumb, but not at the thumb's release; Set Default Values
-// puts device and sliders to the defaults; Cancel puts back the size and the values of the opening.
+// Sliders act on the device at once, by page and by a dragged thumb, but
+// not at the thumb's release; Set Default Values puts device and sliders
+// to the defaults; Cancel puts back the size and the values of the opening.
 TEST(DeviceFormat, SlidersSetTheDeviceDefaultsResetItAndCancelRestoresTheOpening)
 {
     FormatRun run;
@@ -175,8 +179,9 @@ TEST(DeviceFormat, SlidersSetTheDeviceDefaultsResetItAndCancelRestoresTheOpening
     EXPECT_EQ(run.SliderPosition(kBrightnessRow), 12);
 }
 
-// OK with Save writes the device's VConfig; the box is still ticked at the next opening; the close box keeps a change
-// without restoring anything; and the next start-up puts the saved size and brightness on the device.
+// OK with Save writes the device's VConfig; the box is still ticked at the
+// next opening; the close box keeps a change without restoring anything;
+// and the next start-up puts the saved size and brightness on the device.
 TEST(DeviceFormat, OkWithSaveWritesTheConfigurationAndTheNextStartAppliesIt)
 {
     FormatRun run;
@@ -200,7 +205,8 @@ TEST(DeviceFormat, OkWithSaveWritesTheConfigurationAndTheNextStartAppliesIt)
     EXPECT_EQ(run.DeviceValue(VideoProcAmp_Contrast), 70);
     EXPECT_EQ(run.program->CountMessages(kRestored), 0);
 
-    // A new program binds the device anew, at its defaults, and applies the saved configuration.
+    // A new program binds the device anew, at its defaults, and applies the
+    // saved configuration.
     ASSERT_TRUE(run.Run());
     EXPECT_EQ(run.Picture().cx, 800);
     EXPECT_EQ(run.Picture().cy, 600);
@@ -267,9 +273,10 @@ TEST(DeviceFormat, AGrabbersStandardsAreGreyUnderAutoDetectAndPalRestartsAt720x5
     EXPECT_EQ(sizes[0], L"720x480");
 }
 
-// With a renderer that counts frames the grabber's standard is found at start-up (PAL). Chosen by hand, NTSC puts the
-// camera on 30 frames; ticking Auto Detect again runs the trial, which finds PAL once more and says so, and the camera
-// comes back at 720x576 and 25 frames with the radios grey.
+// With a renderer that counts frames the grabber's standard is found at
+// start-up (PAL). Chosen by hand, NTSC puts the camera on 30 frames; ticking
+// Auto Detect again runs the trial, which finds PAL once more and says so,
+// and the camera comes back at 720x576 and 25 frames with the radios grey.
 TEST(DeviceFormat, TickingAutoDetectAgainFindsTheStandardByTrial)
 {
     vmr7standin::StandInRegistration standIn;
@@ -302,7 +309,8 @@ TEST(DeviceFormat, TickingAutoDetectAgainFindsTheStandardByTrial)
     ExpectRecordedAt(*run.program, 720, 576, "25", "PAL");
 }
 
-// No picture properties: the group holds "Set Default Values" alone, which then says it can't.
+// No picture properties: the group holds "Set Default Values" alone, which
+// then says it can't.
 TEST(DeviceFormat, ADeviceWithoutPicturePropertiesShowsOnlySetDefaultValues)
 {
     FormatRun run;

@@ -15,8 +15,9 @@ using namespace e2e;
 
 namespace {
 
-// Texts that the windows' fixed layout gives too little room in this platform's fonts (Wine's Tahoma, and a 0.60 em
-// fixed face where Consolas is 0.55 em). They are listed here so that any other cut text fails.
+// Texts that the windows' fixed layout gives too little room in this
+// platform's fonts (Wine's Tahoma, and a 0.60 em fixed face where Consolas
+// is 0.55 em). They are listed here so that any other cut text fails.
 struct TooNarrow {
     const wchar_t* window;
     const wchar_t* text;  // the start of the control's text

@@ -1,5 +1,6 @@
-// Scheduled events recorded by themselves: the countdown, the recording centred on the predicted moment, what loading
-// says, stopping by hand, and the power countdown.
+// Scheduled events recorded by themselves: the countdown, the recording
+// centred on the predicted moment, what loading says, stopping by hand, and
+// the power countdown.
 #include <gtest/gtest.h>
 
 #include "e2e/program_run.h"
@@ -15,8 +16,9 @@ using namespace e2e;
 
 namespace {
 
-// Whether a process has the shut-down privilege enabled in its token. The platform starts a process with it present and
-// disabled; only a shut down that was really attempted enables it.
+// Whether a process has the shut-down privilege enabled in its token. The
+// platform starts a process with it present and disabled; only a shut down
+// that was really attempted enables it.
 bool ShutdownPrivilegeEnabled(DWORD processId)
 {
     HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, processId);
@@ -71,7 +73,8 @@ void RecordOneEvent(const Environment& environment)
     EXPECT_EQ(WindowText(countdown), L"Recording Event");
     ASSERT_TRUE(run.WaitTitle(kMainTitle, 30000));
     EXPECT_TRUE(WaitUntil([&] { return !IsVisible(countdown); }, 5000));
-    // Named by the event and its nominal start (the moment less half the duration), in UTC.
+    // Named by the event and its nominal start (the moment less half the
+    // duration), in UTC.
     SYSTEMTIME nominal = Shifted(moment, -5);
     std::vector<std::wstring> videos = run.Recordings();
     ASSERT_EQ(videos.size(), 1u);
@@ -99,8 +102,10 @@ TEST(Events, OneEventRecordsCentredOnItsMoment)
     RecordOneEvent({});
 }
 
-// Local time behind UTC: the deadline is kept in local time. A Wine process takes its zone from the Unix TZ of the
-// process that started it, so the ctest entry of this scenario runs the whole test program with TZ=America/New_York.
+// Local time behind UTC: the deadline is kept in local time. A Wine process
+// takes its zone from the Unix TZ of the process that started it, so the
+// ctest entry of this scenario runs the whole test program with
+// TZ=America/New_York.
 TEST(Events, OneEventRecordsCentredOnItsMomentInNewYork)
 {
     wchar_t zone[64] = L"";
@@ -110,8 +115,9 @@ TEST(Events, OneEventRecordsCentredOnItsMomentInNewYork)
     RecordOneEvent({{L"TZ", L"America/New_York"}});
 }
 
-// An event file edited by hand, in code page 1252 (the ctest entry's LC_ALL=C.UTF-8 gives it to the program): its
-// accented comment doesn't keep it from being read.
+// An event file edited by hand, in code page 1252 (the ctest entry's
+// LC_ALL=C.UTF-8 gives it to the program): its accented comment doesn't keep
+// it from being read.
 TEST(Events, HandWrittenEventWithAnAccentedCommentIsListedAndRecorded)
 {
     ASSERT_TRUE(NarrowCodePageIs1252());
@@ -252,8 +258,9 @@ TEST(Events, ShutdownAtTheEndOfTheCountIsWhatThePlatformGives)
 {
     ProgramRun run;
     WriteEvent(run.folder, L"power", UtcInSeconds(10), 4, "", "", false, true);
-    // The next event is armed as the count begins, and its requests are the ones the count's end acts on. Its hibernate
-    // request is dropped at arming here, as this platform can't hibernate; its shut down stays.
+    // The next event is armed as the count begins, and its requests are the
+    // ones the count's end acts on. Its hibernate request is dropped at
+    // arming here, as this platform can't hibernate; its shut down stays.
     WriteEvent(run.folder, L"sleepy", UtcInSeconds(600), 4, "", "", true, true);
     ASSERT_TRUE(run.StartWithSkyCam());
     HWND power = run.Window(L"Hibernate");

@@ -1,5 +1,6 @@
-// The disk of the video folder: a warning when an event won't fit, and a disk that fills during a recording, which
-// stops the recording in time for its file and report and leaves the program and the next events running.
+// The disk of the video folder: a warning when an event won't fit, and a
+// disk that fills during a recording, which stops the recording in time for
+// its file and report and leaves the program and the next events running.
 #include <gtest/gtest.h>
 
 #include "e2e/program_run.h"
@@ -54,7 +55,8 @@ TEST(Disk, AFullDiskStopsTheRecordingWithItsFileAndReportAndTheNextEventRecords)
     SmallVolume volume(videos, 200);
     if (!volume.Mounted())
         GTEST_SKIP() << "a tmpfs can't be mounted here (the test needs root)";
-    // 640x480 YUY2 at 30 a second is 18 MB a second: 30 s need 530 MB, and 5 s fit.
+    // 640x480 YUY2 at 30 a second is 18 MB a second: 30 s need 530 MB, and
+    // 5 s fit.
     WriteEvent(folder, L"a_big", UtcInSeconds(25), 30, "Big");
     WriteEvent(folder, L"b_small", UtcInSeconds(75), 5, "Small");
     ASSERT_TRUE(run.StartWithSkyCam(Option("VideoDirectory", Narrow(videos + L"\\").c_str())));
@@ -84,7 +86,8 @@ TEST(Disk, AFullDiskStopsTheRecordingWithItsFileAndReportAndTheNextEventRecords)
     EXPECT_GT(probed.frames, 100);
     std::printf("full disk: %d frames in the file, %llu MB left free\n", probed.frames,
                 static_cast<unsigned long long>(FreeMb(videos)));
-    // The program still answers, and the event still counts as recording until its end.
+    // The program still answers, and the event still counts as recording
+    // until its end.
     DWORD_PTR answer = 0;
     EXPECT_TRUE(SendMessageTimeoutW(main, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 5000, &answer));
     EXPECT_EQ(WindowText(main), kRecordingTitle);

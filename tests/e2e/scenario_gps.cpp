@@ -1,6 +1,7 @@
-// The USB GPS receiver as a user meets it, with the synthetic receiver on a COM port of the prefix: the search and its
-// notice, the window and its five-second refresh, the position in a recording's report, the link's return after an
-// event, and a receiver that is pulled out mid-run.
+// The USB GPS receiver as a user meets it, with the synthetic receiver on a
+// COM port of the prefix: the search and its notice, the window and its
+// five-second refresh, the position in a recording's report, the link's
+// return after an event, and a receiver that is pulled out mid-run.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -109,7 +110,8 @@ struct GpsRun : ProgramRun {
     }
 };
 
-// The four lines of the synthetic receiver's fix, as the report's text stream writes them.
+// The four lines of the synthetic receiver's fix, as the report's text
+// stream writes them.
 void ExpectPositionOfTheFix(const std::string& report)
 {
     EXPECT_NE(report.find("Latitude: 48.070038 N\r"), std::string::npos) << report;
@@ -185,7 +187,8 @@ TEST(Gps, ReceiverOnlyOnCom10IsNotFoundAfterAScanThatWaitsOnASilentCom1)
 {
     GpsRun run;
     ASSERT_TRUE(run.Start(10));
-    // A port that opens and stays silent, as the host's serial port that Wine maps to COM1 does.
+    // A port that opens and stays silent, as the host's serial port that
+    // Wine maps to COM1 does.
     testsupport::SyntheticGps silent;
     ASSERT_TRUE(silent.Start(1, 4800, "silence", true));
     Program& program = *run.program;
@@ -201,7 +204,8 @@ TEST(Gps, ReceiverOnlyOnCom10IsNotFoundAfterAScanThatWaitsOnASilentCom1)
     }
     EXPECT_FALSE(IsVisible(notice));
     EXPECT_EQ(program.Messages().find(L"USB GPS connected"), std::wstring::npos);
-    // The receiver's side sees the last close a moment after the program has reported.
+    // The receiver's side sees the last close a moment after the program
+    // has reported.
     WaitUntil([&] { return silent.ClosedAtRates().size() >= 4; }, 3000);
     EXPECT_EQ(silent.ClosedAtRates(), (std::vector<int>{38400, 19200, 9600, 4800}));
     EXPECT_EQ(run.receiver.PortEvents().size(), 1u) << "COM10 is never opened";
@@ -295,7 +299,8 @@ TEST(Gps, HangUpMidRunKeepsTheProgramAnsweringAndItsHandlesLevel)
 
     ASSERT_TRUE(run.receiver.HangUp());
     ASSERT_TRUE(program.WaitForMessage(L"Zero bytes read for GPS values refresh", 15000));
-    // The ticks read on, on their own threads: the windows answer meanwhile and the values shown stay.
+    // The ticks read on, on their own threads: the windows answer meanwhile
+    // and the values shown stay.
     long most = connected;
     for (int i = 0; i < 10; ++i) {
         EXPECT_TRUE(Responds(run.Main()));
@@ -306,7 +311,8 @@ TEST(Gps, HangUpMidRunKeepsTheProgramAnsweringAndItsHandlesLevel)
     EXPECT_EQ(gps.Latitude(), L" 48.070038 N");
     EXPECT_EQ(program.Messages().find(L"Cannot find GPGGA string"), std::wstring::npos);
 
-    // Close ends the link: the ticks still reading give up, each with its line, and nothing more comes.
+    // Close ends the link: the ticks still reading give up, each with its
+    // line, and nothing more comes.
     Click(gps.Button(L"Close"));
     ASSERT_TRUE(program.WaitForMessage(L"GPS connection is closed", 10000));
     ASSERT_TRUE(program.WaitForMessage(L"GPS information is not valid", 15000));

@@ -1,6 +1,7 @@
-// A USB device pulled and plugged back while the program runs: a recording goes on in numbered files, the preview moves
-// to another device and back, and every change says what happened. The synthetic camera is pulled as a cable would be
-// and the test then sends the notification the system would.
+// A USB device pulled and plugged back while the program runs: a recording
+// goes on in numbered files, the preview moves to another device and back,
+// and every change says what happened. The synthetic camera is pulled as a
+// cable would be and the test then sends the notification the system would.
 #include <gtest/gtest.h>
 
 #include "e2e/program_run.h"
@@ -22,7 +23,8 @@ void ExpectHandled(LRESULT answer, const ProgramRun& run, const std::wstring& li
     EXPECT_EQ(run.Count(line), 1) << Narrow(run.program->Messages());
 }
 
-// The picture and the record buttons are up exactly while a device is in use.
+// The picture and the record buttons are up exactly while a device is in
+// use.
 void ExpectDeviceInUse(const ProgramRun& run, HWND clipping, bool inUse)
 {
     EXPECT_EQ(IsVisible(clipping), inUse);
@@ -72,8 +74,9 @@ void ExpectNothingLost(const Piece& piece, const char* heading)
     EXPECT_NE(piece.report.find("Video source device: Sky Cam\r\r\n"), std::string::npos);
 }
 
-// The gap between two pieces holds the time the device was away, and not much more: the end of one is the pull, the
-// start of the next is the camera's start after the plug.
+// The gap between two pieces holds the time the device was away, and not
+// much more: the end of one is the pull, the start of the next is the
+// camera's start after the plug.
 void ExpectGapOnlyWhileAway(const Piece& before, const Piece& after, uint64_t pulledAt, uint64_t pluggedAt)
 {
     SCOPED_TRACE(Narrow(before.name) + " to " + Narrow(after.name));
@@ -207,7 +210,8 @@ TEST(HotPlug, EachChangeGivesItsLineTheNextDeviceTakesOverAndTheDefaultTakesOver
     ASSERT_NE(clipping, nullptr);
     ExpectDeviceInUse(run, clipping, true);
 
-    // An unusable device is refused the first time it comes, and from then on doesn't count as attached.
+    // An unusable device is refused the first time it comes, and from then
+    // on doesn't count as attached.
     const std::wstring refused = L"Device \"Tiny Cam\" cannot be used for video capture\r\n";
     ASSERT_EQ(run.Plug(L"Tiny Cam", L"small"), 1);
     EXPECT_EQ(run.Count(refused), 1);
@@ -218,7 +222,8 @@ TEST(HotPlug, EachChangeGivesItsLineTheNextDeviceTakesOverAndTheDefaultTakesOver
 
     ExpectHandled(run.Pull(L"Hidden Cam"), run, L"Ignored video capture device \"Hidden Cam\" disconnected\r\n");
 
-    // Two pulled before one notification: it handles the first; the second waits for the next one.
+    // Two pulled before one notification: it handles the first; the second
+    // waits for the next one.
     ASSERT_TRUE(run.devices.Pull(L"Spare Two"));
     ASSERT_TRUE(run.devices.Pull(L"Spare One"));
     ASSERT_EQ(SendDeviceChange(run.Main()), 1);

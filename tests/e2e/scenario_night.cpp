@@ -1,5 +1,6 @@
-// A night of events in one run of the program: twenty recordings in a row, each complete, and the process no bigger
-// after the last than after the first.
+// A night of events in one run of the program: twenty recordings in a row,
+// each complete, and the process no bigger after the last than after the
+// first.
 #include <gtest/gtest.h>
 
 #include "e2e/program_run.h"
@@ -21,8 +22,9 @@ struct ProcessFigures {
     double privateMb = -1;
 };
 
-// What the process holds, read from outside it. The handle count is the platform's GetProcessHandleCount where it gives
-// one, and the system's handle table where it answers 0 (as under Wine).
+// What the process holds, read from outside it. The handle count is the
+// platform's GetProcessHandleCount where it gives one, and the system's
+// handle table where it answers 0 (as under Wine).
 ProcessFigures Measure(DWORD processId)
 {
     ProcessFigures figures;
@@ -51,7 +53,8 @@ double HostPrivateMb(const std::wstring& folder)
     std::replace(out.begin(), out.end(), '\\', '/');
     std::string name = Narrow(folder.substr(folder.find_last_of(L'\\') + 1));
     DeleteFileW((folder + L"\\rss.txt").c_str());
-    // The first letter in brackets keeps the pattern from finding the shell that runs it.
+    // The first letter in brackets keeps the pattern from finding the shell
+    // that runs it.
     std::string pattern = "[" + name.substr(0, 1) + "]" + name.substr(1) + ".MAVU_VideoCapture";
     RunUnix("for p in $(pgrep -f '" + pattern + "'); do grep RssAnon /proc/$p/status; done > '" + out + ".part'; mv '" +
             out + ".part' '" + out + "'");

@@ -1,4 +1,5 @@
-// The recording option windows: each sets its options, saves them with its line, and the program acts on them.
+// The recording option windows: each sets its options, saves them with its
+// line, and the program acts on them.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -78,11 +79,12 @@ void Type(HWND window, int id, const wchar_t* text)
 
 }  // namespace
 
-// The File Options window: a slash typed into the video prefix is taken out again with its line, the log prefix takes
-// twenty characters and no more, and Host Name gives the computer's name, its disallowed characters taken out with a
-// line, in lower case, as the global prefix. Save stores them, the default folder as no folder, and the next recording
-// carries the prefix. A folder chosen in the platform's folder picker is where the next recording goes, and, too long
-// for its value, shows whole in a pop-up while the mouse rests on it; Use Default, then Save, stores no folder again.
+// The File Options window: a slash typed into the video prefix is taken out again with its line, the log prefix
+// takes twenty characters and no more, and Host Name gives the computer's name, its disallowed characters taken
+// out with a line, in lower case, as the global prefix. Save stores them, the default folder as no folder, and
+// the next recording carries the prefix. A folder chosen in the platform's folder picker is where the next
+// recording goes, and, too long for its value, shows whole in a pop-up while the mouse rests on it; Use Default,
+// then Save, stores no folder again.
 TEST(OptionWindows, FileOptionsPrefixesHostNameAndFolderAreFilteredSavedAndUsed)
 {
     // The computer named for the running server as this platform would ("Lab+PC#1.local").
@@ -170,7 +172,8 @@ TEST(OptionWindows, FileOptionsPrefixesHostNameAndFolderAreFilteredSavedAndUsed)
         << run.OptionsFile();
     EXPECT_EQ(RecordInto(*run.program, chosen).size(), 1u);
 
-    // Use Default, then Save: no folder is stored, though the default is a folder like any other.
+    // Use Default, then Save: no folder is stored, though the default is a
+    // folder like any other.
     window = run.Open(IDM_FILE_OPTIONS, L"FileOptions");
     ASSERT_NE(window, nullptr);
     Click(GetDlgItem(window, kFileVideoUseDefault));
@@ -187,8 +190,9 @@ TEST(OptionWindows, FileOptionsPrefixesHostNameAndFolderAreFilteredSavedAndUsed)
 TEST(OptionWindows, EventPendingSwitchesTheCountdownAndMiscellaneousSavesOnlyChangesAndAFailedWriteWarns)
 {
     ProgramRun run;
-    // The countdown shows about the event's distance, the clock the time of day: an event an hour ahead, or two when
-    // the clock itself reads about one o'clock, keeps the two texts apart.
+    // The countdown shows about the event's distance, the clock the time of
+    // day: an event an hour ahead, or two when the clock itself reads about
+    // one o'clock, keeps the two texts apart.
     const int eventAhead = std::abs(UtcSecondsOfDay() - 3600) < 300 ? 7200 : 3600;
     WriteEvent(run.folder, L"later", UtcInSeconds(eventAhead), 10);
     ASSERT_TRUE(run.StartWithSkyCam());
@@ -255,7 +259,8 @@ TEST(OptionWindows, EventPendingSwitchesTheCountdownAndMiscellaneousSavesOnlyCha
     EXPECT_EQ(run.program->CountMessages(L"No Options File"), 0);
 }
 
-// OK puts a renderer in force with a restart; the next recording's report names it. Save writes it.
+// OK puts a renderer in force with a restart; the next recording's report
+// names it. Save writes it.
 TEST(OptionWindows, PerformanceChangesTheRendererAndRestarts)
 {
     ProgramRun run;
@@ -293,9 +298,10 @@ TEST(OptionWindows, PerformanceChangesTheRendererAndRestarts)
     EXPECT_NE(run.OptionsFile().find(Option("DefaultRenderer", "VMR9")), std::string::npos) << run.OptionsFile();
 }
 
-// The Codec Selector lists what the trial connected for the camera's format. The test compressor chosen for YUY2 with
-// the save box is written as the pair, and the next recording goes through it; at the next opening the last row of that
-// name is the selected one.
+// The Codec Selector lists what the trial connected for the camera's
+// format. The test compressor chosen for YUY2 with the save box is written
+// as the pair, and the next recording goes through it; at the next opening
+// the last row of that name is the selected one.
 TEST(OptionWindows, CodecSelectorPairsTheCompressorAndTheNextRecordingUsesIt)
 {
     testsupport::RegisteredTestCompressor compressor;

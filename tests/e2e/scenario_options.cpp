@@ -76,8 +76,9 @@ TEST(Options, SavedPositionsFolderCameraAndCodecPairSurviveRestartAndSaveAgain)
     // A folder that the user picked exists, and is stored with a backslash at its end.
     CreateDirectoryW((folder + L"\\VideoFiles").c_str(), nullptr);
     ASSERT_TRUE(CreateDirectoryW((folder + L"\\VideoFiles\\Vid\u00E9os").c_str(), nullptr));
-    // The device list keys a camera by its name cleaned to the characters 32 to 126, which takes the accent out:
-    // "Camra" is what choosing this camera as the default stores.
+    // The device list keys a camera by its name cleaned to the characters
+    // 32 to 126, which takes the accent out: "Camra" is what choosing this
+    // camera as the default stores.
     WriteOptions(folder, Option("VideoDirectory", "VideoFiles\\Vid\xE9os\\") + Option("DefaultVideoSource", "Camra") +
                              Option("DefaultRenderer", "VMR9") + Option("SubtypeCodecPair", "YUY2|NONE") +
                              Option("SubtypeCodecPair", "RGB24|No Such Codec"));

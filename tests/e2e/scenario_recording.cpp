@@ -101,8 +101,9 @@ TEST(Recording, ManualRecordingWritesTheAviAndItsReportAndGreysTheMenusMeanwhile
     EXPECT_NE(text.find(L"Stop recording at "), std::wstring::npos);
 }
 
-// Exit from the menu, or the close box, while a recording runs by hand or for an event: the program ends, and the
-// recording is stopped first, with its file finished and its report written.
+// Exit from the menu, or the close box, while a recording runs by hand or
+// for an event: the program ends, and the recording is stopped first, with
+// its file finished and its report written.
 TEST(Recording, ExitOrTheCloseBoxDuringARecordingFinishesItsFileAndReport)
 {
     constexpr unsigned kExitCommand = 33099;

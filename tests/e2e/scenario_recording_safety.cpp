@@ -1,5 +1,6 @@
-// What a recording has captured survives: a stop at full HD on a busy computer, a second camera plugged in mid-event, a
-// camera pulled and never returned, and a program killed mid-recording.
+// What a recording has captured survives: a stop at full HD on a busy
+// computer, a second camera plugged in mid-event, a camera pulled and never
+// returned, and a program killed mid-recording.
 #include <gtest/gtest.h>
 
 #include "e2e/program_run.h"
@@ -18,7 +19,8 @@ namespace {
 
 constexpr unsigned kExitCommand = 33099;
 
-// Keeps one core busy for a while from the Unix side, as another program would; it ends by itself.
+// Keeps one core busy for a while from the Unix side, as another program
+// would; it ends by itself.
 void KeepOneCoreBusy(int seconds)
 {
     char command[128];
@@ -28,8 +30,9 @@ void KeepOneCoreBusy(int seconds)
 
 }  // namespace
 
-// A 14 s event at 1920x1080 YUY2, 30 frames a second, with one core kept busy: the event ends, its report is written,
-// ffprobe reads the file, and every frame the camera delivered is in the file or counted as dropped.
+// A 14 s event at 1920x1080 YUY2, 30 frames a second, with one core kept
+// busy: the event ends, its report is written, ffprobe reads the file, and
+// every frame the camera delivered is in the file or counted as dropped.
 TEST(RecordingSafety, FullHdEventUnderLoadEndsWithItsReportAndAReadableFile)
 {
     for (int attempt = 1; attempt <= 3; ++attempt) {
@@ -86,8 +89,9 @@ long long MsOfDay(uint64_t msSince2020)
 
 }  // namespace
 
-// A second capture device plugged in during an event restarts the camera, as a device change does; what was recorded
-// stays in the first file with its report, and the rest of the event goes on in "_1".
+// A second capture device plugged in during an event restarts the camera,
+// as a device change does; what was recorded stays in the first file with
+// its report, and the rest of the event goes on in "_1".
 TEST(RecordingSafety, ASecondCameraMidEventLeavesTheFirstSecondsInTheirFile)
 {
     ProgramRun run;
@@ -124,8 +128,9 @@ TEST(RecordingSafety, ASecondCameraMidEventLeavesTheFirstSecondsInTheirFile)
     }
 }
 
-// The camera pulled mid-event and never returned: one report, written at the pull, whose stop time is that of the last
-// frame; the event's end and the program's exit leave it as it is.
+// The camera pulled mid-event and never returned: one report, written at
+// the pull, whose stop time is that of the last frame; the event's end and
+// the program's exit leave it as it is.
 TEST(RecordingSafety, ACameraPulledAndNotReturnedKeepsTheOneReportOfItsLastFrame)
 {
     ProgramRun run;
@@ -166,8 +171,9 @@ TEST(RecordingSafety, ACameraPulledAndNotReturnedKeepsTheOneReportOfItsLastFrame
     EXPECT_EQ(atPull.find(":  -"), std::string::npos) << "no negative count: " << atPull;
 }
 
-// The program killed mid-event and started again at once: the cut file is repaired with its report and a line in User
-// Messages, and the rest of the event goes to another file.
+// The program killed mid-event and started again at once: the cut file is
+// repaired with its report and a line in User Messages, and the rest of the
+// event goes to another file.
 TEST(RecordingSafety, AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnBesideIt)
 {
     ProgramRun run;

@@ -1,5 +1,6 @@
-// Scheduling inside the program, as a user does it: the Schedule Event window makes and edits event files, and the
-// View, Edit, Delete Events list shows, sorts and deletes them.
+// Scheduling inside the program, as a user does it: the Schedule Event
+// window makes and edits event files, and the View, Edit, Delete Events
+// list shows, sorts and deletes them.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -55,9 +56,11 @@ struct Scheduling : ProgramRun {
     void OpenSchedule() const { SendCommand(Main(), IDM_SCHEDULE); }
     void OpenList() const { SendCommand(Main(), IDM_EDIT_AND_DELETE); }
 
-    // The event moment as a user sets it: the picker a second short of it, then its seconds raised by the keyboard,
-    // which the program is told of. The seconds field wraps within its minute (59 steps up to 00 of the same minute),
-    // so the time set first is the moment with the seconds one below, in the moment's own minute.
+    // The event moment as a user sets it: the picker a second short of it,
+    // then its seconds raised by the keyboard, which the program is told of.
+    // The seconds field wraps within its minute (59 steps up to 00 of the
+    // same minute), so the time set first is the moment with the seconds one
+    // below, in the moment's own minute.
     void PickEventTime(const SYSTEMTIME& moment) const
     {
         SYSTEMTIME before = moment;
@@ -278,8 +281,9 @@ TEST(Scheduling, EditingAnEventReplacesItsFile)
     EXPECT_EQ(ListViewText(run.list, 0, 7), files[0]);
 }
 
-// Five events listed, one selected: the plural question, as it counts rows. No keeps them all; Yes deletes the one,
-// ends the pending countdown and arms the next.
+// Five events listed, one selected: the plural question, as it counts rows.
+// No keeps them all; Yes deletes the one, ends the pending countdown and
+// arms the next.
 TEST(Scheduling, DeletingAsksByTheRowsAndRearmsTheNextEvent)
 {
     Scheduling run;
@@ -365,7 +369,8 @@ TEST(Scheduling, TheListSortsAndShowsItsCellsAndAFileThatCannotBeDeletedIsWarned
     Click(run.Item(run.listWindow, kShowExpiredBox));
     rows = ListViewRows(run.list, 8);
     ASSERT_EQ(rows.size(), 4u);
-    // The unreadable file counts as expired; its times are the zero time, the earliest of all.
+    // The unreadable file counts as expired; its times are the zero time,
+    // the earliest of all.
     EXPECT_EQ(rows[0], (std::vector<std::wstring>{L"", L"", L"", L"", L"", L"", check, L"broken.mef"}));
     EXPECT_EQ(rows[1][7], L"past.mef");
     EXPECT_EQ(rows[1][6], check);
@@ -394,9 +399,10 @@ TEST(Scheduling, TheListSortsAndShowsItsCellsAndAFileThatCannotBeDeletedIsWarned
     SetFileAttributesW(readOnly.c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
-// While an event records, the two windows that stand open act on the folder and the countdown only: a delete that
-// removes nothing, the save of another event, and the delete of that one (which cancels its countdown) leave the event
-// to end at its time with its file and report.
+// While an event records, the two windows that stand open act on the folder
+// and the countdown only: a delete that removes nothing, the save of another
+// event, and the delete of that one (which cancels its countdown) leave the
+// event to end at its time with its file and report.
 TEST(Scheduling, DeletesAndASaveDuringAnEventLeaveItToEndAtItsTime)
 {
     Scheduling run;

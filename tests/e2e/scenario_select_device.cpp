@@ -1,7 +1,9 @@
-// The Video Input Device window, driven as a user would with two synthetic cameras: a choice takes effect at once,
-// Cancel puts the old device back, Ignore and Restore move a device between the lists, OK writes the choice into the
-// options file, and the lists follow devices pulled and plugged. "Side Cam" has a saved configuration at 800x600, "Sky
-// Cam" runs at its first format, 640x480, so the picture's size tells which device runs.
+// The Video Input Device window, driven as a user would with two synthetic
+// cameras: a choice takes effect at once, Cancel puts the old device back,
+// Ignore and Restore move a device between the lists, OK writes the choice
+// into the options file, and the lists follow devices pulled and plugged.
+// "Side Cam" has a saved configuration at 800x600, "Sky Cam" runs at its
+// first format, 640x480, so the picture's size tells which device runs.
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -66,11 +68,12 @@ SIZE Frame(HWND main)
 
 }  // namespace
 
-// A row chosen restarts the preview on that device at once and the main window takes its size; Cancel, or the close
-// box, brings the first device back. Ignoring the device in use hands the picture to the other; Restore puts the device
-// back in the list, and the first device is taken again. Opening either device window turns Magnify off; while it is
-// open "Magnify...", "Select Input Device..." and "Device Properties..." are grey, and closing it by any of its ways
-// enables them again. The menu is read from inside the program (another process can't read it here).
+// A row chosen restarts the preview on that device at once and the main window takes its size; Cancel, or the
+// close box, brings the first device back. Ignoring the device in use hands the picture to the other; Restore
+// puts the device back in the list, and the first device is taken again. Opening either device window turns
+// Magnify off; while it is open "Magnify...", "Select Input Device..." and "Device Properties..." are grey, and
+// closing it by any of its ways enables them again. The menu is read from inside the program (another process
+// can't read it here).
 TEST(SelectDevice, ChoosingIgnoringAndEitherDeviceWindowsGreyItems)
 {
     SelectRun run;
@@ -104,7 +107,8 @@ TEST(SelectDevice, ChoosingIgnoringAndEitherDeviceWindowsGreyItems)
     EXPECT_EQ(WindowRect(run.Main()).left, home.left) << "the wider window was pushed left to stay on the screen";
     EXPECT_EQ(run.Count(kRestoredLine), 1) << Narrow(run.program->Messages());
 
-    // The close box is a Cancel too, and puts the main window back where it stood when the window opened.
+    // The close box is a Cancel too, and puts the main window back where
+    // it stood when the window opened.
     ASSERT_TRUE(run.Open());
     run.ChooseRow(1);
     EXPECT_TRUE(run.WaitPicture(800, 600));
@@ -190,9 +194,10 @@ TEST(SelectDevice, ChoosingIgnoringAndEitherDeviceWindowsGreyItems)
     }
 }
 
-// OK writes the ignored names and the default into the options file, and says nothing. Clearing the default box on the
-// default device takes the flag off for this run only: the name stays in the file, and the device is the default again
-// at the next start.
+// OK writes the ignored names and the default into the options file, and
+// says nothing. Clearing the default box on the default device takes the
+// flag off for this run only: the name stays in the file, and the device is
+// the default again at the next start.
 TEST(SelectDevice, OkWritesTheIgnoredAndDefaultNamesAndClearingTheDefaultLeavesItInTheFile)
 {
     SelectRun run;
@@ -233,7 +238,8 @@ TEST(SelectDevice, OkWritesTheIgnoredAndDefaultNamesAndClearingTheDefaultLeavesI
     EXPECT_TRUE(run.WaitPicture(800, 600)) << "the default device again";
 }
 
-// The only device, ignored: nothing to choose, no picture, no record buttons; Restore brings it all back.
+// The only device, ignored: nothing to choose, no picture, no record
+// buttons; Restore brings it all back.
 TEST(SelectDevice, OneIgnoredDeviceLeavesTheListEmptyAndRestoreBringsEverythingBack)
 {
     SelectRun run;

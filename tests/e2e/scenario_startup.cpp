@@ -28,7 +28,8 @@ TEST(Startup, NoOptionsNoDeviceReportsInOrderAndASecondInstanceChangesNothing)
     ASSERT_NE(zone, std::wstring::npos) << Narrow(text);
     ASSERT_NE(noDevice, std::wstring::npos) << Narrow(text);
     ASSERT_NE(noOptions, std::wstring::npos) << Narrow(text);
-    // Queued lines are shown only at the end of start-up, behind everything reported once the window existed.
+    // Queued lines are shown only at the end of start-up, behind everything
+    // reported once the window existed.
     EXPECT_LT(zone, noDevice);
     EXPECT_LT(noDevice, noOptions);
     EXPECT_EQ(text.rfind(L"No Options File or unreadable Options File"), noOptions);

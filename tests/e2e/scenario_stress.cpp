@@ -1,8 +1,10 @@
-// The camera started and stopped many times over, counting the stops that don't come back: the platform's Direct3D has
-// been seen to hang in a graph's teardown. A preview cycle is a start of the program (the camera starts in preview) and
-// its Exit (the camera stops, the process ends); a recording cycle is a press of Start and of Stop, each a stop of one
-// graph and the build of the next. The counts come from MAVU_STRESS_PREVIEW_CYCLES and MAVU_STRESS_RECORDING_CYCLES (10
-// and 5 when unset).
+// The camera started and stopped many times over, counting the stops that
+// don't come back: the platform's Direct3D has been seen to hang in a graph's
+// teardown. A preview cycle is a start of the program (the camera starts in
+// preview) and its Exit (the camera stops, the process ends); a recording
+// cycle is a press of Start and of Stop, each a stop of one graph and the
+// build of the next. The counts come from MAVU_STRESS_PREVIEW_CYCLES and
+// MAVU_STRESS_RECORDING_CYCLES (10 and 5 when unset).
 #include <gtest/gtest.h>
 
 #include <cstdio>

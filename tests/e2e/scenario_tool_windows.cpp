@@ -164,9 +164,10 @@ TEST(ToolWindows, BrightnessContrastAndPixelSaturationActOnThePreviewAndSave)
         GTEST_SKIP() << kNoPictureHere;
 }
 
-// Counts outside 2 to 30 are refused with the line, and the box shows "2". Frame Integration at 4: the preview adds
-// four frames, three of them less the sky's background, so the background stays near its level where the plain sum
-// would be four times as bright; a recording turns the tool off and its file holds every frame as the camera made it.
+// Counts outside 2 to 30 are refused with the line, and the box shows "2". Frame Integration at 4: the preview
+// adds four frames, three of them less the sky's background, so the background stays near its level where the
+// plain sum would be four times as bright; a recording turns the tool off and its file holds every frame as the
+// camera made it.
 TEST(ToolWindows, FrameIntegrationRefusesCountsOutsideTwoToThirtyKeepsTheBackgroundAndARecordingTurnsItOff)
 {
     ProgramRun run;

@@ -1,4 +1,5 @@
-// The program with a synthetic webcam: the camera starts at start-up with the renderer the options name.
+// The program with a synthetic webcam: the camera starts at start-up with
+// the renderer the options name.
 #include <gtest/gtest.h>
 
 #include "e2e/program_run.h"
@@ -7,10 +8,12 @@
 
 using namespace e2e;
 
-// Through VMR9 the picture is the format's size, the record buttons are up and start-up says only that the colour
-// effect is missing. Where Direct3D draws into the clipping window at all, the camera's stamp read off the screen
-// counts on from one screenshot to the next and shows the UTC of the moment, and the Display menu's Pixel Saturation
-// toggles the warning colour on the saturated star and takes it away.
+// Through VMR9 the picture is the format's size, the record buttons are up
+// and start-up says only that the colour effect is missing. Where Direct3D
+// draws into the clipping window at all, the camera's stamp read off the
+// screen counts on from one screenshot to the next and shows the UTC of the
+// moment, and the Display menu's Pixel Saturation toggles the warning colour
+// on the saturated star and takes it away.
 TEST(Video, Vmr9PreviewIsSizedLiveAndTogglesPixelSaturation)
 {
     ProgramRun run;

@@ -38,8 +38,9 @@ std::string Crop(int x, int y, int width, int height)
 
 bool ReadStampOnScreen(const std::string& name, int x, int y, int scale, synthcam::FrameStamp* stamp)
 {
-    // The stamp's cells are 4 pixels wide on any frame 256 or more wide: 64 cells over 8 rows, shown `scale` times
-    // bigger, cut out and brought back to the camera's own size.
+    // The stamp's cells are 4 pixels wide on any frame 256 or more wide:
+    // 64 cells over 8 rows, shown `scale` times bigger, cut out and brought
+    // back to the camera's own size.
     int width = synthcam::kStampCells * 4;
     int height = synthcam::kStampRows;
     std::string bytes;

@@ -10,11 +10,13 @@
 
 namespace e2e {
 
-// Takes a screenshot named NAME and reads the stamp whose top left corner stands at screen point (x, y), in a picture
-// shown at `scale` times the camera's size (1 unmagnified, 2 for double).
+// Takes a screenshot named NAME and reads the stamp whose top left corner
+// stands at screen point (x, y), in a picture shown at `scale` times the
+// camera's size (1 unmagnified, 2 for double).
 bool ReadStampOnScreen(const std::string& name, int x, int y, int scale, synthcam::FrameStamp* stamp);
 
-// Takes a screenshot named NAME and gives the pixels of a rectangle of the screen as bytes R, G, B, row by row.
+// Takes a screenshot named NAME and gives the pixels of a rectangle of the
+// screen as bytes R, G, B, row by row.
 bool ReadScreenRgb(const std::string& name, int x, int y, int width, int height, std::string* rgb);
 
 // Pixels of the saturation warning colour (magenta on the screen) in the
@@ -25,8 +27,9 @@ int WarningPixels(const std::string& name, HWND clipping);
 // child windows (through a copy) wherever it runs.
 bool Direct3DRendersWithVulkan();
 
-// Whether the camera's picture shows in the program's clipping window, read from the screen: some platforms' Direct3D
-// draws nothing into a child window (Wine 8's OpenGL path on Debian). Grey where Vulkan renders is a failure.
+// Whether the camera's picture shows in the program's clipping window, read
+// from the screen: some platforms' Direct3D draws nothing into a child window
+// (Wine 8's OpenGL path on Debian). Grey where Vulkan renders is a failure.
 bool PictureShowsIn(HWND clipping);
 // The reason given by a scenario skipped for want of a picture.
 extern const char kNoPictureHere[];
