@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "e2e/harness.h"
+#include "e2e/program_run.h"
 #include "e2e/program_windows.h"
 #include "e2e/remote_probe.h"
 #include "support/ffprobe.h"
@@ -17,10 +17,6 @@
 using namespace e2e;
 
 namespace {
-
-constexpr wchar_t kMainTitle[] = L"MAVU Video Capture Version 2.1";
-constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
-constexpr unsigned kExitCommand = 33099;
 
 // Runs a program of the zip with its arguments and gives its exit code, or
 // -1 when it didn't start or end.
@@ -68,14 +64,13 @@ TEST(Release, TheZipRecordsAnEventInAFreshPrefixWithItsOwnCamera)
     WriteOptions(folder, Option("DefaultRenderer", "VMR9"));
     WriteEvent(folder, L"Rehearsal_Star", UtcInSeconds(25), 6, "Rehearsal", "Star");
     Program program(folder);
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
+    ASSERT_TRUE(program.StartReady());
     HWND main = program.MainWindow();
     ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kRecordingTitle; }, 40000)) << Narrow(program.Messages());
     ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kMainTitle; }, 30000));
     std::wstring videos = folder + L"\\VideoFiles";
     ASSERT_TRUE(WaitUntil([&] { return !ListFiles(videos, L"*.txt").empty(); }, 10000));
-    PostCommand(main, kExitCommand);
+    PostCommand(main, IDM_EXIT);
     EXPECT_TRUE(program.WaitExit(30000));
     program.Kill();
     EXPECT_EQ(RunFromZip(folder, L"synthcam.exe", L"remove \"Rehearsal Camera\""), 0);
@@ -103,8 +98,7 @@ TEST(Release, EveryWindowOpensInAPlainPrefixWithoutACrash)
         GTEST_SKIP() << "tests/release/zip_in_fresh_prefix.sh runs this on the release zip";
     ASSERT_EQ(RunFromZip(folder, L"synthcam.exe", L"add \"Rehearsal Camera\" webcam"), 0);
     Program program(folder);
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
+    ASSERT_TRUE(program.StartReady());
     HWND main = program.MainWindow();
     for (const CommandWindow& entry : kCommandWindows) {
         SCOPED_TRACE(Narrow(entry.className));
@@ -137,7 +131,7 @@ TEST(Release, EveryWindowOpensInAPlainPrefixWithoutACrash)
     PostCommand(main, IDM_ABOUT);
     EXPECT_TRUE(program.WaitForMessage(L"Report errors to", 10000));
     ASSERT_TRUE(Answers(main));
-    PostCommand(main, kExitCommand);
+    PostCommand(main, IDM_EXIT);
     EXPECT_TRUE(program.WaitExit(30000));
     program.Kill();
     EXPECT_EQ(RunFromZip(folder, L"synthcam.exe", L"remove \"Rehearsal Camera\""), 0);
@@ -158,8 +152,7 @@ TEST(Release, WithoutFilterCategoriesThePreviewAndTheCodecTrialRunWithoutACrash)
     ASSERT_EQ(RunFromZip(folder, L"synthcam.exe", L"add \"Rehearsal Camera\" webcam"), 0);
     WriteOptions(folder, "");
     Program program(folder);
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.WaitReady());
+    ASSERT_TRUE(program.StartReady());
     HWND main = program.MainWindow();
     PostCommand(main, IDM_CODEC);
     HWND window = nullptr;
@@ -168,7 +161,7 @@ TEST(Release, WithoutFilterCategoriesThePreviewAndTheCodecTrialRunWithoutACrash)
         30000));
     ASSERT_TRUE(Answers(main)) << "the program stopped answering";
     EXPECT_GE(SendMessageW(FindChild(window, L"ListBox"), LB_GETCOUNT, 0, 0), 1);
-    PostCommand(main, kExitCommand);
+    PostCommand(main, IDM_EXIT);
     EXPECT_TRUE(program.WaitExit(30000));
     program.Kill();
     EXPECT_EQ(RunFromZip(folder, L"synthcam.exe", L"remove \"Rehearsal Camera\""), 0);

@@ -1,5 +1,7 @@
 #include "e2e/screen_stamp.h"
 
+#include <string>
+
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -72,6 +74,14 @@ int WarningPixels(const std::string& name, HWND clipping)
 
 bool Direct3DRendersWithVulkan()
 {
+    // Wine takes WINE_D3D_CONFIG ("renderer=gl,...") before the registry.
+    char config[256] = "";
+    if (GetEnvironmentVariableA("WINE_D3D_CONFIG", config, sizeof config) < sizeof config) {
+        std::string settings = std::string(",") + config;
+        size_t at = settings.find(",renderer=");
+        if (at != std::string::npos)
+            return settings.compare(at + 10, 6, "vulkan") == 0;
+    }
     wchar_t value[32] = L"";
     DWORD size = sizeof value;
     return RegGetValueW(HKEY_CURRENT_USER, L"Software\\Wine\\Direct3D", L"renderer", RRF_RT_REG_SZ, nullptr, value,
