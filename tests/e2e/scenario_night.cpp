@@ -104,8 +104,12 @@ TEST(Night, TwentyEventsInARowAreRecordedAndLeaveNothingBehind)
     ASSERT_GT(first.threads, 0);
     EXPECT_LE(last.handles, first.handles + 5);
     EXPECT_LE(last.threads, first.threads + 2);
-    if (first.privateMb > 0) {
-        EXPECT_LE(last.privateMb, first.privateMb + 20);
+    // Memory grows over the first events as the platform's graphs, heaps
+    // and renderer warm up, then stays level: a leak shows as growth after
+    // that, 10 MB over fifteen events at most.
+    const ProcessFigures& warm = after[4];
+    if (warm.privateMb > 0) {
+        EXPECT_LE(last.privateMb, warm.privateMb + 10);
     }
 
     std::vector<std::wstring> videos = run.Recordings(kEvents);
