@@ -10,6 +10,7 @@
 
 namespace {
 
+using testsupport::CalendarText;
 using testsupport::Duration;
 using testsupport::Time;
 
@@ -63,10 +64,8 @@ TEST(EventFile, WrittenBytesAreExactAndReadBackGivesTheSameFieldsAndTimes)
             << testing::PrintToString(name);
     }
     ParseEventRecordAt(record, SystemTimeToTicks(Time(2026, 5, 3, 0, 0, 0)));
-    EXPECT_EQ(record.eventTime.wYear, 2026);
-    EXPECT_EQ(record.eventTime.wMonth, 5);
-    EXPECT_EQ(record.eventTime.wSecond, 3);
-    EXPECT_EQ(record.duration.wMinute, 10);
+    EXPECT_EQ(CalendarText(record.eventTime), "2026-05-03 01:02:03.000");
+    EXPECT_EQ(CalendarText(record.duration), "0000-00-00 00:10:00.000");
     EXPECT_EQ(record.hibernate, 1);
     EXPECT_EQ(record.shutdown, 0);
     EXPECT_EQ(record.startTicks, SystemTimeToTicks(Time(2026, 5, 3, 0, 57, 3)));
@@ -105,24 +104,10 @@ TEST(EventFile, ReadingRulesForElementsAndAttributes)
     EXPECT_STREQ(record.text.hibernate, L"");
     EXPECT_STREQ(record.text.comment, L"");
     ParseEventRecordAt(record, SystemTimeToTicks(Time(2026, 1, 1, 0, 0, 0)));
-    EXPECT_EQ(record.eventTime.wDay, 7);
-    EXPECT_EQ(record.eventTime.wHour, 4);
-    EXPECT_EQ(record.eventTime.wMinute, 5);
+    EXPECT_EQ(CalendarText(record.eventTime), "2030-01-07 04:05:06.000");
     EXPECT_EQ(record.hibernate, 0);
     EXPECT_EQ(record.shutdown, 0);  // "true" is not "TRUE"
     EXPECT_EQ(record.expired, 0);
-}
-
-TEST(EventFile, FileNameCarriesNamesPrefixAndPredictedMoment)
-{
-    EventFileText text = SampleEvent();
-    SYSTEMTIME moment = Time(2026, 5, 3, 1, 2, 3);
-    EXPECT_EQ(EventFileName(text, L"", moment), L"Events\\2002KB_TYC1234_05_03_2026_01_02_03.mef");
-    EXPECT_EQ(EventFileName(text, L"OBS", moment), L"Events\\2002KB_TYC1234_OBS_05_03_2026_01_02_03.mef");
-    text.asteroidName[0] = 0;
-    EXPECT_EQ(EventFileName(text, L"", moment), L"Events\\TYC1234_05_03_2026_01_02_03.mef");
-    text.starName[0] = 0;
-    EXPECT_EQ(EventFileName(text, L"", moment), L"Events\\05_03_2026_01_02_03.mef");
 }
 
 TEST(EventTimes, RecordingIsCentredOnThePredictedMomentAndExpiresAtItsEnd)

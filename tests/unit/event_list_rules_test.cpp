@@ -39,13 +39,6 @@ TEST(NameCharacters, OnlyLettersDigitsHyphenBlankAndUnderscoreStayInNames)
     }
 }
 
-TEST(NameCharacters, PrefixesJoinWithUnderscoresAndEmptyOnesLeaveNone)
-{
-    EXPECT_EQ(JoinNamePrefixes(L"Events\\", {L"2002KB", L"TYC1234", L"G"}), L"Events\\2002KB_TYC1234_G_");
-    EXPECT_EQ(JoinNamePrefixes(L"Events\\", {L"", L"TYC1234", nullptr}), L"Events\\TYC1234_");
-    EXPECT_EQ(JoinNamePrefixes(L"", {L"", L""}), L"");
-}
-
 TEST(NameCharacters, HostNamesBecomeLowerCasePrefixesOfTwelve)
 {
     struct Case {
@@ -66,12 +59,6 @@ TEST(NameCharacters, HostNamesBecomeLowerCasePrefixesOfTwelve)
         EXPECT_EQ(HostNamePrefix(c.computer, &removed), c.prefix) << testing::PrintToString(c.computer);
         EXPECT_EQ(removed, c.removed) << testing::PrintToString(c.computer);
     }
-}
-
-TEST(NameCharacters, NamePatternsShowThePrefixBeforeTheTime)
-{
-    EXPECT_EQ(NamePattern(L"ab", L".avi"), L"ab_mm_dd_yyyy_hh_mm_ss.avi");
-    EXPECT_EQ(NamePattern(L"", L".txt"), L"mm_dd_yyyy_hh_mm_ss.txt");
 }
 
 namespace {

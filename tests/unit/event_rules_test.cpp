@@ -110,7 +110,7 @@ TEST(EventRules, CountdownTextsForClockAndDays)
     EXPECT_EQ(ClockText(Time(2026, 1, 1, 7, 5, 9)), L"07:05:09");
 }
 
-TEST(EventRules, EventReportAndFileNames)
+TEST(EventRules, EventReportGivesTheThreeTimesAndTheDurationInWords)
 {
     EventRecord record = Event(Time(2026, 1, 3, 0, 0, 30), 3661, kNoon);
     EXPECT_EQ(EventReportText(record),
@@ -121,10 +121,4 @@ TEST(EventRules, EventReportAndFileNames)
               L"    Recording duration: 1 hour  1 minute  1 second\r\n");
     EventRecord plural = Event(Time(2026, 12, 31, 23, 59, 59), 7322, kNoon);
     EXPECT_NE(EventReportText(plural).find(L"2 hours  2 minutes  2 seconds\r\n"), std::wstring::npos);
-
-    SYSTEMTIME utc = Time(2026, 11, 2, 3, 4, 5);
-    EXPECT_EQ(VideoFilePath(L"VideoFiles\\", L"Vesta", L"TYC 1", L"OBS", L"cam", utc),
-              L"VideoFiles\\Vesta_TYC 1_OBS_cam_11_02_2026_03_04_05.avi");
-    EXPECT_EQ(VideoFilePath(L"D:\\v\\", nullptr, nullptr, nullptr, L"", utc), L"D:\\v\\11_02_2026_03_04_05.avi");
-    EXPECT_EQ(VideoFilePath(L"", L"", L"Star", L"", L"", utc), L"Star_11_02_2026_03_04_05.avi");
 }
