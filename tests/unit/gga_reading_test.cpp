@@ -6,6 +6,7 @@
 
 #include "gps/gga_reading.h"
 #include "gps/gps_link.h"
+#include "support/times.h"
 
 namespace {
 
@@ -54,33 +55,38 @@ TEST(GgaReading, FieldsBecomeTheFourTextsAsTheRulesGiveThem)
         const char* what;
         std::string bytes;
         const wchar_t* texts;
+        double seconds;  // the time of day that the clock check reads; -1: none
     } cases[] = {
         {"three decimals land in the wrong place", kMunich + kBetween,
-         L" 48.070038 N| 11.310000 E| 545.4 M| 8|12:35:19.000"},
+         L" 48.070038 N| 11.310000 E| 545.4 M| 8|12:35:19.000", 45319},
         {"four decimals read as minutes", Gga("123519,4807.0380,N,01131.0000,E,1,08,0.9,545.4,M,46.9,M,,") + kBetween,
-         L" 48.070380 N| 11.310000 E| 545.4 M| 8|12:35:19.000"},
+         L" 48.070380 N| 11.310000 E| 545.4 M| 8|12:35:19.000", 45319},
         {"altitude decimals print as an integer",
          Gga("123519,4807.038,N,01131.000,E,1,08,0.9,545.04,M,,M,,") + kBetween,
-         L" 48.070038 N| 11.310000 E| 545.4 M| 8|12:35:19.000"},
+         L" 48.070038 N| 11.310000 E| 545.4 M| 8|12:35:19.000", 45319},
+        // ".5" is half a second for the clock check, though the text makes it 5 ms.
         {"time decimals are milliseconds as an integer",
          Gga("123519.5,4807.038,N,01131.000,E,1,08,0.9,545.4,M,,M,,") + kBetween,
-         L" 48.070038 N| 11.310000 E| 545.4 M| 8|12:35:19.005"},
+         L" 48.070038 N| 11.310000 E| 545.4 M| 8|12:35:19.005", 45319.5},
         {"two zero decimals of time", Gga("123519.00,4807.038,N,01131.000,E,1,08,0.9,545.4,M,,M,,") + kBetween,
-         L" 48.070038 N| 11.310000 E| 545.4 M| 8|12:35:19.000"},
+         L" 48.070038 N| 11.310000 E| 545.4 M| 8|12:35:19.000", 45319},
+        {"an empty time field is read, but gives no time for the check",
+         Gga(",4807.038,N,01131.000,E,1,08,0.9,545.4,M,,M,,") + kBetween,
+         L" 48.070038 N| 11.310000 E| 545.4 M| 8|00:00:00.000", -1},
         {"south and west by the letter only", Gga("000001,3352.1234,S,15112.5000,W,1,11,0.8,3.0,M,,M,,") + kBetween,
-         L" 33.521234 S| 151.125000 W| 3.0 M| 11|00:00:01.000"},
+         L" 33.521234 S| 151.125000 W| 3.0 M| 11|00:00:01.000", 1},
         {"three-digit longitude", Gga("235959,0000.0000,N,11731.0000,E,2,12,0.7,1.5,M,,M,,") + kBetween,
-         L" 0.000000 N| 117.310000 E| 1.5 M| 12|23:59:59.000"},
+         L" 0.000000 N| 117.310000 E| 1.5 M| 12|23:59:59.000", 86399},
         {"negative altitude", Gga("101010,5130.0000,N,00007.0000,W,1,05,1.1,-12.3,M,,M,,") + kBetween,
-         L" 51.300000 N| 0.070000 W| -12.3 M| 5|10:10:10.000"},
+         L" 51.300000 N| 0.070000 W| -12.3 M| 5|10:10:10.000", 36610},
         // No fix: empty fields scan as zero, the letter is the next comma,
         // and the missing letters shift what follows.
         {"no fix", "$GPGGA,123519,,,,,0,00,,,M,,M,,*66\r\n" + kBetween,
-         L" 0.000000 ,| 0.000000 0| 0.0 M| 0|12:35:19.000"},
+         L" 0.000000 ,| 0.000000 0| 0.0 M| 0|12:35:19.000", 45319},
         // No sentence in 57 bytes or more: the fields are read from byte 6
         // of the buffer, here from an RMC sentence.
         {"no GGA in a long read", "$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A\r\n",
-         L" 1235.190000 A| 48.070038 N| 84.4 M| 0|00:00:00.000"},
+         L" 1235.190000 A| 48.070038 N| 84.4 M| 0|00:00:00.000", -1},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
@@ -88,35 +94,21 @@ TEST(GgaReading, FieldsBecomeTheFourTextsAsTheRulesGiveThem)
         ASSERT_EQ(parsed.outcome, GgaParse::Read);
         EXPECT_EQ(Texts(parsed.reading), c.texts);
         EXPECT_EQ(parsed.reading.timeFieldOffset, 7u);
+        EXPECT_EQ(parsed.reading.timeOfDayKnown, c.seconds >= 0);
+        if (c.seconds >= 0) {
+            EXPECT_NEAR(parsed.reading.timeOfDay, c.seconds, 1e-9);
+        }
     }
 }
 
 TEST(GgaReading, TimeOfDayGoesIntoTodaysDateAndTheClockIsLeftAlone)
 {
-    Parsed parsed = Parse(Gga("031415.926,4807.038,N,01131.000,E,1,08,0.9,545.4,M,,M,,") + kBetween);
+    const std::string sentence = Gga("031415.926,4807.038,N,01131.000,E,1,08,0.9,545.4,M,,M,,");
+    Parsed parsed = Parse(sentence + kBetween);
     ASSERT_EQ(parsed.outcome, GgaParse::Read);
-    const SYSTEMTIME& time = parsed.reading.time;
-    EXPECT_EQ(time.wYear, 2031);
-    EXPECT_EQ(time.wMonth, 7);
-    EXPECT_EQ(time.wDay, 14);
-    EXPECT_EQ(time.wHour, 3);
-    EXPECT_EQ(time.wMinute, 14);
-    EXPECT_EQ(time.wSecond, 15);
-    EXPECT_EQ(time.wMilliseconds, 926);
+    EXPECT_EQ(testsupport::CalendarText(parsed.reading.time), "2031-07-14 03:14:15.926");
     // From the sentence's start to the end of the text.
-    EXPECT_EQ(parsed.reading.sentenceBytes,
-              Gga("031415.926,4807.038,N,01131.000,E,1,08,0.9,545.4,M,,M,,").size() + kBetween.size());
-    // The clock check reads the field as meant: .926 of a second.
-    ASSERT_TRUE(parsed.reading.timeOfDayKnown);
-    EXPECT_NEAR(parsed.reading.timeOfDay, 3 * 3600 + 14 * 60 + 15.926, 1e-9);
-    // ".5" is half a second there, though the clock above makes it 5 ms.
-    Parsed half = Parse(Gga("031415.5,4807.038,N,01131.000,E,1,08,0.9,545.4,M,,M,,") + kBetween);
-    EXPECT_EQ(half.reading.time.wMilliseconds, 5);
-    EXPECT_NEAR(half.reading.timeOfDay, 3 * 3600 + 14 * 60 + 15.5, 1e-9);
-    // An empty time field is read, but gives no time for the check.
-    Parsed empty = Parse(Gga(",4807.038,N,01131.000,E,1,08,0.9,545.4,M,,M,,") + kBetween);
-    ASSERT_EQ(empty.outcome, GgaParse::Read);
-    EXPECT_FALSE(empty.reading.timeOfDayKnown);
+    EXPECT_EQ(parsed.reading.sentenceBytes, sentence.size() + kBetween.size());
 }
 
 TEST(GgaReading, TheLastSentenceTooCloseToTheEndGivesWayToTheOneBefore)
