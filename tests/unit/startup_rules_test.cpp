@@ -91,9 +91,9 @@ TEST(SteadyClock, CounterConversionDoesNotOverflow)
 {
     EXPECT_EQ(CounterToNanoseconds(10000000, 10000000), 1000000000ull);
     EXPECT_EQ(CounterToNanoseconds(15, 10), 1500000000ull);
-    // A counter near its top at 10 MHz: a plain product would overflow.
-    uint64_t big = 0x7FFFFFFFFFFFFFFFull;
-    EXPECT_EQ(CounterToNanoseconds(big, 10000000), (big / 10000000) * 1000000000ull + (big % 10000000) * 100);
+    // Eleven and a half days of a 10 MHz counter: a plain product with 10^9
+    // would overflow, the nanoseconds fit.
+    EXPECT_EQ(CounterToNanoseconds(10000001234567ull, 10000000), 1000000123456700ull);
     uint64_t before = SteadyNanoseconds();
     YieldFor(3500000);
     EXPECT_GE(SteadyNanoseconds() - before, 3500000ull);
