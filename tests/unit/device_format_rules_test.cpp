@@ -52,7 +52,7 @@ TEST(DeviceFormatRules, SliderTicksFallEveryTenthOfTheRangeOrEveryUnit)
     EXPECT_EQ(SliderTickFrequency(5, 5), 1);
 }
 
-TEST(DeviceFormatRules, PropertyRowsCloseUpFiftyApartWithTheButtonAndTheGroupsEndUnderTheLast)
+TEST(DeviceFormatRules, PropertyRowsCloseUpFiftyApartAndTheButtonsGroupsAndWindowEndUnderThem)
 {
     const struct {
         const char* what;
@@ -69,26 +69,20 @@ TEST(DeviceFormatRules, PropertyRowsCloseUpFiftyApartWithTheButtonAndTheGroupsEn
         SCOPED_TRACE(c.what);
         DeviceFormatLayout layout = LayOutDeviceFormatWindow(c.shown);
         for (int row = 0; row < kPropertyRowCount; ++row)
-            EXPECT_EQ(layout.propertyTop[row],
-                      c.slot[row] < 0 ? -1 : kFirstPropertyTop + c.slot[row] * kPropertyRowSpacing);
+            EXPECT_EQ(layout.propertyTop[row], c.slot[row] < 0 ? -1 : kFirstPropertyTop + c.slot[row] * 50);
         // The button right under the last row, the group box just under the button.
-        EXPECT_GT(layout.defaultsButtonTop, kFirstPropertyTop + (c.rows - 1) * kPropertyRowSpacing + 45);
-        EXPECT_LT(layout.defaultsButtonTop, kFirstPropertyTop + (c.rows - 1) * kPropertyRowSpacing + 60);
+        EXPECT_GT(layout.defaultsButtonTop, kFirstPropertyTop + (c.rows - 1) * 50 + 45);
+        EXPECT_LT(layout.defaultsButtonTop, kFirstPropertyTop + (c.rows - 1) * 50 + 60);
         EXPECT_GT(kGroupTop + layout.propertiesGroupHeight, layout.defaultsButtonTop + 20);
         EXPECT_LT(kGroupTop + layout.propertiesGroupHeight, layout.defaultsButtonTop + 60);
+        // The buttons go under the taller group and the window ends under
+        // them; the frame-size list ends inside the media group.
+        int groupsBottom = kGroupTop + std::max(layout.mediaGroupHeight, layout.propertiesGroupHeight);
+        EXPECT_GT(layout.saveBoxTop, groupsBottom);
+        EXPECT_GT(layout.buttonsTop, layout.saveBoxTop + 24);
+        EXPECT_GT(layout.clientHeight, layout.buttonsTop + 30);
+        EXPECT_GT(kGroupTop + layout.mediaGroupHeight, kMediaContentBottom);
     }
-}
-
-TEST(DeviceFormatRules, TheButtonsGoUnderTheTallerGroupAndTheWindowEndsUnderThem)
-{
-    const bool all[kPropertyRowCount] = {true, true, true, true, true, true};
-    DeviceFormatLayout layout = LayOutDeviceFormatWindow(all);
-    int groupsBottom = kGroupTop + std::max(layout.mediaGroupHeight, layout.propertiesGroupHeight);
-    EXPECT_GT(layout.saveBoxTop, groupsBottom);
-    EXPECT_GT(layout.buttonsTop, layout.saveBoxTop + 24);
-    EXPECT_GT(layout.clientHeight, layout.buttonsTop + 30);
-    // The frame-size list ends inside the media group.
-    EXPECT_GT(kGroupTop + layout.mediaGroupHeight, kMediaContentBottom);
 }
 
 TEST(DeviceFormatSnapshot, CancelPutsBackFormatStandardAndPropertiesButNotAutoDetect)
