@@ -116,18 +116,6 @@ TEST_F(MenuRules, TheDevicesDecideWhichItemsAreGreyAndNothingIsChecked)
     }
 }
 
-// The main menu's popups, the buttons and the title while recording are the
-// recording scenario's to check; the User Messages window's File is read here.
-TEST_F(MenuRules, ARecordingGreysTheMessagesFileAndOnlyWhileItRuns)
-{
-    videoSources.push_back(new VideoSourceInfo{});
-    BuildMenus(true);
-    ApplyRecordingState(true);
-    EXPECT_TRUE(PopupGrey(userMessagesMenu, 0));
-    ApplyRecordingState(false);
-    ExpectNoPopupGrey();
-}
-
 TEST_F(MenuRules, AnOpenDeviceDialogGreysMagnifyAndBothDeviceItems)
 {
     videoSources.push_back(new VideoSourceInfo{});
@@ -170,7 +158,9 @@ TEST_F(MenuRules, DisplayToolsSetTheirMarksWithTheirFlagsAndARebuildLosesOnlyThe
     EXPECT_FALSE(Checked(IDM_PIXEL_SATURATION));
 }
 
-TEST_F(MenuRules, ARecordingUnderRemoveFiltersTakesTheBrightnessToolDown)
+// The main menu's popups, the buttons and the title while recording are the
+// recording scenario's to check; the User Messages window's File is read here.
+TEST_F(MenuRules, ARecordingUnderRemoveFiltersTakesTheBrightnessToolDownAndGreysTheMessagesFileWhileItRuns)
 {
     videoSources.push_back(new VideoSourceInfo{});
     BuildMenus(true);
@@ -185,5 +175,7 @@ TEST_F(MenuRules, ARecordingUnderRemoveFiltersTakesTheBrightnessToolDown)
     TurnOnBrightnessContrast();
     ApplyRecordingState(true);
     EXPECT_TRUE(brightnessContrastOn) << "without the option the tool stays on";
+    EXPECT_TRUE(PopupGrey(userMessagesMenu, 0));
     ApplyRecordingState(false);
+    ExpectNoPopupGrey();
 }
