@@ -26,15 +26,18 @@ TEST(RecordingEstimate, FrameSizesPadEachRowToFourBytes)
         {1280, 720, SubtypeMJPG, 1843200},
         {0, 480, SubtypeYUY2, 0},
         {-640, 480, SubtypeYUY2, 0},
+        // The largest sizes don't wrap.
+        {INT32_MAX, INT32_MIN, SubtypeARGB32, 4ull * INT32_MAX * (1ull << 31)},
     };
     for (const Row& row : rows)
         EXPECT_EQ(UncompressedFrameBytes(row.width, row.height, row.subtype), row.bytes)
             << row.width << "x" << row.height << " subtype " << row.subtype;
 }
 
-TEST(RecordingEstimate, DurationTimesRateTimesFrameUpToTenHours)
+TEST(RecordingEstimate, DurationTimesRateTimesFrameUpToTenHoursAndSaturatingBeyond)
 {
     constexpr uint64_t kHour = 3600000;
+    constexpr uint64_t kMost = std::numeric_limits<uint64_t>::max();
     struct Row {
         uint64_t durationMs;
         int64_t frameTime;
@@ -52,19 +55,14 @@ TEST(RecordingEstimate, DurationTimesRateTimesFrameUpToTenHours)
         {1000, 0, 1000, 30 * 1000ull},
         {1000, -5, 1000, 30 * 1000ull},
         {0, 333333, 614400, 0},
+        // Impossible figures saturate instead of wrapping.
+        {kMost, 333333, 614400, kMost},
+        {kMost / 10000 + 1, 333333, 1, kMost},
+        {36000000, 1, kMost / 2, kMost},
     };
     for (const Row& row : rows)
         EXPECT_EQ(EstimatedRecordingBytes(row.durationMs, row.frameTime, row.frameBytes), row.bytes)
             << row.durationMs << " ms at " << row.frameTime << ", " << row.frameBytes << " bytes";
-}
-
-TEST(RecordingEstimate, ImpossibleFiguresSaturateInsteadOfWrapping)
-{
-    constexpr uint64_t kMost = std::numeric_limits<uint64_t>::max();
-    EXPECT_EQ(EstimatedRecordingBytes(kMost, 333333, 614400), kMost);
-    EXPECT_EQ(EstimatedRecordingBytes(kMost / 10000 + 1, 333333, 1), kMost);
-    EXPECT_EQ(EstimatedRecordingBytes(36000000, 1, kMost / 2), kMost);
-    EXPECT_EQ(UncompressedFrameBytes(INT32_MAX, INT32_MIN, SubtypeARGB32), 4ull * INT32_MAX * (1ull << 31));
 }
 
 TEST(RecordingEstimate, MegabytesRoundUp)
