@@ -29,7 +29,7 @@ protected:
 
 }  // namespace
 
-TEST_F(GpsLinkTest, ReceiverAt4800IsFoundAtItsFourthRateAfterThreeGarbledOnes)
+TEST_F(GpsLinkTest, ReceiverAt4800IsFoundAtItsFourthRateThenRememberedUntilItNoLongerAnswers)
 {
     ASSERT_TRUE(receiver.Start(3, 4800, "steady"));
     ASSERT_EQ(ConnectGps(RecordNotice), 1);
@@ -46,12 +46,17 @@ TEST_F(GpsLinkTest, ReceiverAt4800IsFoundAtItsFourthRateAfterThreeGarbledOnes)
     // The receiver saw its port opened at each rate in turn; the three wrong
     // ones read garbage and were closed again.
     EXPECT_EQ(receiver.ClosedAtRates(), (std::vector<int>{38400, 19200, 9600}));
-}
 
-TEST_F(GpsLinkTest, RememberedPairThatNoLongerAnswersStartsTheFullScan)
-{
-    ASSERT_TRUE(receiver.Start(3, 4800, "steady"));
+    // Connecting while connected: Wine doesn't refuse a second opening of a
+    // port that is open, so the remembered pair answers again, and the
+    // earlier handle is replaced without being lost.
+    HANDLE first = gpsLink.portHandle;
     ASSERT_EQ(ConnectGps(RecordNotice), 1);
+    EXPECT_NE(gpsLink.portHandle.load(), first);
+    DWORD flags = 0;
+    EXPECT_FALSE(GetHandleInformation(first, &flags)) << "the earlier handle is closed";
+
+    // A remembered pair that no longer answers starts the full scan.
     CloseGps();
     ASSERT_TRUE(receiver.Start(5, 9600, "steady"));
     notices.clear();
@@ -75,17 +80,4 @@ TEST_F(GpsLinkTest, ReceiverOnCom10IsNotFoundAndNothingChanges)
     EXPECT_TRUE(Lines().empty()) << "no line for a failed trial";
     for (const std::string& event : receiver.PortEvents())
         EXPECT_EQ(event.rfind("open", 0), std::string::npos) << "COM10 is never opened: " << event;
-}
-
-TEST_F(GpsLinkTest, ConnectingWhileConnectedReplacesTheHandleWithoutLosingOne)
-{
-    // Wine doesn't refuse a second opening of a port that is open, so the
-    // remembered pair answers again.
-    ASSERT_TRUE(receiver.Start(3, 4800, "steady"));
-    ASSERT_EQ(ConnectGps(RecordNotice), 1);
-    HANDLE first = gpsLink.portHandle;
-    ASSERT_EQ(ConnectGps(RecordNotice), 1);
-    EXPECT_NE(gpsLink.portHandle.load(), first);
-    DWORD flags = 0;
-    EXPECT_FALSE(GetHandleInformation(first, &flags)) << "the earlier handle is closed";
 }

@@ -18,10 +18,10 @@ namespace {
 
 class GpsReadingTest : public GpsFixture {
 protected:
-    // The receiver on COM3 and the link to it.
-    void Connect(int baud, const std::string& script)
+    // The receiver on COM3, its clock that many seconds ahead, and the link to it.
+    void Connect(int baud, const std::string& script, double clockAheadSeconds = 0)
     {
-        ASSERT_TRUE(receiver.Start(3, baud, script));
+        ASSERT_TRUE(receiver.Start(3, baud, script, false, clockAheadSeconds));
         ASSERT_EQ(ConnectGps(nullptr), 1);
         testsupport::TakeReportedLines();
     }
@@ -39,32 +39,14 @@ protected:
 
 }  // namespace
 
-TEST_F(GpsReadingTest, SteadyBurstsGiveThePositionSentAndClearTheBufferBehindThem)
-{
-    Connect(4800, "steady");
-    GpsReading reading;
-    ASSERT_EQ(ReadGpsWithRetry(reading), 1);
-    EXPECT_STREQ(reading.latitudeText, L" 48.070038 N");
-    EXPECT_STREQ(reading.longitudeText, L" 11.310000 E");
-    EXPECT_STREQ(reading.altitudeText, L" 545.4 M");
-    EXPECT_STREQ(reading.satellitesText, L" 8");
-    // The receiver's clock is the computer's: the sentence's time is today's.
-    SYSTEMTIME now{};
-    GetSystemTime(&now);
-    EXPECT_EQ(reading.time.wYear, now.wYear);
-    EXPECT_LE(std::abs((reading.time.wHour * 60 + reading.time.wMinute) - (now.wHour * 60 + now.wMinute)), 1);
-    for (uint32_t i = 0; i < gpsReadSize + 20; ++i)
-        ASSERT_EQ(gpsBuffer[i], 0) << "byte " << i;
-    EXPECT_TRUE(Lines().empty());
-}
-
-// Each read starts in the silence between bursts and so takes a whole burst:
-// a sentence cut at the burst's end gives way to the whole one before it
-// (not its 51.07 S); a zero byte at the burst's start ends the text there,
-// which fails silently as a missing comma; a burst shorter than a GGA
-// sentence with none in it says so each time (a longer one is parsed from
-// its start all the same).
-TEST_F(GpsReadingTest, EachBurstOfAScriptEndsInItsOutcome)
+// Steady bursts give the position sent. Each read starts in the silence
+// between bursts and so takes a whole burst: a sentence cut at the burst's
+// end gives way to the whole one before it (not its 51.07 S); a zero byte at
+// the burst's start ends the text there, which fails silently as a missing
+// comma; a burst shorter than a GGA sentence with none in it says so each
+// time (a longer one is parsed from its start all the same). Silence reports
+// every failed attempt of the retries.
+TEST_F(GpsReadingTest, EachScriptsBurstsEndInTheirOutcome)
 {
     const struct {
         const char* script;
@@ -76,6 +58,22 @@ TEST_F(GpsReadingTest, EachBurstOfAScriptEndsInItsOutcome)
         {"nogga", nullptr, L"Cannot find GPGGA string\r\n"},
     };
     Connect(4800, "steady");
+    GpsReading steady;
+    ASSERT_EQ(ReadGpsWithRetry(steady), 1);
+    EXPECT_STREQ(steady.latitudeText, L" 48.070038 N");
+    EXPECT_STREQ(steady.longitudeText, L" 11.310000 E");
+    EXPECT_STREQ(steady.altitudeText, L" 545.4 M");
+    EXPECT_STREQ(steady.satellitesText, L" 8");
+    // The receiver's clock is the computer's: the sentence's time is today's.
+    SYSTEMTIME now{};
+    GetSystemTime(&now);
+    EXPECT_EQ(steady.time.wYear, now.wYear);
+    EXPECT_LE(std::abs((steady.time.wHour * 60 + steady.time.wMinute) - (now.wHour * 60 + now.wMinute)), 1);
+    // The buffer is cleared behind the reading.
+    for (uint32_t i = 0; i < gpsReadSize + 20; ++i)
+        ASSERT_EQ(gpsBuffer[i], 0) << "byte " << i;
+    EXPECT_TRUE(Lines().empty());
+
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.script);
         ChangeScript(c.script);
@@ -91,6 +89,16 @@ TEST_F(GpsReadingTest, EachBurstOfAScriptEndsInItsOutcome)
         }
         EXPECT_EQ(Lines(), std::vector<std::wstring>(c.line ? 3 : 0, c.line ? c.line : L""));
     }
+
+    ChangeScript("silence");
+    // Small reads, so that 101 empty ones pass quickly: each waits 2 ms a byte.
+    gpsReadSize = 5;
+    GpsReading reading;
+    EXPECT_EQ(ReadGpsWithRetry(reading), 0);
+    std::vector<std::wstring> lines = Lines();
+    EXPECT_EQ(lines.size(), 101u);
+    for (const std::wstring& line : lines)
+        EXPECT_EQ(line, L"Zero bytes read for GPS values refresh\r\n");
 }
 
 TEST_F(GpsReadingTest, BurstFarLargerThanTheReadIsReadInPiecesOfTheReadSize)
@@ -108,20 +116,6 @@ TEST_F(GpsReadingTest, BurstFarLargerThanTheReadIsReadInPiecesOfTheReadSize)
         altitudes.push_back(altitude);
     }
     EXPECT_NE(altitudes[0], altitudes[1]);
-}
-
-TEST_F(GpsReadingTest, EveryFailedAttemptOfTheRetriesReportsItsEmptyRead)
-{
-    Connect(4800, "steady");
-    ChangeScript("silence");
-    // Small reads, so that 101 empty ones pass quickly: each waits 2 ms a byte.
-    gpsReadSize = 5;
-    GpsReading reading;
-    EXPECT_EQ(ReadGpsWithRetry(reading), 0);
-    std::vector<std::wstring> lines = Lines();
-    EXPECT_EQ(lines.size(), 101u);
-    for (const std::wstring& line : lines)
-        EXPECT_EQ(line, L"Zero bytes read for GPS values refresh\r\n");
 }
 
 TEST_F(GpsReadingTest, HangUpGivesEmptyReadsAndClosingLeavesNoHandleBehind)
@@ -168,9 +162,7 @@ TEST_F(GpsReadingTest, EachReadingChecksTheComputerClockAndAnOffsetBeyondASecond
     };
     for (const Case& each : cases) {
         SCOPED_TRACE(std::string(each.script) + " " + std::to_string(each.ahead));
-        ASSERT_TRUE(receiver.Start(3, 4800, each.script, false, each.ahead));
-        ASSERT_EQ(ConnectGps(nullptr), 1);
-        testsupport::TakeReportedLines();
+        Connect(4800, each.script, each.ahead);
         // Readings at different moments of the bursts, one after the port
         // has gathered five seconds of them as between two refreshes of the
         // GPS window: a sentence that was waiting isn't timed, one that came
