@@ -194,11 +194,6 @@ bool SyntheticDevices::Add(const std::wstring& name, const std::wstring& profile
     return SUCCEEDED(synthcam::AddDevice(name, profile, signal, synthcam::DllBesideProgram(), pacing));
 }
 
-bool SyntheticDevices::Remove(const std::wstring& name)
-{
-    return synthcam::RemoveDevice(name) == S_OK;
-}
-
 bool SyntheticDevices::Pull(const std::wstring& name)
 {
     return synthcam::PullDevice(name) == S_OK;

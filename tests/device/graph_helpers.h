@@ -63,7 +63,6 @@ public:
     ~SyntheticDevices();
     bool Add(const std::wstring& name, const std::wstring& profile, const std::wstring& signal = L"ntsc",
              const synthcam::DevicePacing& pacing = {});
-    bool Remove(const std::wstring& name);
     // As a cable pulled: the device's filters stop and it leaves the list.
     // Add it again to plug it back.
     bool Pull(const std::wstring& name);
