@@ -42,16 +42,6 @@ protected:
         EngineTest::TearDown();
     }
 
-    // The one device of that profile, listed, as the current device.
-    VideoSourceInfo* ListOne(const wchar_t* name, const wchar_t* profile)
-    {
-        EXPECT_TRUE(devices.Add(name, profile));
-        ScanDevices();
-        currentSourceIndex = 0;
-        TakeMessages();
-        return videoSources.empty() ? nullptr : videoSources[0];
-    }
-
     // A configuration as the options file holds it, known before the
     // devices are listed, as at start-up.
     void SaveConfiguration(const wchar_t* value)
@@ -65,7 +55,7 @@ protected:
 TEST_F(DevicePropertiesTest, BrightnessIsSetResetAndReappliedFromASavedConfiguration)
 {
     SaveConfiguration(L"Cam|30|640x480|YUY2|33|60|10|70|5|20|DIGITAL");
-    VideoSourceInfo* source = ListOne(L"Cam", L"webcam");
+    VideoSourceInfo* source = UseOneCamera();
     ASSERT_NE(source, nullptr);
     ASSERT_TRUE(source->brightness.available);
     EXPECT_EQ(source->brightness.defaultValue, 0);
@@ -100,7 +90,7 @@ TEST_F(DevicePropertiesTest, BrightnessIsSetResetAndReappliedFromASavedConfigura
 TEST_F(DevicePropertiesTest, APropertyOnAutomaticIsLeftOutAndHasNoDefaultToReturnTo)
 {
     SaveConfiguration(L"Auto|30|640x480|YUY2|40|60|X|70|5|20|DIGITAL");
-    VideoSourceInfo* source = ListOne(L"Auto", L"autobright");
+    VideoSourceInfo* source = UseOneCamera(L"autobright", {}, L"Auto");
     ASSERT_NE(source, nullptr);
     EXPECT_FALSE(source->brightness.available);
     EXPECT_EQ(source->brightness.defaultValue, kNoValue);
@@ -124,7 +114,7 @@ TEST_F(DevicePropertiesTest, APropertyOnAutomaticIsLeftOutAndHasNoDefaultToRetur
 // the value another process reads of it follows.
 TEST_F(DevicePropertiesTest, AllPropertiesGoBackToTheirDefaultsTogether)
 {
-    VideoSourceInfo* source = ListOne(L"Cam", L"webcam");
+    VideoSourceInfo* source = UseOneCamera();
     ASSERT_NE(source, nullptr);
     EXPECT_EQ(SetPropertyValue(VideoProcAmp_Brightness, 40), S_OK);
     EXPECT_EQ(SetPropertyValue(VideoProcAmp_Contrast, 90), S_OK);
@@ -145,7 +135,7 @@ TEST_F(DevicePropertiesTest, AllPropertiesGoBackToTheirDefaultsTogether)
 
 TEST_F(DevicePropertiesTest, TheBareDeviceHasNoneAndItsDefaultsFailWithTheirLineAndSilentlyWithoutADevice)
 {
-    VideoSourceInfo* source = ListOne(L"Bare", L"bare");
+    VideoSourceInfo* source = UseOneCamera(L"bare", {}, L"Bare");
     // That it offers none: ValidationAcceptsAndRefusesTheProfilesWithTheirMessages.
     ASSERT_NE(source, nullptr);
     EXPECT_EQ(SetPropertyValue(VideoProcAmp_Brightness, 1), E_NOINTERFACE);

@@ -35,10 +35,7 @@ protected:
     // manual recording, and reads back the report.
     void Record(const wchar_t* profile, const char* folderName, Recorded& recorded)
     {
-        ASSERT_TRUE(devices.Add(L"Cam", profile));
-        ScanDevices();
-        ASSERT_EQ(videoSources.size(), 1u);
-        currentSourceIndex = 0;
+        ASSERT_TRUE(UseOneCamera(profile));
         std::string folder = devicetest::WorkFolder(folderName);
         recorded.avi = folder + "/recording.avi";
         std::wstring path(recorded.avi.begin(), recorded.avi.end());
@@ -112,9 +109,7 @@ TEST_F(RecordingTest, ADeviceWithoutFrameCountsRecordsAndItsReportSaysSo)
 
 TEST_F(EngineTest, FramesTheCameraDropsShowAsDroppedBeforeTheNextRow)
 {
-    synthcam::DevicePacing pacing;
-    pacing.dropEvery = 7;
-    ASSERT_TRUE(UseOneCamera(pacing));
+    ASSERT_TRUE(UseOneCamera(L"webcam", {.dropEvery = 7}));
     std::string avi = devicetest::WorkFolder("engine-frame-times-drops") + "/drops.avi";
     std::string report = RecordFor(std::wstring(avi.begin(), avi.end()), 3000);
     std::vector<synthcam::FrameStamp> stamps = testsupport::ReadRecordedStamps(avi, 640);
