@@ -201,23 +201,18 @@ bool SyntheticDevices::Pull(const std::wstring& name)
 
 bool RendererConnectsTo(REFCLSID rendererClass, const std::wstring& deviceName)
 {
-    ComPtr<IGraphBuilder> graph;
+    DeviceChain chain;
     ComPtr<ICaptureGraphBuilder2> builder;
-    if (FAILED(CoCreateInstance(CLSID_FilterGraph, nullptr, CLSCTX_INPROC_SERVER, IID_IGraphBuilder,
-                                graph.PutVoid())) ||
-        FAILED(CoCreateInstance(CLSID_CaptureGraphBuilder2, nullptr, CLSCTX_INPROC_SERVER, IID_ICaptureGraphBuilder2,
-                                builder.PutVoid())))
-        return false;
-    builder->SetFiltergraph(graph.Get());
-    ComPtr<IBaseFilter> device = BindDevice(deviceName);
     ComPtr<IBaseFilter> renderer = CreateFilter(rendererClass);
-    if (!device || !renderer || FAILED(graph->AddFilter(device.Get(), L"Device")) ||
-        FAILED(graph->AddFilter(renderer.Get(), L"Renderer")))
+    if (!renderer || chain.Build(deviceName, {}) != S_OK ||
+        FAILED(CoCreateInstance(CLSID_CaptureGraphBuilder2, nullptr, CLSCTX_INPROC_SERVER, IID_ICaptureGraphBuilder2,
+                                builder.PutVoid())) ||
+        FAILED(chain.graph->AddFilter(renderer.Get(), L"Renderer")))
         return false;
+    builder->SetFiltergraph(chain.graph.Get());
     bool connected = SUCCEEDED(
-        builder->RenderStream(&PIN_CATEGORY_PREVIEW, &MEDIATYPE_Video, device.Get(), nullptr, renderer.Get()));
-    graph->RemoveFilter(renderer.Get());
-    graph->RemoveFilter(device.Get());
+        builder->RenderStream(&PIN_CATEGORY_PREVIEW, &MEDIATYPE_Video, chain.device.Get(), nullptr, renderer.Get()));
+    chain.graph->RemoveFilter(renderer.Get());
     return connected;
 }
 
