@@ -14,23 +14,15 @@ using namespace devicetest;
 // layer stays behind.
 class BaseLayer : public testing::Test {
 protected:
-    void SetUp() override
-    {
-        ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
-        transform->NonDelegatingAddRef();
-        sink->NonDelegatingAddRef();
-    }
-    void TearDown() override
-    {
-        EXPECT_EQ(transform->NonDelegatingRelease(), 0u);
-        EXPECT_EQ(sink->NonDelegatingRelease(), 0u);
-        EXPECT_EQ(CBaseObject::ObjectsActive(), objectsBefore);
-    }
+    void SetUp() override { ASSERT_TRUE(devices.Add(L"Cam", L"webcam")); }
 
     SyntheticDevices devices;
-    LONG objectsBefore = CBaseObject::ObjectsActive();
-    TestTransform* transform = new TestTransform;
-    TestSink* sink = new TestSink;
+    struct NoneLeft {
+        LONG before = CBaseObject::ObjectsActive();
+        ~NoneLeft() { EXPECT_EQ(CBaseObject::ObjectsActive(), before); }
+    } noneLeft;
+    Held<TestTransform> transform;
+    Held<TestSink> sink;
 };
 
 TEST_F(BaseLayer, TransformDeliversChangedFramesAndDropsSkippedOnes)
