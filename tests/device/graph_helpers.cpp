@@ -85,13 +85,6 @@ ComPtr<IPin> FindPin(IBaseFilter* filter, const wchar_t* name)
     return {};
 }
 
-ComPtr<IBaseFilter> CreateFilter(REFCLSID clsid)
-{
-    ComPtr<IBaseFilter> filter;
-    CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IBaseFilter, filter.PutVoid());
-    return filter;
-}
-
 std::string WorkFolder(const std::string& name)
 {
     std::string folder = std::string("Z:") + MAVU_BINARY_DIR_UNIX + "/device-work";
@@ -203,8 +196,9 @@ bool RendererConnectsTo(REFCLSID rendererClass, const std::wstring& deviceName)
 {
     DeviceChain chain;
     ComPtr<ICaptureGraphBuilder2> builder;
-    ComPtr<IBaseFilter> renderer = CreateFilter(rendererClass);
-    if (!renderer || chain.Build(deviceName, {}) != S_OK ||
+    ComPtr<IBaseFilter> renderer;
+    if (FAILED(CoCreateInstance(rendererClass, nullptr, CLSCTX_INPROC_SERVER, IID_IBaseFilter, renderer.PutVoid())) ||
+        chain.Build(deviceName, {}) != S_OK ||
         FAILED(CoCreateInstance(CLSID_CaptureGraphBuilder2, nullptr, CLSCTX_INPROC_SERVER, IID_ICaptureGraphBuilder2,
                                 builder.PutVoid())) ||
         FAILED(chain.graph->AddFilter(renderer.Get(), L"Renderer")))

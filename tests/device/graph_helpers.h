@@ -20,7 +20,6 @@ std::vector<std::wstring> DeviceNames(REFCLSID category = CLSID_VideoInputDevice
 // The capture filter of the first device of that name.
 ComPtr<IBaseFilter> BindDevice(const std::wstring& name);
 ComPtr<IPin> FindPin(IBaseFilter* filter, const wchar_t* name);
-ComPtr<IBaseFilter> CreateFilter(REFCLSID clsid);
 // A fresh folder in the build tree for one test's files, as "Z:/..." path.
 std::string WorkFolder(const std::string& name);
 // Sets the capture pin's format to the device's listed format of that
