@@ -14,23 +14,15 @@ using namespace devicetest;
 // layer stays behind.
 class BaseLayer : public testing::Test {
 protected:
-    void SetUp() override
-    {
-        ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
-        transform->NonDelegatingAddRef();
-        sink->NonDelegatingAddRef();
-    }
-    void TearDown() override
-    {
-        EXPECT_EQ(transform->NonDelegatingRelease(), 0u);
-        EXPECT_EQ(sink->NonDelegatingRelease(), 0u);
-        EXPECT_EQ(CBaseObject::ObjectsActive(), objectsBefore);
-    }
+    void SetUp() override { ASSERT_TRUE(devices.Add(L"Cam", L"webcam")); }
 
     SyntheticDevices devices;
-    LONG objectsBefore = CBaseObject::ObjectsActive();
-    TestTransform* transform = new TestTransform;
-    TestSink* sink = new TestSink;
+    struct NoneLeft {
+        LONG before = CBaseObject::ObjectsActive();
+        ~NoneLeft() { EXPECT_EQ(CBaseObject::ObjectsActive(), before); }
+    } noneLeft;
+    Held<TestTransform> transform;
+    Held<TestSink> sink;
 };
 
 TEST_F(BaseLayer, TransformDeliversChangedFramesAndDropsSkippedOnes)
@@ -136,13 +128,6 @@ TEST_F(BaseLayer, EnumeratorsWalkSkipResetAndClone)
     {
         ComPtr<IBaseFilter> device = BindDevice(L"Cam");
         ASSERT_TRUE(device);
-        // Its stream's capabilities list the same ten formats as its media types.
-        ComPtr<IAMStreamConfig> config;
-        int count = 0, size = 0;
-        ASSERT_EQ(FindPin(device.Get(), L"Capture")->QueryInterface(IID_IAMStreamConfig, config.PutVoid()), S_OK);
-        ASSERT_EQ(config->GetNumberOfCapabilities(&count, &size), S_OK);
-        EXPECT_EQ(count, 10);
-        EXPECT_EQ(size, static_cast<int>(sizeof(VIDEO_STREAM_CONFIG_CAPS)));
         ComPtr<IEnumMediaTypes> types;
         ASSERT_EQ(FindPin(device.Get(), L"Capture")->EnumMediaTypes(types.Put()), S_OK);
         AM_MEDIA_TYPE* got[10] = {};

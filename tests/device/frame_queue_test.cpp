@@ -15,32 +15,20 @@ namespace {
 // buffers and a sink that takes `delayMs` for each frame.
 class QueueGraph {
 public:
-    QueueGraph(long frames, LONG delayMs)
-    {
-        queue_ = new FrameQueueFilter(L"Queue", frames, 1ull << 30);
-        queue_->NonDelegatingAddRef();
-        sink_ = new TestSink;
-        sink_->NonDelegatingAddRef();
-        sink_->receiveDelayMs = delayMs;
-    }
-    ~QueueGraph()
-    {
-        chain.TearDown();
-        EXPECT_EQ(sink_->NonDelegatingRelease(), 0u);
-        EXPECT_EQ(queue_->NonDelegatingRelease(), 0u);
-    }
+    QueueGraph(long frames, LONG delayMs) : queue_(L"Queue", frames, 1ull << 30) { sink_->receiveDelayMs = delayMs; }
 
     bool Build()
     {
         return devices_.Add(L"Queue Cam", L"webcam") &&
                chain.Build(L"Queue Cam", {queue_, sink_}, MEDIASUBTYPE_YUY2, 640, 480) == S_OK;
     }
-    FrameQueueFilter* queue_ = nullptr;
-    TestSink* sink_ = nullptr;
-    DeviceChain chain;
 
-private:
+    // Taken down from the last: the chain, the filters with the test's
+    // references, and the device.
     SyntheticDevices devices_;
+    Held<FrameQueueFilter> queue_;
+    Held<TestSink> sink_;
+    DeviceChain chain;
 };
 
 }  // namespace

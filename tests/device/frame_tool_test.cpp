@@ -27,17 +27,7 @@ void RunThrough(MavuVideoTransformFilter* tool, TestSink* sink, DWORD ms, REFGUI
 // The tool and a sink behind it, each held by the test alone at the end.
 class FrameTool : public testing::Test {
 protected:
-    void SetUp() override
-    {
-        tool->NonDelegatingAddRef();
-        sink->NonDelegatingAddRef();
-        ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
-    }
-    void TearDown() override
-    {
-        EXPECT_EQ(tool->NonDelegatingRelease(), 0u);
-        EXPECT_EQ(sink->NonDelegatingRelease(), 0u);
-    }
+    void SetUp() override { ASSERT_TRUE(devices.Add(L"Cam", L"webcam")); }
     // Integration of that many frames, as a camera start asks for it.
     void ConfigureIntegration(uint32_t frames)
     {
@@ -50,8 +40,8 @@ protected:
     }
 
     SyntheticDevices devices;
-    MavuVideoTransformFilter* tool = new MavuVideoTransformFilter;
-    TestSink* sink = new TestSink;
+    Held<MavuVideoTransformFilter> tool;
+    Held<TestSink> sink;
 };
 
 TEST_F(FrameTool, IntegrationOfTwoHalvesTheRateAndSaturationKeepsFramesFlowing)
@@ -122,8 +112,7 @@ TEST_F(FrameTool, DarkAnalysisMeasuresEachRgbChannelAndLeavesTheLumaLevel)
 
 TEST(FrameToolAnalysis, AFormatOutsideTheThreeIsReportedAndMeasuresNothing)
 {
-    auto* tool = new MavuVideoTransformFilter;
-    tool->NonDelegatingAddRef();
+    Held<MavuVideoTransformFilter> tool;
     testsupport::TakeReportedLines();
     darkValueY = 5;
     // Not connected: the filter knows no format.
@@ -134,5 +123,4 @@ TEST(FrameToolAnalysis, AFormatOutsideTheThreeIsReportedAndMeasuresNothing)
     EXPECT_EQ(lines[0].text, L"Frame integration not supported for this device format\r\n");
     EXPECT_TRUE(lines[0].withTimeStamp);
     EXPECT_EQ(darkValueY.load(), 5u);
-    EXPECT_EQ(tool->NonDelegatingRelease(), 0u);
 }

@@ -85,13 +85,6 @@ ComPtr<IPin> FindPin(IBaseFilter* filter, const wchar_t* name)
     return {};
 }
 
-ComPtr<IBaseFilter> CreateFilter(REFCLSID clsid)
-{
-    ComPtr<IBaseFilter> filter;
-    CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IBaseFilter, filter.PutVoid());
-    return filter;
-}
-
 std::string WorkFolder(const std::string& name)
 {
     std::string folder = std::string("Z:") + MAVU_BINARY_DIR_UNIX + "/device-work";
@@ -194,11 +187,6 @@ bool SyntheticDevices::Add(const std::wstring& name, const std::wstring& profile
     return SUCCEEDED(synthcam::AddDevice(name, profile, signal, synthcam::DllBesideProgram(), pacing));
 }
 
-bool SyntheticDevices::Remove(const std::wstring& name)
-{
-    return synthcam::RemoveDevice(name) == S_OK;
-}
-
 bool SyntheticDevices::Pull(const std::wstring& name)
 {
     return synthcam::PullDevice(name) == S_OK;
@@ -206,23 +194,19 @@ bool SyntheticDevices::Pull(const std::wstring& name)
 
 bool RendererConnectsTo(REFCLSID rendererClass, const std::wstring& deviceName)
 {
-    ComPtr<IGraphBuilder> graph;
+    DeviceChain chain;
     ComPtr<ICaptureGraphBuilder2> builder;
-    if (FAILED(CoCreateInstance(CLSID_FilterGraph, nullptr, CLSCTX_INPROC_SERVER, IID_IGraphBuilder,
-                                graph.PutVoid())) ||
+    ComPtr<IBaseFilter> renderer;
+    if (FAILED(CoCreateInstance(rendererClass, nullptr, CLSCTX_INPROC_SERVER, IID_IBaseFilter, renderer.PutVoid())) ||
+        chain.Build(deviceName, {}) != S_OK ||
         FAILED(CoCreateInstance(CLSID_CaptureGraphBuilder2, nullptr, CLSCTX_INPROC_SERVER, IID_ICaptureGraphBuilder2,
-                                builder.PutVoid())))
+                                builder.PutVoid())) ||
+        FAILED(chain.graph->AddFilter(renderer.Get(), L"Renderer")))
         return false;
-    builder->SetFiltergraph(graph.Get());
-    ComPtr<IBaseFilter> device = BindDevice(deviceName);
-    ComPtr<IBaseFilter> renderer = CreateFilter(rendererClass);
-    if (!device || !renderer || FAILED(graph->AddFilter(device.Get(), L"Device")) ||
-        FAILED(graph->AddFilter(renderer.Get(), L"Renderer")))
-        return false;
+    builder->SetFiltergraph(chain.graph.Get());
     bool connected = SUCCEEDED(
-        builder->RenderStream(&PIN_CATEGORY_PREVIEW, &MEDIATYPE_Video, device.Get(), nullptr, renderer.Get()));
-    graph->RemoveFilter(renderer.Get());
-    graph->RemoveFilter(device.Get());
+        builder->RenderStream(&PIN_CATEGORY_PREVIEW, &MEDIATYPE_Video, chain.device.Get(), nullptr, renderer.Get()));
+    chain.graph->RemoveFilter(renderer.Get());
     return connected;
 }
 

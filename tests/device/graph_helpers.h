@@ -20,7 +20,6 @@ std::vector<std::wstring> DeviceNames(REFCLSID category = CLSID_VideoInputDevice
 // The capture filter of the first device of that name.
 ComPtr<IBaseFilter> BindDevice(const std::wstring& name);
 ComPtr<IPin> FindPin(IBaseFilter* filter, const wchar_t* name);
-ComPtr<IBaseFilter> CreateFilter(REFCLSID clsid);
 // A fresh folder in the build tree for one test's files, as "Z:/..." path.
 std::string WorkFolder(const std::string& name);
 // Sets the capture pin's format to the device's listed format of that
@@ -63,7 +62,6 @@ public:
     ~SyntheticDevices();
     bool Add(const std::wstring& name, const std::wstring& profile, const std::wstring& signal = L"ntsc",
              const synthcam::DevicePacing& pacing = {});
-    bool Remove(const std::wstring& name);
     // As a cable pulled: the device's filters stop and it leaves the list.
     // Add it again to plug it back.
     bool Pull(const std::wstring& name);

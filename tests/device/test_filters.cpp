@@ -26,7 +26,7 @@ double BackgroundLevel(const BYTE* data, synthcam::Subtype subtype, int width, i
     return last > first && width > 0 ? sum / (static_cast<double>(last - first) * width) : 0;
 }
 
-// The stamp-carrying picture of a YUY2 or RGB media type.
+// The stamp-carrying picture of a YUY2 or RGB24 media type.
 bool PictureOf(const AM_MEDIA_TYPE& type, synthcam::Subtype* subtype, int* width, int* height)
 {
     if (type.formattype != FORMAT_VideoInfo || !type.pbFormat || type.cbFormat < sizeof(VIDEOINFOHEADER))
@@ -34,14 +34,8 @@ bool PictureOf(const AM_MEDIA_TYPE& type, synthcam::Subtype* subtype, int* width
     const auto* info = reinterpret_cast<const VIDEOINFOHEADER*>(type.pbFormat);
     if (type.subtype == MEDIASUBTYPE_YUY2)
         *subtype = synthcam::Subtype::YUY2;
-    else if (type.subtype == MEDIASUBTYPE_UYVY)
-        *subtype = synthcam::Subtype::UYVY;
     else if (type.subtype == MEDIASUBTYPE_RGB24)
         *subtype = synthcam::Subtype::RGB24;
-    else if (type.subtype == MEDIASUBTYPE_ARGB32)
-        *subtype = synthcam::Subtype::ARGB32;
-    else if (type.subtype == MEDIASUBTYPE_RGB32)
-        *subtype = synthcam::Subtype::RGB32;
     else
         return false;
     *width = info->bmiHeader.biWidth;

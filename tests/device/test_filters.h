@@ -6,9 +6,32 @@
 #include "filters/transform_filter.h"
 #include "tools/synthcam/sky.h"
 
+#include <gtest/gtest.h>
+
+#include <utility>
 #include <vector>
 
 namespace devicetest {
+
+// A filter of the base layer held by the test alone, as the program holds
+// its own filters: made with one reference, and gone with it at the end.
+template <typename Filter>
+class Held {
+public:
+    template <typename... Args>
+    explicit Held(Args&&... args) : filter_(new Filter(std::forward<Args>(args)...))
+    {
+        filter_->NonDelegatingAddRef();
+    }
+    ~Held() { EXPECT_EQ(filter_->NonDelegatingRelease(), 0u); }
+    Held(const Held&) = delete;
+    Held& operator=(const Held&) = delete;
+    Filter* operator->() const { return filter_; }
+    operator Filter*() const { return filter_; }
+
+private:
+    Filter* filter_;
+};
 
 struct ReceivedFrame {
     synthcam::FrameStamp stamp;

@@ -130,8 +130,7 @@ TEST_F(ColorControlTest, SliderPositionsReachTheEffectMappedAndThePreviewChanges
     EXPECT_TRUE(TakeMessages().empty());
 
     // The preview's frames, taken where the renderer stood.
-    auto* sink = new devicetest::TestSink;
-    sink->NonDelegatingAddRef();
+    devicetest::Held<devicetest::TestSink> sink;
     player->SetColorControls(50, 50);
     PreviewInto(sink);
     Sleep(1000);
@@ -149,7 +148,6 @@ TEST_F(ColorControlTest, SliderPositionsReachTheEffectMappedAndThePreviewChanges
     EXPECT_GT(sink->Frames().size(), 15u);
     player->mediaControl->Stop();
     player->RemoveGraphFilters();
-    EXPECT_EQ(sink->NonDelegatingRelease(), 0u);
 }
 
 TEST_F(ColorControlTest, WithTheFileBoxTheRecordingChangesAndTheContrastSliderMovesTheFilesBrightness)

@@ -29,8 +29,7 @@ TEST_F(EngineTest, IntegrationMeasuresTheSkyBackgroundAndTakesItOffTheAddedFrame
     // Each delivered frame is frame 1 of its group plus frame 2 less the
     // dark level: about the background, where without the subtraction it
     // would be about twice it.
-    auto* sink = new devicetest::TestSink;
-    sink->NonDelegatingAddRef();
+    devicetest::Held<devicetest::TestSink> sink;
     PreviewInto(sink);
     Sleep(2000);
     std::vector<devicetest::ReceivedFrame> frames = sink->Frames();
@@ -41,5 +40,4 @@ TEST_F(EngineTest, IntegrationMeasuresTheSkyBackgroundAndTakesItOffTheAddedFrame
     }
     player->mediaControl->Stop();
     player->RemoveGraphFilters();
-    EXPECT_EQ(sink->NonDelegatingRelease(), 0u);
 }

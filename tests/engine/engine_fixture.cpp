@@ -95,15 +95,16 @@ void EngineTest::ScanDevices()
     ASSERT_TRUE(SUCCEEDED(GetAttachedVideoDeviceList()));
 }
 
-bool EngineTest::UseOneCamera(const synthcam::DevicePacing& pacing)
+VideoSourceInfo* EngineTest::UseOneCamera(const wchar_t* profile, const synthcam::DevicePacing& pacing,
+                                          const wchar_t* name)
 {
-    if (!devices.Add(L"Cam", L"webcam", L"ntsc", pacing))
-        return false;
+    if (!devices.Add(name, profile, L"ntsc", pacing))
+        return nullptr;
     ScanDevices();
     if (videoSources.size() != 1)
-        return false;
+        return nullptr;
     currentSourceIndex = 0;
-    return true;
+    return videoSources[0];
 }
 
 VideoSourceInfo* EngineTest::Source(const std::wstring& name)

@@ -24,9 +24,10 @@ protected:
     void RemakePlayer();
     // Enumerates and validates the devices now registered.
     void ScanDevices();
-    // Adds the one synthetic webcam "Cam", scans, and makes it the device in
-    // use; false unless it is the only device found.
-    bool UseOneCamera(const synthcam::DevicePacing& pacing = {});
+    // Adds the one synthetic device (the webcam "Cam" unless told), scans,
+    // and makes it the device in use; null unless it is the only device found.
+    VideoSourceInfo* UseOneCamera(const wchar_t* profile = L"webcam", const synthcam::DevicePacing& pacing = {},
+                                  const wchar_t* name = L"Cam");
     // The device of that name in the engine's list, or null.
     VideoSourceInfo* Source(const std::wstring& name);
     // Everything reported since the last call, in order, as one text.

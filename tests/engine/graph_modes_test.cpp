@@ -95,10 +95,7 @@ TEST_F(EngineTest, EachModeBuildsTheChainOfItsRow)
 
 TEST_F(EngineTest, ASourceWithItsOwnPreviewPinGetsNoSmartTee)
 {
-    ASSERT_TRUE(devices.Add(L"Two Pins", L"preview"));
-    ScanDevices();
-    ASSERT_EQ(videoSources.size(), 1u);
-    currentSourceIndex = 0;
+    ASSERT_TRUE(UseOneCamera(L"preview", {}, L"Two Pins"));
     pixelSaturationOn = 1;
     ASSERT_EQ(player->StartCamera(false, L""), S_OK) << testing::PrintToString(TakeMessages());
     EXPECT_EQ(Connections(), (std::vector<std::string>{

@@ -15,13 +15,6 @@ using namespace enginetest;
 
 namespace {
 
-struct Recorded {
-    std::wstring messages;  // what the start reported
-    bool hadFrameCounts;  // the source offered IAMDroppedFrames
-    std::string avi;
-    std::string reportLines;  // the report with "\n" line ends
-};
-
 std::string Escaped(const std::string& text)
 {
     return std::regex_replace(text, std::regex(R"([.\\()])"), R"(\$&)");
@@ -29,92 +22,66 @@ std::string Escaped(const std::string& text)
 
 }  // namespace
 
-class RecordingTest : public EngineTest {
-protected:
-    // Records about three seconds from the one device of that profile, as a
-    // manual recording, and reads back the report.
-    void Record(const wchar_t* profile, const char* folderName, Recorded& recorded)
-    {
-        ASSERT_TRUE(devices.Add(L"Cam", profile));
-        ScanDevices();
-        ASSERT_EQ(videoSources.size(), 1u);
-        currentSourceIndex = 0;
-        std::string folder = devicetest::WorkFolder(folderName);
-        recorded.avi = folder + "/recording.avi";
-        std::wstring path(recorded.avi.begin(), recorded.avi.end());
+// About three seconds from the one device of each profile, as a manual
+// recording. The report against its pattern, line by line to the last line
+// end; the clock times and the path are the only lines not matched to the
+// letter. A source without IAMDroppedFrames still records; its report says
+// the counts aren't to be had and gives none.
+TEST_F(EngineTest, RecordingWritesTheAviAndTheReport)
+{
+    const struct {
+        const wchar_t* profile;
+        const char* file;
+        bool frameCounts;  // the source offers IAMDroppedFrames
+        const char* countLines;
+    } rows[] = {
+        {L"webcam", "recording.avi", true, R"(Number of recorded frames:  (\d+)\nNumber of dropped frames:  \d+\n)"},
+        {L"bare", "bare.avi", false, "Total frame count and dropped frame count are not avaiable\n"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.file);
+        devicetest::SyntheticDevices fresh;
+        TearDown();
+        SetUp();
+        ASSERT_TRUE(UseOneCamera(row.profile));
+        std::string avi = devicetest::WorkFolder("engine-recording") + "/" + row.file;
+        std::wstring messages;
         lstrcpyW(player->startRecordingLine, L"Start recording at 12:00:00 (UTC)");
-        recorded.reportLines = RecordFor(path, 3000, &recorded.messages);
-        recorded.hadFrameCounts = player->droppedFrames != nullptr;
-    }
+        std::string report = RecordFor(std::wstring(avi.begin(), avi.end()), 3000, &messages);
+        EXPECT_EQ(player->droppedFrames != nullptr, row.frameCounts);
+        // This platform's mux has neither the index choice nor the property bag.
+        EXPECT_NE(messages.find(L"Cannot configure the AVI Mux filter.  Report this message (see Help->About)\r\n"),
+                  std::wstring::npos)
+            << testing::PrintToString(messages);
+        EXPECT_NE(messages.find(L"Cannot add MAVU Video Capture INFO to AVI file.\r\nMAVU Video Playback will not "
+                                L"report dropped frames\r\n"),
+                  std::wstring::npos);
 
-    // The report against its pattern, line by line to the last line end;
-    // the clock times and the path are the only lines not matched to the
-    // letter.
-    static void ExpectReportLines(const Recorded& recorded, const std::string& countLines)
-    {
+        testsupport::ProbedVideo video = testsupport::ProbeVideo(avi);
+        ASSERT_TRUE(video.ok) << video.raw;
+        EXPECT_EQ(video.width, 640);
+        EXPECT_EQ(video.height, 480);
+        EXPECT_EQ(video.codecTag, "YUY2");
+        EXPECT_NEAR(video.frames, 90, 10);
+        std::string bytes = e2e::ReadBytes(std::wstring(avi.begin(), avi.end()));
+        EXPECT_NE(bytes.find("idx1"), std::string::npos);
+
         std::string expected = "Manual recording\n" + Escaped("Start recording at 12:00:00 (UTC)") + "\n" +
-            R"(Stop recording at \d\d:\d\d:\d\d \(UTC\))" + "\nVideo file:  " + Escaped(recorded.avi) + "\n" +
-            countLines +
+            R"(Stop recording at \d\d:\d\d:\d\d \(UTC\))" + "\nVideo file:  " + Escaped(avi) + "\n" + row.countLines +
             "Video source device: Cam\nSource device format: Digital\nFrame rate: 30\n"
             "Frame size: 640x480\nFormat subtype: YUY2\nCodec: NONE\nVideo renderer: VMR9\n";
-        EXPECT_TRUE(std::regex_match(recorded.reportLines, std::regex(expected))) << recorded.reportLines;
+        std::smatch counts;
+        ASSERT_TRUE(std::regex_match(report, counts, std::regex(expected))) << report;
+        if (row.frameCounts) {
+            EXPECT_NEAR(std::stoi(counts[1]), video.frames, 2);
+        }
+        testsupport::ExpectRecordMatchesTheStamps(avi, testsupport::ReadRecordedStamps(avi, 640), 1000.0 / 30);
     }
-};
-
-TEST_F(RecordingTest, RecordingWritesTheAviAndTheReport)
-{
-    Recorded recorded;
-    Record(L"webcam", "engine-recording", recorded);
-    // This platform's mux has neither the index choice nor the property bag.
-    EXPECT_NE(
-        recorded.messages.find(L"Cannot configure the AVI Mux filter.  Report this message (see Help->About)\r\n"),
-        std::wstring::npos)
-        << testing::PrintToString(recorded.messages);
-    EXPECT_NE(recorded.messages.find(L"Cannot add MAVU Video Capture INFO to AVI file.\r\nMAVU Video Playback will not "
-                                     L"report dropped frames\r\n"),
-              std::wstring::npos);
-    ASSERT_TRUE(recorded.hadFrameCounts);
-
-    testsupport::ProbedVideo video = testsupport::ProbeVideo(recorded.avi);
-    ASSERT_TRUE(video.ok) << video.raw;
-    EXPECT_EQ(video.width, 640);
-    EXPECT_EQ(video.height, 480);
-    EXPECT_EQ(video.codecTag, "YUY2");
-    EXPECT_NEAR(video.frames, 90, 10);
-    std::string bytes = e2e::ReadBytes(std::wstring(recorded.avi.begin(), recorded.avi.end()));
-    EXPECT_NE(bytes.find("idx1"), std::string::npos);
-
-    std::smatch counts;
-    ASSERT_TRUE(
-        std::regex_search(recorded.reportLines, counts,
-                          std::regex("Number of recorded frames:  (\\d+)\nNumber of dropped frames:  (\\d+)\n")))
-        << recorded.reportLines;
-    EXPECT_NEAR(std::stoi(counts[1]), video.frames, 2);
-    ExpectReportLines(recorded, R"(Number of recorded frames:  \d+\nNumber of dropped frames:  \d+\n)");
-    testsupport::ExpectRecordMatchesTheStamps(recorded.avi, testsupport::ReadRecordedStamps(recorded.avi, 640),
-                                              1000.0 / 30);
-}
-
-// A source without IAMDroppedFrames still records; its report says the
-// counts aren't to be had and gives none.
-TEST_F(RecordingTest, ADeviceWithoutFrameCountsRecordsAndItsReportSaysSo)
-{
-    Recorded recorded;
-    Record(L"bare", "engine-recording-bare", recorded);
-    EXPECT_FALSE(recorded.hadFrameCounts);
-
-    testsupport::ProbedVideo video = testsupport::ProbeVideo(recorded.avi);
-    ASSERT_TRUE(video.ok) << video.raw;
-    EXPECT_NEAR(video.frames, 90, 10);
-    EXPECT_EQ(recorded.reportLines.find("Number of"), std::string::npos) << recorded.reportLines;
-    ExpectReportLines(recorded, "Total frame count and dropped frame count are not avaiable\n");
 }
 
 TEST_F(EngineTest, FramesTheCameraDropsShowAsDroppedBeforeTheNextRow)
 {
-    synthcam::DevicePacing pacing;
-    pacing.dropEvery = 7;
-    ASSERT_TRUE(UseOneCamera(pacing));
+    ASSERT_TRUE(UseOneCamera(L"webcam", {.dropEvery = 7}));
     std::string avi = devicetest::WorkFolder("engine-frame-times-drops") + "/drops.avi";
     std::string report = RecordFor(std::wstring(avi.begin(), avi.end()), 3000);
     std::vector<synthcam::FrameStamp> stamps = testsupport::ReadRecordedStamps(avi, 640);

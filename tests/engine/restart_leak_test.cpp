@@ -12,24 +12,9 @@
 
 using namespace enginetest;
 
-namespace {
-
-// The platform's count where it gives one, else the system's handle table
-// (GetProcessHandleCount answers 0 under Wine).
-long HandlesOfThisProcess()
-{
-    DWORD count = 0;
-    if (GetProcessHandleCount(GetCurrentProcess(), &count) && count > 0)
-        return static_cast<long>(count);
-    return testsupport::ProcessHandleCount(GetCurrentProcessId());
-}
-
-}  // namespace
-
 TEST_F(EngineTest, RestartsInPreviewAndRecordingLeaveNoThreadBehind)
 {
     ASSERT_TRUE(UseOneCamera());
-    rendererChoice = 1;
     std::string folder = devicetest::WorkFolder("restart-leak");
     std::vector<long> threads, handles;
     for (int cycle = 0; cycle < 6; ++cycle) {
@@ -44,7 +29,7 @@ TEST_F(EngineTest, RestartsInPreviewAndRecordingLeaveNoThreadBehind)
         ASSERT_EQ(player->StopCamera(false, L"", RecordingNotes{}), S_OK);
         Sleep(300);
         threads.push_back(testsupport::ProcessThreadCount(GetCurrentProcessId()));
-        handles.push_back(HandlesOfThisProcess());
+        handles.push_back(testsupport::ProcessHandleCount(GetCurrentProcessId()));
         std::printf("after cycle %d: %ld threads, %ld handles\n", cycle + 1, threads.back(), handles.back());
     }
     EXPECT_LE(threads.back(), threads[1] + 1);

@@ -1,5 +1,6 @@
-// The number of handles a process holds, as the platform's system handle
-// table lists them (GetProcessHandleCount gives 0 under Wine).
+// The number of handles a process holds: the platform's GetProcessHandleCount
+// where it gives one, else the system handle table (GetProcessHandleCount
+// gives 0 under Wine).
 #pragma once
 
 #include <windows.h>
