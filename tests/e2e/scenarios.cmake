@@ -5,7 +5,6 @@ set(MAVU_E2E_SCENARIOS
     Startup.ProgramNameWithoutMavuCannotMakeTheDefaultFolders
     Messages.SaveAboutAndSaveAndClear
     Dialogs.EveryTextFitsItsControlInItsOwnFont
-    Options.StartUpReadsTheFileOrItsFallbackOrSaysItCannot
     OptionWindows.FileOptionsPrefixesHostNameAndFolderAreFilteredSavedAndUsed
     OptionWindows.PerformanceChangesTheRendererAndRestarts
     OptionWindows.EventPendingSwitchesTheCountdownAndMiscellaneousSavesOnlyChangesAndAFailedWriteWarns
