@@ -42,8 +42,7 @@ Piece ReadPiece(const ProgramRun& run, const std::wstring& name)
 {
     Piece piece;
     piece.name = name;
-    std::wstring avi = run.Videos() + L"\\" + name;
-    piece.stamps = testsupport::ReadRecordedStamps(Narrow(avi), 640);
+    piece.stamps = testsupport::ReadRecordedStamps(Narrow(run.VideoPath(name)), 640);
     piece.report = run.ReportOf(name);
     return piece;
 }
@@ -144,14 +143,13 @@ TEST(HotPlug, PullAndReplugTwiceDuringAnEventGoesOnInNumberedFilesAndEndsOnTime)
     EXPECT_EQ(videos[0].rfind(L"Vesta_", 0), 0u);
     std::vector<Piece> pieces;
     for (const std::wstring& name : names) {
-        testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(run.Videos() + L"\\" + name));
+        testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(run.VideoPath(name)));
         ASSERT_TRUE(video.ok) << video.raw;
         pieces.push_back(ReadPiece(run, name));
         EXPECT_EQ(video.frames, static_cast<int>(pieces.back().stamps.size()));
         ExpectNothingLost(pieces.back(), "Event recording: \r\r\n");
         // Each piece has its frame-time record beside it.
-        testsupport::ExpectRecordMatchesTheStamps(Narrow(run.Videos() + L"\\" + name), pieces.back().stamps,
-                                                  1000.0 / 30);
+        testsupport::ExpectRecordMatchesTheStamps(Narrow(run.VideoPath(name)), pieces.back().stamps, 1000.0 / 30);
     }
     for (int i = 0; i < 2; ++i)
         ExpectGapOnlyWhileAway(pieces[i], pieces[i + 1], pulled[i], plugged[i]);
@@ -164,8 +162,8 @@ TEST(HotPlug, PullAndReplugDuringAManualRecordingGoesOnUnderTheManualName)
     ProgramRun run;
     ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
     ASSERT_TRUE(run.Start());
-    HWND start = FindChild(run.program->RecordControlsWindow(), L"Button");
-    HWND stop = GetWindow(start, GW_HWNDNEXT);
+    HWND start = run.program->StartButton();
+    HWND stop = run.program->StopButton();
     Click(start);
     ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 10000));
     Sleep(3000);

@@ -15,16 +15,6 @@
 
 using namespace e2e;
 
-namespace {
-
-void MoveSlider(HWND slider, int position)
-{
-    SendMessageW(slider, TBM_SETPOS, TRUE, position);
-    SendMessageW(GetParent(slider), WM_HSCROLL, MAKEWPARAM(TB_PAGEDOWN, 0), reinterpret_cast<LPARAM>(slider));
-}
-
-}  // namespace
-
 // x 2.0 doubles the picture and the main window follows; closing the window puts the picture back. The window
 // opens with " None" selected. Without colour in files the Brightness and Contrast window is the smaller one and
 // has no file box; without a colour effect on the platform the camera still runs.
