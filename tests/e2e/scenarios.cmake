@@ -49,8 +49,6 @@ set(MAVU_E2E_LONG_SCENARIOS
     HotPlug.EachChangeGivesItsLineTheNextDeviceTakesOverAndTheDefaultTakesOverWhenItComes
     HotPlug.ANotificationDuringACameraStartIsDroppedAndTheNextOneFindsTheChange
     Grabbers/Analog.StandardFoundAtStartUp/NtscSignalStaysNtscWithoutALine
-    Grabbers/Analog.StandardFoundAtStartUp/SixFramesDrawnCountAsPalAndFiveAsNtsc
-    Grabbers/Analog.StandardFoundAtStartUp/WithoutPalFormatsSaysSoAndStaysNtsc
     Events.OneEventRecordsCentredOnItsMomentInNewYork
     Gps.EventRecordingCarriesThePositionOfItsStartAndTheLinkReturnsAfterIt
     Events.HandWrittenEventWithAnAccentedCommentIsListedAndRecorded
