@@ -133,10 +133,7 @@ struct ProgramRun {
     }
     // A cable pulled or plugged, then the system's word that something changed.
     LRESULT Pull(const std::wstring& name) { return devices.Pull(name) ? SendDeviceChange(Main()) : -2; }
-    LRESULT Plug(const std::wstring& name, const std::wstring& profile = L"webcam")
-    {
-        return devices.Add(name, profile) ? SendDeviceChange(Main()) : -2;
-    }
+    LRESULT Plug(const std::wstring& name) { return devices.Add(name, L"webcam") ? SendDeviceChange(Main()) : -2; }
 };
 
 // A short recording by hand: its report and its file are at this size, rate and standard, and, when asked, the

@@ -194,41 +194,21 @@ TEST(HotPlug, PullAndReplugDuringAManualRecordingGoesOnUnderTheManualName)
     EXPECT_TRUE(WaitUntil([&] { return IsEnabled(start) && !IsEnabled(stop); }, 5000));
 }
 
-// Each pull and plug of a device not in use gives its line: an unusable device is refused once, an ignored one
-// comes and goes, and two pulled before one notification are found one at a time. The next device takes over
-// from a pulled one; with none left the picture goes, and comes back with a device plugged; the default takes
-// over as soon as it comes, new to the program as it is.
+// Each pull and plug of a device not in use gives its line: an ignored one comes and goes, and a notification
+// that finds nothing says nothing. The next device takes over from a pulled one; with none left the picture
+// goes, and comes back with a device plugged; the default takes over as soon as it comes, new to the program as
+// it is.
 TEST(HotPlug, EachChangeGivesItsLineTheNextDeviceTakesOverAndTheDefaultTakesOverWhenItComes)
 {
     ProgramRun run;
-    for (const wchar_t* name : {L"Sky Cam", L"Spare Cam", L"Hidden Cam", L"Spare One", L"Spare Two"})
+    for (const wchar_t* name : {L"Sky Cam", L"Spare Cam", L"Hidden Cam"})
         ASSERT_TRUE(run.devices.Add(name, L"webcam"));
     ASSERT_TRUE(run.Start(Option("DefaultVideoSource", "Main Cam") + Option("ExcludedVideoSource", "Hidden Cam")));
     HWND clipping = run.Clipping();
     ASSERT_NE(clipping, nullptr);
     ExpectDeviceInUse(run, clipping, true);
 
-    // An unusable device is refused the first time it comes, and from then
-    // on doesn't count as attached.
-    const std::wstring refused = L"Device \"Tiny Cam\" cannot be used for video capture\r\n";
-    ASSERT_EQ(run.Plug(L"Tiny Cam", L"small"), 1);
-    EXPECT_EQ(run.Count(refused), 1);
-    ASSERT_EQ(run.Pull(L"Tiny Cam"), 1);
-    ASSERT_EQ(run.Plug(L"Tiny Cam", L"small"), 1);
-    EXPECT_EQ(run.Count(refused), 1);
-    EXPECT_EQ(run.Count(L"Tiny Cam"), 1) << Narrow(run.program->Messages());
-
     ExpectHandled(run.Pull(L"Hidden Cam"), run, L"Ignored video capture device \"Hidden Cam\" disconnected\r\n");
-
-    // Two pulled before one notification: it handles the first; the second
-    // waits for the next one.
-    ASSERT_TRUE(run.devices.Pull(L"Spare Two"));
-    ASSERT_TRUE(run.devices.Pull(L"Spare One"));
-    ASSERT_EQ(SendDeviceChange(run.Main()), 1);
-    EXPECT_EQ(run.Count(L"Inactive video capture device \"Spare One\" disconnected\r\n"), 1);
-    EXPECT_EQ(run.Count(L"Spare Two"), 0);
-    ASSERT_EQ(SendDeviceChange(run.Main()), 1);
-    EXPECT_EQ(run.Count(L"Inactive video capture device \"Spare Two\" disconnected\r\n"), 1);
     // Nothing left to find.
     std::wstring before = run.program->Messages();
     ASSERT_EQ(SendDeviceChange(run.Main()), 1);
