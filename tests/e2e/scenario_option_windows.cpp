@@ -10,7 +10,6 @@
 
 #include "e2e/program_run.h"
 #include "e2e/remote_controls.h"
-#include "support/ffprobe.h"
 #include "support/stand_ins.h"
 #include "ui/commands.h"
 #include "ui/control_ids.h"
@@ -332,9 +331,6 @@ TEST(OptionWindows, CodecSelectorPairsTheCompressorAndTheNextRecordingUsesIt)
     ManualRecording recording = RecordByHand(*run.program);
     ASSERT_FALSE(recording.avi.empty());
     EXPECT_NE(recording.report.find("Codec: MAVU Test Compressor"), std::string::npos) << recording.report;
-    testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(recording.avi));
-    ASSERT_TRUE(video.ok) << video.raw;
-    EXPECT_EQ(video.codecTag, "Y800");
 
     window = run.Open(IDM_CODEC, L"CodecSelector");
     ASSERT_NE(window, nullptr);
