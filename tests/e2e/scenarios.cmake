@@ -13,7 +13,7 @@ set(MAVU_E2E_SCENARIOS
     Video.Vmr9PreviewIsSizedLiveAndTogglesPixelSaturation
     ToolWindows.MagnifyDoublesThePictureAndBrightnessWithoutTheFileOptionIsTheSmallWindow
     ToolWindows.BrightnessContrastAndPixelSaturationActOnThePreviewAndSave
-    ToolWindows.FrameIntegrationRefusesCountsOutsideTwoToThirtyKeepsTheBackgroundAndARecordingTurnsItOff
+    ToolWindows.FrameIntegrationRefusesCountsOutsideTwoToThirtyAndARecordingTurnsItOff
     Scheduling.TheDefaultDurationTooSoonAnEventAndDisallowedCharacters
     Scheduling.EditingAnEventReplacesItsFile
     Scheduling.DeletingAsksByTheRowsAndRearmsTheNextEvent
