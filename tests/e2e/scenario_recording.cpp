@@ -11,9 +11,10 @@
 
 using namespace e2e;
 
-// Start and Stop: the buttons swap, the AVI and its report are written, and its frames are those reported. While
-// recording, four popups of the main menu are grey; File, with Exit, stays open to the user. Another process
-// can't read a menu's state here: the probe loaded into the program reads it.
+// Start and Stop: the buttons swap, the AVI and its report are written, and its frames span the time between the
+// clicks (that they are those reported is the engine's recording test). While recording, four popups of the main
+// menu are grey; File, with Exit, stays open to the user. Another process can't read a menu's state here: the
+// probe loaded into the program reads it.
 TEST(Recording, ManualRecordingWritesTheAviAndItsReportAndGreysTheMenusMeanwhile)
 {
     ProgramRun run;
@@ -67,12 +68,9 @@ TEST(Recording, ManualRecordingWritesTheAviAndItsReportAndGreysTheMenusMeanwhile
         << Narrow(videos[0]);
     std::string report = run.ReportOf(videos[0]);
     EXPECT_EQ(report.rfind("Manual recording\r\r\n", 0), 0u) << report;
-    std::smatch recorded;
-    ASSERT_TRUE(std::regex_search(report, recorded, std::regex("Number of recorded frames:  (\\d+)")));
     // The file stays open until the graph is emptied at the next start: the preview that followed has done that.
     testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(run.VideoPath(videos[0])));
     ASSERT_TRUE(video.ok) << video.raw;
-    EXPECT_NEAR(video.frames, std::stoi(recorded[1]), 2);
     EXPECT_NEAR(video.frames, 30 * seconds, 20);
     std::wstring text = program.Messages();
     EXPECT_NE(text.find(L"Start recording at "), std::wstring::npos);
