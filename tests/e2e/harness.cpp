@@ -1,11 +1,13 @@
 #include "e2e/harness.h"
 
 #include "support/file_bytes.h"
+#include "ui/commands.h"
 
 #include <gtest/gtest.h>
 #include <shlwapi.h>
 
 #include <algorithm>
+#include <cstdio>
 
 #ifndef MAVU_SOURCE_DIR_UNIX
 #error "MAVU_SOURCE_DIR_UNIX must name the source tree"
@@ -20,20 +22,11 @@ namespace {
 
 constexpr const wchar_t* kProgramName = L"MAVU_VideoCapture.exe";
 
-bool CopyFolder(const std::wstring& from, const std::wstring& to)
+void CopyFolder(const std::wstring& from, const std::wstring& to)
 {
     CreateDirectoryW(to.c_str(), nullptr);
-    WIN32_FIND_DATAW found{};
-    HANDLE search = FindFirstFileW((from + L"\\*").c_str(), &found);
-    if (search == INVALID_HANDLE_VALUE)
-        return false;
-    do {
-        if (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)
-            continue;
-        CopyFileW((from + L"\\" + found.cFileName).c_str(), (to + L"\\" + found.cFileName).c_str(), FALSE);
-    } while (FindNextFileW(search, &found));
-    FindClose(search);
-    return true;
+    for (const std::wstring& name : ListFiles(from, L"*"))
+        CopyFileW((from + L"\\" + name).c_str(), (to + L"\\" + name).c_str(), FALSE);
 }
 
 void DeleteTree(const std::wstring& folder)
@@ -161,6 +154,19 @@ HWND FindChild(HWND parent, const wchar_t* className, const wchar_t* text)
     FindData data{0, className, text, nullptr};
     EnumChildWindows(parent, MatchWindow, reinterpret_cast<LPARAM>(&data));
     return data.found;
+}
+
+HWND WaitForWindow(DWORD processId, const wchar_t* className, const wchar_t* title, DWORD timeoutMs)
+{
+    HWND window = nullptr;
+    WaitUntil([&] { return IsVisible(window = FindProcessWindow(processId, className, title)); }, timeoutMs);
+    return IsVisible(window) ? window : nullptr;
+}
+
+bool Answers(HWND window)
+{
+    DWORD_PTR result = 0;
+    return SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 5000, &result) != 0;
 }
 
 std::wstring WindowText(HWND window)
@@ -323,13 +329,17 @@ void WriteOptions(const std::wstring& folder, const std::string& elements)
                    "</Root>\r\n");
 }
 
-std::wstring WriteEvent(const std::wstring& folder, const std::wstring& name, const SYSTEMTIME& moment,
-                        int durationSeconds, const char* asteroid, const char* star, bool hibernate, bool shutdown,
-                        const char* comment)
+std::string EventFileBytes(const SYSTEMTIME& moment, int durationSeconds, const char* asteroid, const char* star,
+                           bool hibernate, bool shutdown, const char* comment)
 {
-    auto number = [](int value) { return std::to_string(value); };
-    std::string body = "<?xml version='1.0'?>\r\n<!--MAVU Video Capture Version 2.1-->\r\n<Root>\r\n";
-    body += Option("EventYear", number(moment.wYear).c_str());
+    // The year as it is, the other numbers two wide, padded with a blank.
+    auto number = [](int value) {
+        char text[8];
+        std::snprintf(text, sizeof text, "%2d", value);
+        return std::string(text);
+    };
+    std::string body = "<?xml version='1.0'?>\r\n<!--MAVU Event File Version 2.1-->\r\n<Root>\r\n";
+    body += Option("EventYear", std::to_string(moment.wYear).c_str());
     body += Option("EventMonth", number(moment.wMonth).c_str());
     body += Option("EventDay", number(moment.wDay).c_str());
     body += Option("EventHour", number(moment.wHour).c_str());
@@ -343,10 +353,16 @@ std::wstring WriteEvent(const std::wstring& folder, const std::wstring& name, co
     body += Option("Comment", comment);
     body += Option("AsteroidName", asteroid);
     body += Option("StarName", star);
-    body += "</Root>\r\n";
+    return body + "</Root>\r\n";
+}
+
+std::wstring WriteEvent(const std::wstring& folder, const std::wstring& name, const SYSTEMTIME& moment,
+                        int durationSeconds, const char* asteroid, const char* star, bool hibernate, bool shutdown,
+                        const char* comment)
+{
     CreateDirectoryW((folder + L"\\Events").c_str(), nullptr);
     std::wstring path = folder + L"\\Events\\" + name + L".mef";
-    WriteBytes(path, body);
+    WriteBytes(path, EventFileBytes(moment, durationSeconds, asteroid, star, hibernate, shutdown, comment));
     return path;
 }
 
@@ -360,8 +376,9 @@ std::string Narrow(const std::wstring& text)
     return result;
 }
 
-Program::Program(std::wstring workFolder, const wchar_t* programName)
-    : folder_(std::move(workFolder)), programName_(programName ? programName : kProgramName)
+Program::Program(std::wstring workFolder, const wchar_t* programName, std::wstring arguments)
+    : folder_(std::move(workFolder)), programName_(programName ? programName : kProgramName),
+      arguments_(std::move(arguments))
 {
 }
 
@@ -373,7 +390,7 @@ Program::~Program()
 bool Program::Start(const Environment& extra)
 {
     std::wstring executable = folder_ + L"\\" + programName_;
-    std::wstring line = L"\"" + executable + L"\"";
+    std::wstring line = L"\"" + executable + L"\"" + (arguments_.empty() ? L"" : L" " + arguments_);
     std::wstring environment = BuildEnvironmentBlock(extra);
     STARTUPINFOW startup{sizeof startup};
     return CreateProcessW(executable.c_str(), line.data(), nullptr, nullptr, FALSE, CREATE_UNICODE_ENVIRONMENT,
@@ -389,6 +406,12 @@ bool Program::WaitExit(DWORD timeoutMs, DWORD* exitCode)
     if (exitCode)
         GetExitCodeProcess(info_.hProcess, exitCode);
     return true;
+}
+
+bool Program::Exit(DWORD timeoutMs, DWORD* exitCode)
+{
+    PostCommand(MainWindow(), IDM_EXIT);
+    return WaitExit(timeoutMs, exitCode);
 }
 
 bool Program::IsRunning() const
@@ -441,6 +464,21 @@ HWND Program::RecordControlsWindow() const
     return FindProcessWindow(info_.dwProcessId, L"RecordControlsWindow", L"Record");
 }
 
+HWND Program::StartButton() const
+{
+    return FindChild(RecordControlsWindow(), L"Button");
+}
+
+HWND Program::StopButton() const
+{
+    return GetWindow(StartButton(), GW_HWNDNEXT);
+}
+
+bool Program::WaitTitle(const wchar_t* title, DWORD timeoutMs) const
+{
+    return WaitUntil([&] { return WindowText(MainWindow()) == title; }, timeoutMs, 20);
+}
+
 std::wstring Program::Messages() const
 {
     HWND control = RichEdit();
@@ -463,18 +501,15 @@ int Program::CountMessages(const std::wstring& text) const
 
 ManualRecording RecordByHand(const Program& program, DWORD ms, const std::wstring& videoFolder)
 {
-    constexpr wchar_t kMainTitle[] = L"MAVU Video Capture Version 2.1";
-    constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
     std::wstring folder = videoFolder.empty() ? program.Folder() + L"\\VideoFiles" : videoFolder;
     std::vector<std::wstring> before = ListFiles(folder, L"*.avi");
-    HWND start = FindChild(program.RecordControlsWindow(), L"Button");
-    HWND stop = GetWindow(start, GW_HWNDNEXT);
-    Click(start);
-    if (!WaitUntil([&] { return WindowText(program.MainWindow()) == kRecordingTitle; }, 10000))
+    HWND stop = program.StopButton();
+    Click(program.StartButton());
+    if (!program.WaitTitle(kRecordingTitle, 10000))
         return {};
     Sleep(ms);
     Click(stop);
-    if (!WaitUntil([&] { return WindowText(program.MainWindow()) == kMainTitle; }, 10000))
+    if (!program.WaitTitle(kMainTitle, 10000))
         return {};
     ManualRecording recording;
     for (const std::wstring& name : ListFiles(folder, L"*.avi"))

@@ -13,6 +13,9 @@
 namespace e2e {
 
 constexpr DWORD kStartTimeoutMs = 20000;
+constexpr wchar_t kMainTitle[] = L"MAVU Video Capture Version 2.1";
+constexpr wchar_t kPendingTitle[] = L"MAVU Video Capture -- Event pending";
+constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
 
 using Environment = std::vector<std::pair<std::wstring, std::wstring>>;
 
@@ -33,6 +36,12 @@ bool WaitUntil(const std::function<bool()>& condition, DWORD timeoutMs, DWORD in
 HWND FindProcessWindow(DWORD processId, const wchar_t* className, const wchar_t* title = nullptr);
 // First child (at any depth) by class and (optionally) text.
 HWND FindChild(HWND parent, const wchar_t* className, const wchar_t* text = nullptr);
+// The process's top-level window by class and (optionally) title once it is
+// visible; null when none shows in time.
+HWND WaitForWindow(DWORD processId, const wchar_t* className, const wchar_t* title = nullptr, DWORD timeoutMs = 10000);
+// The window's thread answers within five seconds (a hung or crashed
+// program's doesn't).
+bool Answers(HWND window);
 
 std::wstring WindowText(HWND window);
 std::wstring ClassName(HWND window);
@@ -68,8 +77,13 @@ std::string Narrow(const std::wstring& text);
 SYSTEMTIME Shifted(const SYSTEMTIME& moment, int seconds);
 // The present UTC time moved by some seconds, in whole seconds.
 SYSTEMTIME UtcInSeconds(int seconds);
-// Writes "Events\NAME.mef" in the folder for an event at a UTC moment;
-// returns the file's path. The texts are the file's bytes.
+// The bytes of an event file as the program writes it, for an event at a
+// UTC moment. The texts are the file's bytes.
+std::string EventFileBytes(const SYSTEMTIME& moment, int durationSeconds, const char* asteroid = "",
+                           const char* star = "", bool hibernate = false, bool shutdown = false,
+                           const char* comment = "");
+// Writes those bytes as "Events\NAME.mef" in the folder; returns the file's
+// path.
 std::wstring WriteEvent(const std::wstring& folder, const std::wstring& name, const SYSTEMTIME& moment,
                         int durationSeconds, const char* asteroid = "", const char* star = "", bool hibernate = false,
                         bool shutdown = false, const char* comment = "");
@@ -81,13 +95,17 @@ std::string Option(const char* key, const char* value);
 // One run of the program.
 class Program {
 public:
-    explicit Program(std::wstring workFolder, const wchar_t* programName = nullptr);
+    // The program of that name in the folder, started there with the
+    // arguments.
+    explicit Program(std::wstring workFolder, const wchar_t* programName = nullptr, std::wstring arguments = L"");
     ~Program();
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
     bool Start(const Environment& extra = {});
     bool WaitExit(DWORD timeoutMs, DWORD* exitCode = nullptr);
+    // File, Exit; true once the process has ended.
+    bool Exit(DWORD timeoutMs = 30000, DWORD* exitCode = nullptr);
     bool IsRunning() const;
     void Kill();
     DWORD ProcessId() const { return info_.dwProcessId; }
@@ -102,6 +120,10 @@ public:
     HWND UserMessagesWindow() const;
     HWND RichEdit() const;
     HWND RecordControlsWindow() const;
+    // The Record window's Start and Stop buttons.
+    HWND StartButton() const;
+    HWND StopButton() const;
+    bool WaitTitle(const wchar_t* title, DWORD timeoutMs) const;
 
     // The User Messages text as the control gives it.
     std::wstring Messages() const;
@@ -112,6 +134,7 @@ public:
 private:
     std::wstring folder_;
     std::wstring programName_;
+    std::wstring arguments_;
     PROCESS_INFORMATION info_{};
 };
 

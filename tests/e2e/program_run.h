@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 #include <windows.h>
+#include <commctrl.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -16,10 +17,6 @@
 #include "support/ffprobe.h"
 
 namespace e2e {
-
-constexpr wchar_t kMainTitle[] = L"MAVU Video Capture Version 2.1";
-constexpr wchar_t kPendingTitle[] = L"MAVU Video Capture -- Event pending";
-constexpr wchar_t kRecordingTitle[] = L"MAVU Video Capture -- Recording in progress";
 
 using Rows = std::vector<std::wstring>;
 
@@ -45,6 +42,21 @@ inline Rows ListRows(HWND list)
 inline bool Checked(HWND button)
 {
     return SendMessageW(button, BM_GETCHECK, 0, 0) == BST_CHECKED;
+}
+
+// A slider moved by a page, as by a click beside the thumb.
+inline void MoveSlider(HWND slider, int position)
+{
+    SendMessageW(slider, TBM_SETPOS, TRUE, position);
+    SendMessageW(GetParent(slider), WM_HSCROLL, MAKEWPARAM(TB_PAGEDOWN, 0), reinterpret_cast<LPARAM>(slider));
+}
+
+// The thumb dragged: the position comes with the notification.
+inline void DragSlider(HWND slider, int position, WORD code = TB_THUMBTRACK)
+{
+    SendMessageW(slider, TBM_SETPOS, TRUE, position);
+    SendMessageW(GetParent(slider), WM_HSCROLL, MAKEWPARAM(code, static_cast<WORD>(position)),
+                 reinterpret_cast<LPARAM>(slider));
 }
 
 // "mm_dd_yyyy_hh_mm_ss" of a moment, as the program names files by it.
@@ -91,13 +103,20 @@ struct ProgramRun {
         return window && IsVisible(window) ? window : nullptr;
     }
     HWND Item(int id) const { return GetDlgItem(window, id); }
-    bool WaitTitle(const wchar_t* title, DWORD timeoutMs) const
+    bool Checked(int id) const { return e2e::Checked(Item(id)); }
+    Rows RowsOf(int listId) const { return ListRows(Item(listId)); }
+    int Selected(int listId) const { return static_cast<int>(SendMessageW(Item(listId), LB_GETCURSEL, 0, 0)); }
+    // A click on a row: the list box tells its window.
+    void Choose(int listId, int row) const
     {
-        return WaitUntil([&] { return WindowText(Main()) == title; }, timeoutMs, 20);
+        SendMessageW(Item(listId), LB_SETCURSEL, row, 0);
+        SendMessageW(window, WM_COMMAND, MAKEWPARAM(listId, LBN_SELCHANGE), reinterpret_cast<LPARAM>(Item(listId)));
     }
+    bool WaitTitle(const wchar_t* title, DWORD timeoutMs) const { return program->WaitTitle(title, timeoutMs); }
     int Count(const std::wstring& text) const { return program->CountMessages(text); }
     std::string OptionsFile() const { return ReadBytes(folder + L"\\MAVU_options_capture.xml"); }
     std::wstring Videos() const { return folder + L"\\VideoFiles"; }
+    std::wstring VideoPath(const std::wstring& name) const { return Videos() + L"\\" + name; }
     // The video folder's recordings by name, once `reports` reports stand beside them; none when they don't come.
     std::vector<std::wstring> Recordings(size_t reports = 1, DWORD timeoutMs = 10000) const
     {
@@ -110,14 +129,11 @@ struct ProgramRun {
     // The report beside a recording in the video folder.
     std::string ReportOf(const std::wstring& avi) const
     {
-        return ReadBytes(Videos() + L"\\" + avi.substr(0, avi.size() - 4) + L".txt");
+        return ReadBytes(VideoPath(avi.substr(0, avi.size() - 4) + L".txt"));
     }
     // A cable pulled or plugged, then the system's word that something changed.
     LRESULT Pull(const std::wstring& name) { return devices.Pull(name) ? SendDeviceChange(Main()) : -2; }
-    LRESULT Plug(const std::wstring& name, const std::wstring& profile = L"webcam")
-    {
-        return devices.Add(name, profile) ? SendDeviceChange(Main()) : -2;
-    }
+    LRESULT Plug(const std::wstring& name) { return devices.Add(name, L"webcam") ? SendDeviceChange(Main()) : -2; }
 };
 
 // A short recording by hand: its report and its file are at this size, rate and standard, and, when asked, the

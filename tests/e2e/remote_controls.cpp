@@ -150,18 +150,6 @@ int ListViewSelectedCount(HWND list)
     return static_cast<int>(SendMessageW(list, LVM_GETSELECTEDCOUNT, 0, 0));
 }
 
-HWND WaitForMessageBox(DWORD processId, const wchar_t* title, DWORD timeoutMs)
-{
-    HWND box = nullptr;
-    WaitUntil(
-        [&] {
-            box = FindProcessWindow(processId, L"#32770", title);
-            return box != nullptr;
-        },
-        timeoutMs);
-    return box;
-}
-
 std::wstring MessageBoxText(HWND box)
 {
     HWND text = GetDlgItem(box, 0xFFFF);

@@ -27,8 +27,6 @@ std::vector<std::vector<std::wstring>> ListViewRows(HWND list, int columns);
 void ClickListViewRow(HWND list, int row, bool addToSelection = false);
 int ListViewSelectedCount(HWND list);
 
-// The program's message box with that title, once it is up.
-HWND WaitForMessageBox(DWORD processId, const wchar_t* title, DWORD timeoutMs = 10000);
 // The text of a message box.
 std::wstring MessageBoxText(HWND box);
 // Answers a message box by its button (IDYES, IDNO, ...).

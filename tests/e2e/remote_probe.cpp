@@ -1,5 +1,6 @@
 #include "e2e/remote_probe.h"
 
+#include <gtest/gtest.h>
 #include <tlhelp32.h>
 
 #include <string>
@@ -78,21 +79,22 @@ static UINT RunProbe(DWORD processId, const char* exportName, unsigned argument)
     return state;
 }
 
-UINT RemoteMenuState(DWORD processId, unsigned command)
+// GetMenuState's answer has MF_GRAYED.
+static bool Grey(UINT state)
 {
-    return RunProbe(processId, "ProbeMainMenuState", command);
+    if (state == 0xFFFFFFFFu)
+        ADD_FAILURE() << "the menu probe can't reach the program or its item";
+    return state != 0xFFFFFFFFu && (state & MF_GRAYED) != 0;
 }
 
 bool IsMenuBarPopupGrey(DWORD processId, unsigned position)
 {
-    UINT state = RunProbe(processId, "ProbeMenuBarState", position);
-    return state != 0xFFFFFFFFu && (state & MF_GRAYED) != 0;
+    return Grey(RunProbe(processId, "ProbeMenuBarState", position));
 }
 
 bool IsMenuItemGrey(DWORD processId, unsigned command)
 {
-    UINT state = RemoteMenuState(processId, command);
-    return state != 0xFFFFFFFFu && (state & MF_GRAYED) != 0;
+    return Grey(RunProbe(processId, "ProbeMainMenuState", command));
 }
 
 int ClippedTexts(DWORD processId, HWND window, std::wstring* report)

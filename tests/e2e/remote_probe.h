@@ -9,12 +9,10 @@
 
 namespace e2e {
 
-// GetMenuState of a main menu item by command number, as the program's own
-// thread sees it; 0xFFFFFFFF when the item or the probe can't be reached.
-UINT RemoteMenuState(DWORD processId, unsigned command);
-// The item is there and greyed.
+// A main menu item, by command number, is greyed as the program's own
+// thread sees it; a test failure when the item or the probe can't be reached.
 bool IsMenuItemGrey(DWORD processId, unsigned command);
-// The popup of the menu bar at that position (0 is File) is there and greyed.
+// The same for the popup of the menu bar at that position (0 is File).
 bool IsMenuBarPopupGrey(DWORD processId, unsigned position);
 
 // How many visible controls of the window show a text that doesn't fit

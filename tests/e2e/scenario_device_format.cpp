@@ -42,15 +42,6 @@ struct FormatRun : ProgramRun {
     HWND Open() { return ProgramRun::Open(IDM_DEVICE_PROPERTIES, L"DeviceFormat"); }
     HWND Slider(int row) const { return Item(kFormatFirstPropertySlider + row); }
     HWND Label(int row) const { return Item(kFormatFirstPropertyLabel + row); }
-    bool Checked(int id) const { return e2e::Checked(Item(id)); }
-    Rows RowsOf(int listId) const { return ListRows(Item(listId)); }
-    int Selected(int listId) const { return static_cast<int>(SendMessageW(Item(listId), LB_GETCURSEL, 0, 0)); }
-    // A click on a row: the list box tells its window.
-    void Choose(int listId, int row) const
-    {
-        SendMessageW(Item(listId), LB_SETCURSEL, row, 0);
-        SendMessageW(window, WM_COMMAND, MAKEWPARAM(listId, LBN_SELCHANGE), reinterpret_cast<LPARAM>(Item(listId)));
-    }
     // The row of that text chosen.
     void ChooseText(int listId, const wchar_t* text) const
     {
@@ -68,19 +59,6 @@ struct FormatRun : ProgramRun {
         ChooseText(kFormatFrameRateList, L"15");
         EXPECT_EQ(RowsOf(kFormatFrameSizeList), (Rows{L"640x480", L"800x600"}));
         ChooseText(kFormatFrameSizeList, L"800x600");
-    }
-    // A slider moved by a page, as by a click beside the thumb.
-    void MoveSlider(int row, int position) const
-    {
-        SendMessageW(Slider(row), TBM_SETPOS, TRUE, position);
-        SendMessageW(window, WM_HSCROLL, MAKEWPARAM(TB_PAGEDOWN, 0), reinterpret_cast<LPARAM>(Slider(row)));
-    }
-    // The thumb dragged: the position comes with the notification.
-    void DragSlider(int row, int position, WORD code = TB_THUMBTRACK) const
-    {
-        SendMessageW(Slider(row), TBM_SETPOS, TRUE, position);
-        SendMessageW(window, WM_HSCROLL, MAKEWPARAM(code, static_cast<WORD>(position)),
-                     reinterpret_cast<LPARAM>(Slider(row)));
     }
     int SliderPosition(int row) const { return static_cast<int>(SendMessageW(Slider(row), TBM_GETPOS, 0, 0)); }
     long DeviceValue(long property) const
@@ -145,17 +123,17 @@ TEST(DeviceFormat, SlidersSetTheDeviceDefaultsResetItAndCancelRestoresTheOpening
     EXPECT_EQ(SendMessageW(run.Slider(kBrightnessRow), TBM_GETRANGEMAX, 0, 0), 64);
     EXPECT_EQ(run.SliderPosition(kBrightnessRow), 0);
     EXPECT_EQ(run.SliderPosition(kContrastRow), 50);
-    run.MoveSlider(kBrightnessRow, 12);
+    MoveSlider(run.Slider(kBrightnessRow), 12);
     EXPECT_EQ(run.DeviceValue(VideoProcAmp_Brightness), 12);
     Click(run.Item(kFormatOkButton));
 
     ASSERT_NE(run.Open(), nullptr);
     EXPECT_EQ(run.SliderPosition(kBrightnessRow), 12);
-    run.DragSlider(kBrightnessRow, -20);
+    DragSlider(run.Slider(kBrightnessRow), -20);
     EXPECT_EQ(run.DeviceValue(VideoProcAmp_Brightness), -20);
-    run.DragSlider(kBrightnessRow, 40, TB_THUMBPOSITION);
+    DragSlider(run.Slider(kBrightnessRow), 40, TB_THUMBPOSITION);
     EXPECT_EQ(run.DeviceValue(VideoProcAmp_Brightness), -20);
-    run.MoveSlider(kContrastRow, 80);
+    MoveSlider(run.Slider(kContrastRow), 80);
     EXPECT_EQ(run.DeviceValue(VideoProcAmp_Contrast), 80);
 
     Click(run.Item(kFormatDefaultsButton));
@@ -164,7 +142,7 @@ TEST(DeviceFormat, SlidersSetTheDeviceDefaultsResetItAndCancelRestoresTheOpening
     EXPECT_EQ(run.SliderPosition(kBrightnessRow), 0);
     EXPECT_EQ(run.SliderPosition(kContrastRow), 50);
 
-    run.MoveSlider(kBrightnessRow, 25);
+    MoveSlider(run.Slider(kBrightnessRow), 25);
     run.Choose800x600At15();
     EXPECT_EQ(run.Picture().cx, 800);
     Click(run.Item(kFormatCancelButton));
@@ -189,7 +167,7 @@ TEST(DeviceFormat, OkWithSaveWritesTheConfigurationAndTheNextStartAppliesIt)
     ASSERT_NE(run.Open(), nullptr);
     EXPECT_FALSE(run.Checked(kFormatSaveBox));
     run.Choose800x600At15();
-    run.MoveSlider(kBrightnessRow, 20);
+    MoveSlider(run.Slider(kBrightnessRow), 20);
     Click(run.Item(kFormatSaveBox));
     Click(run.Item(kFormatOkButton));
     EXPECT_FALSE(IsVisible(run.window));
@@ -199,7 +177,7 @@ TEST(DeviceFormat, OkWithSaveWritesTheConfigurationAndTheNextStartAppliesIt)
 
     ASSERT_NE(run.Open(), nullptr);
     EXPECT_TRUE(run.Checked(kFormatSaveBox));
-    run.MoveSlider(kContrastRow, 70);
+    MoveSlider(run.Slider(kContrastRow), 70);
     SendMessageW(run.window, WM_CLOSE, 0, 0);
     EXPECT_FALSE(IsVisible(run.window));
     EXPECT_EQ(run.DeviceValue(VideoProcAmp_Contrast), 70);
@@ -340,7 +318,7 @@ TEST(DeviceFormat, TheDeviceGoneWhileOpenLeavesEveryControlHarmlessAndAnUnknownF
     ASSERT_TRUE(run.Start(L"Sky Cam", L"webcam"));
     ASSERT_NE(run.Open(), nullptr);
     ASSERT_EQ(run.Pull(L"Sky Cam"), 1);
-    run.MoveSlider(kBrightnessRow, 30);
+    MoveSlider(run.Slider(kBrightnessRow), 30);
     EXPECT_TRUE(
         run.program->WaitForMessage(L"Logic error: setting property value for unknown current device\r\n", 3000))
         << Narrow(run.program->Messages());

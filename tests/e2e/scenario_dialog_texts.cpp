@@ -81,8 +81,8 @@ TEST(Dialogs, EveryTextFitsItsControlInItsOwnFont)
     ASSERT_TRUE(run.StartWithSkyCam());
     const DWORD process = run.program->ProcessId();
 
-    HWND countdown = nullptr;
-    ASSERT_TRUE(WaitUntil([&] { return IsVisible(countdown = run.Window(L"CountdownWindow")); }, 10000));
+    HWND countdown = WaitForWindow(process, L"CountdownWindow");
+    ASSERT_NE(countdown, nullptr);
     // The digits (the one centred text) once the first second has ticked.
     HWND digits = nullptr;
     for (HWND child = GetWindow(countdown, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
@@ -96,8 +96,8 @@ TEST(Dialogs, EveryTextFitsItsControlInItsOwnFont)
     for (const CommandWindow& entry : kCommandWindows) {
         SCOPED_TRACE(Narrow(entry.className));
         SendCommand(run.Main(), entry.command);
-        HWND window = nullptr;
-        if (!WaitUntil([&] { return IsVisible(window = run.Window(entry.className)); }, 60000)) {
+        HWND window = WaitForWindow(process, entry.className, nullptr, 60000);
+        if (!window) {
             ADD_FAILURE() << "did not open";
             continue;
         }
@@ -105,6 +105,5 @@ TEST(Dialogs, EveryTextFitsItsControlInItsOwnFont)
         TakeScreenshot("dialog-" + Narrow(entry.className));
         SendMessageW(window, WM_CLOSE, 0, 0);
     }
-    PostCommand(run.Main(), IDM_EXIT);
-    EXPECT_TRUE(run.program->WaitExit(30000));
+    EXPECT_TRUE(run.program->Exit());
 }

@@ -80,7 +80,7 @@ void RecordOneEvent(const Environment& environment)
     ASSERT_EQ(videos.size(), 1u);
     EXPECT_EQ(videos[0], L"Vesta_TYC 1_" + TimeName(nominal) + L".avi");
 
-    std::wstring avi = run.Videos() + L"\\" + videos[0];
+    std::wstring avi = run.VideoPath(videos[0]);
     std::vector<synthcam::FrameStamp> stamps = testsupport::ReadRecordedStamps(Narrow(avi), 640);
     ASSERT_GT(stamps.size(), 200u);
     double startOffset = (static_cast<double>(stamps.front().utcMs) - static_cast<double>(MsSince2020(nominal))) / 1000;
@@ -172,9 +172,8 @@ TEST(Events, LoadingSaysWhatOverlapsAndAManualRecordingCancelsTheCountdownUntilS
     ASSERT_TRUE(run.WaitTitle(kPendingTitle, 3000));
 
     HWND countdown = run.Window(L"CountdownWindow");
-    HWND start = FindChild(run.program->RecordControlsWindow(), L"Button");
-    HWND stop = GetWindow(start, GW_HWNDNEXT);
-    Click(start);
+    HWND stop = run.program->StopButton();
+    Click(run.program->StartButton());
     ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 10000));
     EXPECT_FALSE(IsVisible(countdown));
     Sleep(2000);
@@ -195,11 +194,9 @@ TEST(Events, StopDuringAnEventAsksAndTheEventIsNotArmedAgain)
     WriteEvent(run.folder, L"long", UtcInSeconds(25), 30);
     ASSERT_TRUE(run.StartWithSkyCam());
     ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 30000));
-    HWND start = FindChild(run.program->RecordControlsWindow(), L"Button");
-    HWND stop = GetWindow(start, GW_HWNDNEXT);
     // The question is modal: the click is posted, not sent.
-    PostMessageW(stop, BM_CLICK, 0, 0);
-    HWND box = WaitForMessageBox(run.program->ProcessId(), L"Attention");
+    PostMessageW(run.program->StopButton(), BM_CLICK, 0, 0);
+    HWND box = WaitForWindow(run.program->ProcessId(), L"#32770", L"Attention");
     ASSERT_NE(box, nullptr);
     EXPECT_EQ(MessageBoxText(box), L"Event recording in progress.  Stop now?");
     AnswerMessageBox(box, IDYES);

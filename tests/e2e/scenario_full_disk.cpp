@@ -71,7 +71,7 @@ TEST(Disk, AFullDiskStopsTheRecordingWithItsFileAndReportAndTheNextEventRecords)
     EXPECT_NE(line.find(L" MB are free for the video folder \"" + videos + L"\\\""), std::wstring::npos)
         << Narrow(line);
 
-    ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kRecordingTitle; }, 30000));
+    ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 30000));
     std::wstring full = L"WARNING: the disk of the video folder \"" + videos + L"\\\" is full: the recording was stopped";
     ASSERT_TRUE(program.WaitForMessage(full, 30000)) << Narrow(program.Messages());
     std::vector<std::wstring> files = ListFiles(videos, L"*.avi");
@@ -88,8 +88,7 @@ TEST(Disk, AFullDiskStopsTheRecordingWithItsFileAndReportAndTheNextEventRecords)
                 static_cast<unsigned long long>(FreeMb(videos)));
     // The program still answers, and the event still counts as recording
     // until its end.
-    DWORD_PTR answer = 0;
-    EXPECT_TRUE(SendMessageTimeoutW(main, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 5000, &answer));
+    EXPECT_TRUE(Answers(main));
     EXPECT_EQ(WindowText(main), kRecordingTitle);
 
     // Space again before the next event: it records, and fits without a word.

@@ -42,8 +42,7 @@ Piece ReadPiece(const ProgramRun& run, const std::wstring& name)
 {
     Piece piece;
     piece.name = name;
-    std::wstring avi = run.Videos() + L"\\" + name;
-    piece.stamps = testsupport::ReadRecordedStamps(Narrow(avi), 640);
+    piece.stamps = testsupport::ReadRecordedStamps(Narrow(run.VideoPath(name)), 640);
     piece.report = run.ReportOf(name);
     return piece;
 }
@@ -144,14 +143,13 @@ TEST(HotPlug, PullAndReplugTwiceDuringAnEventGoesOnInNumberedFilesAndEndsOnTime)
     EXPECT_EQ(videos[0].rfind(L"Vesta_", 0), 0u);
     std::vector<Piece> pieces;
     for (const std::wstring& name : names) {
-        testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(run.Videos() + L"\\" + name));
+        testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(run.VideoPath(name)));
         ASSERT_TRUE(video.ok) << video.raw;
         pieces.push_back(ReadPiece(run, name));
         EXPECT_EQ(video.frames, static_cast<int>(pieces.back().stamps.size()));
         ExpectNothingLost(pieces.back(), "Event recording: \r\r\n");
         // Each piece has its frame-time record beside it.
-        testsupport::ExpectRecordMatchesTheStamps(Narrow(run.Videos() + L"\\" + name), pieces.back().stamps,
-                                                  1000.0 / 30);
+        testsupport::ExpectRecordMatchesTheStamps(Narrow(run.VideoPath(name)), pieces.back().stamps, 1000.0 / 30);
     }
     for (int i = 0; i < 2; ++i)
         ExpectGapOnlyWhileAway(pieces[i], pieces[i + 1], pulled[i], plugged[i]);
@@ -164,8 +162,8 @@ TEST(HotPlug, PullAndReplugDuringAManualRecordingGoesOnUnderTheManualName)
     ProgramRun run;
     ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
     ASSERT_TRUE(run.Start());
-    HWND start = FindChild(run.program->RecordControlsWindow(), L"Button");
-    HWND stop = GetWindow(start, GW_HWNDNEXT);
+    HWND start = run.program->StartButton();
+    HWND stop = run.program->StopButton();
     Click(start);
     ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 10000));
     Sleep(3000);
@@ -196,41 +194,21 @@ TEST(HotPlug, PullAndReplugDuringAManualRecordingGoesOnUnderTheManualName)
     EXPECT_TRUE(WaitUntil([&] { return IsEnabled(start) && !IsEnabled(stop); }, 5000));
 }
 
-// Each pull and plug of a device not in use gives its line: an unusable device is refused once, an ignored one
-// comes and goes, and two pulled before one notification are found one at a time. The next device takes over
-// from a pulled one; with none left the picture goes, and comes back with a device plugged; the default takes
-// over as soon as it comes, new to the program as it is.
+// Each pull and plug of a device not in use gives its line: an ignored one comes and goes, and a notification
+// that finds nothing says nothing. The next device takes over from a pulled one; with none left the picture
+// goes, and comes back with a device plugged; the default takes over as soon as it comes, new to the program as
+// it is.
 TEST(HotPlug, EachChangeGivesItsLineTheNextDeviceTakesOverAndTheDefaultTakesOverWhenItComes)
 {
     ProgramRun run;
-    for (const wchar_t* name : {L"Sky Cam", L"Spare Cam", L"Hidden Cam", L"Spare One", L"Spare Two"})
+    for (const wchar_t* name : {L"Sky Cam", L"Spare Cam", L"Hidden Cam"})
         ASSERT_TRUE(run.devices.Add(name, L"webcam"));
     ASSERT_TRUE(run.Start(Option("DefaultVideoSource", "Main Cam") + Option("ExcludedVideoSource", "Hidden Cam")));
     HWND clipping = run.Clipping();
     ASSERT_NE(clipping, nullptr);
     ExpectDeviceInUse(run, clipping, true);
 
-    // An unusable device is refused the first time it comes, and from then
-    // on doesn't count as attached.
-    const std::wstring refused = L"Device \"Tiny Cam\" cannot be used for video capture\r\n";
-    ASSERT_EQ(run.Plug(L"Tiny Cam", L"small"), 1);
-    EXPECT_EQ(run.Count(refused), 1);
-    ASSERT_EQ(run.Pull(L"Tiny Cam"), 1);
-    ASSERT_EQ(run.Plug(L"Tiny Cam", L"small"), 1);
-    EXPECT_EQ(run.Count(refused), 1);
-    EXPECT_EQ(run.Count(L"Tiny Cam"), 1) << Narrow(run.program->Messages());
-
     ExpectHandled(run.Pull(L"Hidden Cam"), run, L"Ignored video capture device \"Hidden Cam\" disconnected\r\n");
-
-    // Two pulled before one notification: it handles the first; the second
-    // waits for the next one.
-    ASSERT_TRUE(run.devices.Pull(L"Spare Two"));
-    ASSERT_TRUE(run.devices.Pull(L"Spare One"));
-    ASSERT_EQ(SendDeviceChange(run.Main()), 1);
-    EXPECT_EQ(run.Count(L"Inactive video capture device \"Spare One\" disconnected\r\n"), 1);
-    EXPECT_EQ(run.Count(L"Spare Two"), 0);
-    ASSERT_EQ(SendDeviceChange(run.Main()), 1);
-    EXPECT_EQ(run.Count(L"Inactive video capture device \"Spare Two\" disconnected\r\n"), 1);
     // Nothing left to find.
     std::wstring before = run.program->Messages();
     ASSERT_EQ(SendDeviceChange(run.Main()), 1);

@@ -17,8 +17,6 @@ using namespace e2e;
 
 namespace {
 
-constexpr unsigned kExitCommand = 33099;
-
 // Keeps one core busy for a while from the Unix side, as another program
 // would; it ends by itself.
 void KeepOneCoreBusy(int seconds)
@@ -47,12 +45,11 @@ TEST(RecordingSafety, FullHdEventUnderLoadEndsWithItsReportAndAReadableFile)
         ASSERT_TRUE(run.WaitTitle(kMainTitle, 60000)) << "the event never ended";
         std::vector<std::wstring> videos = run.Recordings(1, 20000);
         ASSERT_EQ(videos.size(), 1u);
-        std::wstring avi = run.Videos() + L"\\" + videos[0];
+        std::wstring avi = run.VideoPath(videos[0]);
         std::string report = run.ReportOf(videos[0]);
         EXPECT_NE(report.find("Frame size: 1920x1080"), std::string::npos) << report;
 
-        PostCommand(run.Main(), kExitCommand);
-        EXPECT_TRUE(run.program->WaitExit(30000)) << "the program closes on request";
+        EXPECT_TRUE(run.program->Exit()) << "the program closes on request";
         run.program->Kill();
 
         testsupport::ProbedVideo probed = testsupport::ProbeVideo(Narrow(avi));
@@ -110,10 +107,8 @@ TEST(RecordingSafety, ASecondCameraMidEventLeavesTheFirstSecondsInTheirFile)
     ASSERT_EQ(videos.size(), 2u);
     std::wstring stem = videos[0].substr(0, videos[0].size() - 4);
     EXPECT_EQ(videos[1], stem + L"_1.avi");
-    std::vector<synthcam::FrameStamp> first =
-        testsupport::ReadRecordedStamps(Narrow(run.Videos() + L"\\" + videos[0]), 640);
-    std::vector<synthcam::FrameStamp> rest =
-        testsupport::ReadRecordedStamps(Narrow(run.Videos() + L"\\" + videos[1]), 640);
+    std::vector<synthcam::FrameStamp> first = testsupport::ReadRecordedStamps(Narrow(run.VideoPath(videos[0])), 640);
+    std::vector<synthcam::FrameStamp> rest = testsupport::ReadRecordedStamps(Narrow(run.VideoPath(videos[1])), 640);
     ASSERT_GT(first.size(), 100u);
     ASSERT_GT(rest.size(), 100u);
     // The first file holds the seconds before the plug, from the start on.
@@ -151,13 +146,11 @@ TEST(RecordingSafety, ACameraPulledAndNotReturnedKeepsTheOneReportOfItsLastFrame
     Sleep(1000);
     EXPECT_EQ(ListFiles(run.Videos(), L"*.txt").size(), 1u);
     EXPECT_EQ(run.ReportOf(videos[0]), atPull) << "the event's end leaves the report alone";
-    PostCommand(run.Main(), kExitCommand);
-    EXPECT_TRUE(run.program->WaitExit(30000));
+    EXPECT_TRUE(run.program->Exit());
     run.program->Kill();
     EXPECT_EQ(run.ReportOf(videos[0]), atPull) << "the exit leaves the report alone";
 
-    std::vector<synthcam::FrameStamp> stamps =
-        testsupport::ReadRecordedStamps(Narrow(run.Videos() + L"\\" + videos[0]), 640);
+    std::vector<synthcam::FrameStamp> stamps = testsupport::ReadRecordedStamps(Narrow(run.VideoPath(videos[0])), 640);
     ASSERT_GT(stamps.size(), 60u);
     long long stop = StopLineMsOfDay(atPull);
     ASSERT_GE(stop, 0) << atPull;

@@ -22,19 +22,9 @@ namespace {
 // -1 when it didn't start or end.
 long RunFromZip(const std::wstring& folder, const wchar_t* program, const std::wstring& arguments)
 {
-    std::wstring executable = folder + L"\\" + program;
-    std::wstring line = L"\"" + executable + L"\" " + arguments;
-    STARTUPINFOW startup{sizeof startup};
-    PROCESS_INFORMATION info{};
-    if (!CreateProcessW(executable.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr, folder.c_str(),
-                        &startup, &info))
-        return -1;
+    Program run(folder, program, arguments);
     DWORD code = static_cast<DWORD>(-1);
-    if (WaitForSingleObject(info.hProcess, 30000) == WAIT_OBJECT_0)
-        GetExitCodeProcess(info.hProcess, &code);
-    CloseHandle(info.hThread);
-    CloseHandle(info.hProcess);
-    return static_cast<long>(code);
+    return run.Start() && run.WaitExit(30000, &code) ? static_cast<long>(code) : -1;
 }
 
 std::wstring ReleaseFolder()
@@ -43,21 +33,28 @@ std::wstring ReleaseFolder()
     return unpacked ? std::wstring(unpacked, unpacked + std::string(unpacked).size()) : std::wstring();
 }
 
-// The program's user interface thread answers (a crash here leaves the
-// process stopped under the debugger, not ended).
-bool Answers(HWND window)
-{
-    DWORD_PTR result = 0;
-    return SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 5000, &result) != 0;
-}
+// The unpacked zip's folder; each test adds the rehearsal camera with the
+// zip's synthcam.exe, and it is removed again after the test.
+class Release : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (folder.empty())
+            GTEST_SKIP() << "tests/release/zip_in_fresh_prefix.sh runs this on the release zip";
+    }
+    void TearDown() override
+    {
+        if (!folder.empty()) {
+            EXPECT_EQ(RunFromZip(folder, L"synthcam.exe", L"remove \"Rehearsal Camera\""), 0);
+        }
+    }
+    const std::wstring folder = ReleaseFolder();
+};
 
 }  // namespace
 
-TEST(Release, TheZipRecordsAnEventInAFreshPrefixWithItsOwnCamera)
+TEST_F(Release, TheZipRecordsAnEventInAFreshPrefixWithItsOwnCamera)
 {
-    const std::wstring folder = ReleaseFolder();
-    if (folder.empty())
-        GTEST_SKIP() << "tests/release/zip_in_fresh_prefix.sh runs this on the release zip";
     ASSERT_EQ(RunFromZip(folder, L"synthcam.exe", L"add \"Rehearsal Camera\" webcam"), 0);
 
     // The rehearsal camera's YUY2 picture shows through VMR9 here.
@@ -65,15 +62,11 @@ TEST(Release, TheZipRecordsAnEventInAFreshPrefixWithItsOwnCamera)
     WriteEvent(folder, L"Rehearsal_Star", UtcInSeconds(25), 6, "Rehearsal", "Star");
     Program program(folder);
     ASSERT_TRUE(program.StartReady());
-    HWND main = program.MainWindow();
-    ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kRecordingTitle; }, 40000)) << Narrow(program.Messages());
-    ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kMainTitle; }, 30000));
+    ASSERT_TRUE(program.WaitTitle(kRecordingTitle, 40000)) << Narrow(program.Messages());
+    ASSERT_TRUE(program.WaitTitle(kMainTitle, 30000));
     std::wstring videos = folder + L"\\VideoFiles";
     ASSERT_TRUE(WaitUntil([&] { return !ListFiles(videos, L"*.txt").empty(); }, 10000));
-    PostCommand(main, IDM_EXIT);
-    EXPECT_TRUE(program.WaitExit(30000));
-    program.Kill();
-    EXPECT_EQ(RunFromZip(folder, L"synthcam.exe", L"remove \"Rehearsal Camera\""), 0);
+    EXPECT_TRUE(program.Exit());
 
     std::vector<std::wstring> avis = ListFiles(videos, L"*.avi");
     ASSERT_EQ(avis.size(), 1u);
@@ -91,11 +84,8 @@ TEST(Release, TheZipRecordsAnEventInAFreshPrefixWithItsOwnCamera)
     EXPECT_EQ(static_cast<int>(record.rows.size()), video.frames);
 }
 
-TEST(Release, EveryWindowOpensInAPlainPrefixWithoutACrash)
+TEST_F(Release, EveryWindowOpensInAPlainPrefixWithoutACrash)
 {
-    const std::wstring folder = ReleaseFolder();
-    if (folder.empty())
-        GTEST_SKIP() << "tests/release/zip_in_fresh_prefix.sh runs this on the release zip";
     ASSERT_EQ(RunFromZip(folder, L"synthcam.exe", L"add \"Rehearsal Camera\" webcam"), 0);
     Program program(folder);
     ASSERT_TRUE(program.StartReady());
@@ -131,10 +121,7 @@ TEST(Release, EveryWindowOpensInAPlainPrefixWithoutACrash)
     PostCommand(main, IDM_ABOUT);
     EXPECT_TRUE(program.WaitForMessage(L"Report errors to", 10000));
     ASSERT_TRUE(Answers(main));
-    PostCommand(main, IDM_EXIT);
-    EXPECT_TRUE(program.WaitExit(30000));
-    program.Kill();
-    EXPECT_EQ(RunFromZip(folder, L"synthcam.exe", L"remove \"Rehearsal Camera\""), 0);
+    EXPECT_TRUE(program.Exit());
 }
 
 // A prefix that lists no filter category (its list taken away here; this
@@ -142,11 +129,8 @@ TEST(Release, EveryWindowOpensInAPlainPrefixWithoutACrash)
 // put between two pins crashes on this platform, and neither the preview
 // with the default renderer (the EVR, which may not take the camera's
 // format) nor the Codec Selector's trial may call on it.
-TEST(Release, WithoutFilterCategoriesThePreviewAndTheCodecTrialRunWithoutACrash)
+TEST_F(Release, WithoutFilterCategoriesThePreviewAndTheCodecTrialRunWithoutACrash)
 {
-    const std::wstring folder = ReleaseFolder();
-    if (folder.empty())
-        GTEST_SKIP() << "tests/release/zip_in_fresh_prefix.sh runs this on the release zip";
     ASSERT_EQ(RegDeleteTreeW(HKEY_CLASSES_ROOT, L"CLSID\\{DA4E3DA0-D07D-11D0-BD50-00A0C911CE86}\\Instance"),
               ERROR_SUCCESS);
     ASSERT_EQ(RunFromZip(folder, L"synthcam.exe", L"add \"Rehearsal Camera\" webcam"), 0);
@@ -155,14 +139,9 @@ TEST(Release, WithoutFilterCategoriesThePreviewAndTheCodecTrialRunWithoutACrash)
     ASSERT_TRUE(program.StartReady());
     HWND main = program.MainWindow();
     PostCommand(main, IDM_CODEC);
-    HWND window = nullptr;
-    EXPECT_TRUE(WaitUntil(
-        [&] { return (window = FindProcessWindow(program.ProcessId(), L"CodecSelector")) && IsVisible(window); },
-        30000));
+    HWND window = WaitForWindow(program.ProcessId(), L"CodecSelector", nullptr, 30000);
+    EXPECT_NE(window, nullptr);
     ASSERT_TRUE(Answers(main)) << "the program stopped answering";
     EXPECT_GE(SendMessageW(FindChild(window, L"ListBox"), LB_GETCOUNT, 0, 0), 1);
-    PostCommand(main, IDM_EXIT);
-    EXPECT_TRUE(program.WaitExit(30000));
-    program.Kill();
-    EXPECT_EQ(RunFromZip(folder, L"synthcam.exe", L"remove \"Rehearsal Camera\""), 0);
+    EXPECT_TRUE(program.Exit());
 }

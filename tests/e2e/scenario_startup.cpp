@@ -36,7 +36,7 @@ TEST(Startup, NoOptionsNoDeviceReportsInOrderAndASecondInstanceChangesNothing)
     EXPECT_EQ(text.substr(noOptions), L"No Options File or unreadable Options File\r\n") << Narrow(text);
     EXPECT_TRUE(ListFiles(folder, L"*.xml").empty());
 
-    EXPECT_EQ(WindowText(program.MainWindow()), L"MAVU Video Capture Version 2.1");
+    EXPECT_EQ(WindowText(program.MainWindow()), kMainTitle);
     EXPECT_FALSE(IsVisible(program.RecordControlsWindow()));
     EXPECT_NE(GetFileAttributesW((folder + L"\\VideoFiles").c_str()), INVALID_FILE_ATTRIBUTES);
     EXPECT_NE(GetFileAttributesW((folder + L"\\LogFiles").c_str()), INVALID_FILE_ATTRIBUTES);
@@ -59,9 +59,8 @@ TEST(Startup, NoOptionsNoDeviceReportsInOrderAndASecondInstanceChangesNothing)
     ASSERT_TRUE(program.WaitForMessage(L"Default window positions are saved in options file\r\n", 5000));
     EXPECT_NE(ReadBytes(folder + L"\\MAVU_options_capture.xml").find("\t<MessageWindowPosition Value=\""),
               std::string::npos);
-    PostCommand(program.MainWindow(), IDM_EXIT);
     code = 1234;
-    ASSERT_TRUE(program.WaitExit(10000, &code));
+    ASSERT_TRUE(program.Exit(10000, &code));
     EXPECT_EQ(code, 0u);
 }
 
@@ -100,8 +99,7 @@ TEST(Startup, ProgramNameWithoutMavuCannotMakeTheDefaultFolders)
     EXPECT_LT(video, logs);
     EXPECT_LT(logs, queued);
     // The program runs on: the main File menu is live, so Exit still works.
-    PostCommand(program.MainWindow(), IDM_EXIT);
     DWORD code = 1;
-    ASSERT_TRUE(program.WaitExit(10000, &code));
+    ASSERT_TRUE(program.Exit(10000, &code));
     EXPECT_EQ(code, 0u);
 }

@@ -11,7 +11,6 @@
 #include <cstdlib>
 
 #include "e2e/program_run.h"
-#include "ui/commands.h"
 
 using namespace e2e;
 
@@ -42,8 +41,7 @@ TEST(Stress, PreviewAndRecordingCyclesAllComeBack)
             continue;
         }
         Sleep(1000);
-        PostCommand(run.Main(), IDM_EXIT);
-        if (!run.program->WaitExit(kHangMs)) {
+        if (!run.program->Exit(kHangMs)) {
             ++previewHangs;
             std::fprintf(stderr, "preview cycle %d: no exit within %lu ms\n", cycle + 1, kHangMs);
         }
@@ -52,9 +50,9 @@ TEST(Stress, PreviewAndRecordingCyclesAllComeBack)
     int recordingCycles = Cycles("MAVU_STRESS_RECORDING_CYCLES", 5);
     int recordingHangs = 0;
     ASSERT_TRUE(run.Run());
-    HWND start = FindChild(run.program->RecordControlsWindow(), L"Button", nullptr);
-    ASSERT_NE(start, nullptr);
-    HWND stop = GetWindow(start, GW_HWNDNEXT);
+    HWND start = run.program->StartButton();
+    HWND stop = run.program->StopButton();
+    ASSERT_NE(stop, nullptr);
     int done = 0;
     for (; done < recordingCycles; ++done) {
         Click(start);
@@ -72,8 +70,7 @@ TEST(Stress, PreviewAndRecordingCyclesAllComeBack)
         }
     }
     size_t reports = ListFiles(run.Videos(), L"*.txt").size();
-    PostCommand(run.Main(), IDM_EXIT);
-    bool exited = run.program->WaitExit(kHangMs);
+    bool exited = run.program->Exit(kHangMs);
 
     std::printf("preview cycles %d: %d hung, %d failed to start; recording cycles %d of %d done: %d hung; "
                 "reports %zu; last exit %s\n",

@@ -15,16 +15,6 @@
 
 using namespace e2e;
 
-namespace {
-
-void MoveSlider(HWND slider, int position)
-{
-    SendMessageW(slider, TBM_SETPOS, TRUE, position);
-    SendMessageW(GetParent(slider), WM_HSCROLL, MAKEWPARAM(TB_PAGEDOWN, 0), reinterpret_cast<LPARAM>(slider));
-}
-
-}  // namespace
-
 // x 2.0 doubles the picture and the main window follows; closing the window puts the picture back. The window
 // opens with " None" selected. Without colour in files the Brightness and Contrast window is the smaller one and
 // has no file box; without a colour effect on the platform the camera still runs.
@@ -164,17 +154,13 @@ TEST(ToolWindows, BrightnessContrastAndPixelSaturationActOnThePreviewAndSave)
         GTEST_SKIP() << kNoPictureHere;
 }
 
-// Counts outside 2 to 30 are refused with the line, and the box shows "2". Frame Integration at 4: the preview
-// adds four frames, three of them less the sky's background, so the background stays near its level where the
-// plain sum would be four times as bright; a recording turns the tool off and its file holds every frame as the
-// camera made it.
-TEST(ToolWindows, FrameIntegrationRefusesCountsOutsideTwoToThirtyKeepsTheBackgroundAndARecordingTurnsItOff)
+// Counts outside 2 to 30 are refused with the line, and the box shows "2"; 30 and 4 are taken. A recording turns
+// the tool off, and its file holds every frame as the camera made it. (What the integrated preview shows, the
+// background taken off the added frames, is the engine's dark level test.)
+TEST(ToolWindows, FrameIntegrationRefusesCountsOutsideTwoToThirtyAndARecordingTurnsItOff)
 {
     ProgramRun run;
     ASSERT_TRUE(run.StartWithSkyCam());
-    Sleep(1500);
-    bool pictured = PictureShowsIn(run.Clipping());
-    double plain = pictured ? PictureLevel("integration-off", run.Clipping()) : 0;
     HWND window = run.Open(IDM_FRAME_INTEGRATION, L"FrameIntegration");
     ASSERT_NE(window, nullptr);
     HWND box = GetDlgItem(window, kIntegrationCountBox);
@@ -191,11 +177,6 @@ TEST(ToolWindows, FrameIntegrationRefusesCountsOutsideTwoToThirtyKeepsTheBackgro
     }
     EXPECT_TRUE(IsVisible(window)) << "the window stays for another count";
     Sleep(2000);
-    if (pictured) {
-        double integrated = PictureLevel("integration-4", run.Clipping());
-        EXPECT_LT(integrated, plain * 2) << "without integration: " << plain;
-        EXPECT_GT(integrated, plain * 0.8) << "without integration: " << plain;
-    }
     ManualRecording recording = RecordByHand(*run.program);
     ASSERT_FALSE(recording.avi.empty());
     EXPECT_FALSE(IsVisible(window)) << "the recording turned the tool off";
@@ -205,6 +186,4 @@ TEST(ToolWindows, FrameIntegrationRefusesCountsOutsideTwoToThirtyKeepsTheBackgro
     long missing = testsupport::MissingStampedFrames(stamps);
     EXPECT_GE(missing, 0);
     EXPECT_LE(missing, testsupport::ReportedDroppedFrames(recording.report)) << recording.report;
-    if (!pictured)
-        GTEST_SKIP() << kNoPictureHere;
 }

@@ -5,7 +5,6 @@ set(MAVU_E2E_SCENARIOS
     Startup.ProgramNameWithoutMavuCannotMakeTheDefaultFolders
     Messages.SaveAboutAndSaveAndClear
     Dialogs.EveryTextFitsItsControlInItsOwnFont
-    Options.StartUpReadsTheFileOrItsFallbackOrSaysItCannot
     OptionWindows.FileOptionsPrefixesHostNameAndFolderAreFilteredSavedAndUsed
     OptionWindows.PerformanceChangesTheRendererAndRestarts
     OptionWindows.EventPendingSwitchesTheCountdownAndMiscellaneousSavesOnlyChangesAndAFailedWriteWarns
@@ -14,7 +13,7 @@ set(MAVU_E2E_SCENARIOS
     Video.Vmr9PreviewIsSizedLiveAndTogglesPixelSaturation
     ToolWindows.MagnifyDoublesThePictureAndBrightnessWithoutTheFileOptionIsTheSmallWindow
     ToolWindows.BrightnessContrastAndPixelSaturationActOnThePreviewAndSave
-    ToolWindows.FrameIntegrationRefusesCountsOutsideTwoToThirtyKeepsTheBackgroundAndARecordingTurnsItOff
+    ToolWindows.FrameIntegrationRefusesCountsOutsideTwoToThirtyAndARecordingTurnsItOff
     Scheduling.TheDefaultDurationTooSoonAnEventAndDisallowedCharacters
     Scheduling.EditingAnEventReplacesItsFile
     Scheduling.DeletingAsksByTheRowsAndRearmsTheNextEvent
@@ -50,8 +49,6 @@ set(MAVU_E2E_LONG_SCENARIOS
     HotPlug.EachChangeGivesItsLineTheNextDeviceTakesOverAndTheDefaultTakesOverWhenItComes
     HotPlug.ANotificationDuringACameraStartIsDroppedAndTheNextOneFindsTheChange
     Grabbers/Analog.StandardFoundAtStartUp/NtscSignalStaysNtscWithoutALine
-    Grabbers/Analog.StandardFoundAtStartUp/SixFramesDrawnCountAsPalAndFiveAsNtsc
-    Grabbers/Analog.StandardFoundAtStartUp/WithoutPalFormatsSaysSoAndStaysNtsc
     Events.OneEventRecordsCentredOnItsMomentInNewYork
     Gps.EventRecordingCarriesThePositionOfItsStartAndTheLinkReturnsAfterIt
     Events.HandWrittenEventWithAnAccentedCommentIsListedAndRecorded
