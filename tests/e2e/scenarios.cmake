@@ -52,7 +52,6 @@ set(MAVU_E2E_LONG_SCENARIOS
     Events.OneEventRecordsCentredOnItsMomentInNewYork
     Gps.EventRecordingCarriesThePositionOfItsStartAndTheLinkReturnsAfterIt
     Events.HandWrittenEventWithAnAccentedCommentIsListedAndRecorded
-    Events.HibernateRequestIsDroppedWhereThePlatformCannotHibernate
     Gps.ReceiverAt4800OnCom3IsFoundShownClosedAndFoundAgainWithoutTheNotice
     Scheduling.AnEventScheduledInTheWindowIsWrittenArmedAndRecorded
     SelectDevice.TheListsFollowDevicesPulledAndPluggedAndAChosenDeviceIsTheActiveOne
