@@ -1,6 +1,6 @@
 #include "e2e/harness.h"
 
-#include "support/file_bytes.h"
+#include "support/temp_folder.h"
 #include "ui/commands.h"
 
 #include <gtest/gtest.h>
@@ -29,27 +29,6 @@ void CopyFolder(const std::wstring& from, const std::wstring& to)
         CopyFileW((from + L"\\" + name).c_str(), (to + L"\\" + name).c_str(), FALSE);
 }
 
-void DeleteTree(const std::wstring& folder)
-{
-    WIN32_FIND_DATAW found{};
-    HANDLE search = FindFirstFileW((folder + L"\\*").c_str(), &found);
-    if (search != INVALID_HANDLE_VALUE) {
-        do {
-            std::wstring name = found.cFileName;
-            if (name == L"." || name == L"..")
-                continue;
-            std::wstring path = folder + L"\\" + name;
-            if (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)
-                DeleteTree(path);
-            else {
-                SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
-                DeleteFileW(path.c_str());
-            }
-        } while (FindNextFileW(search, &found));
-        FindClose(search);
-    }
-    RemoveDirectoryW(folder.c_str());
-}
 
 struct FindData {
     DWORD processId;
@@ -113,7 +92,7 @@ std::wstring MakeWorkFolder(const std::wstring& name, const wchar_t* programName
     std::wstring root = BinFolder() + L"\\..\\e2e-work";
     CreateDirectoryW(root.c_str(), nullptr);
     std::wstring folder = root + L"\\" + name;
-    DeleteTree(folder);
+    RemoveTree(folder);
     CreateDirectoryW(folder.c_str(), nullptr);
     CopyFileW((BinFolder() + L"\\" + kProgramName).c_str(),
               (folder + L"\\" + (programName ? programName : kProgramName)).c_str(), FALSE);
@@ -236,16 +215,6 @@ std::vector<std::wstring> ListFiles(const std::wstring& folder, const wchar_t* p
     return names;
 }
 
-std::string ReadBytes(const std::wstring& path)
-{
-    return ReadFileBytes(path);
-}
-
-bool WriteBytes(const std::wstring& path, const std::string& bytes)
-{
-    return WriteFileBytes(path, bytes);
-}
-
 LRESULT SendDeviceChange(HWND mainWindow, DWORD timeoutMs)
 {
     constexpr WPARAM kDevNodesChanged = 7;
@@ -324,7 +293,7 @@ std::string Option(const char* key, const char* value)
 
 void WriteOptions(const std::wstring& folder, const std::string& elements)
 {
-    WriteBytes(folder + L"\\MAVU_options_capture.xml",
+    WriteFileBytes(folder + L"\\MAVU_options_capture.xml",
                "<?xml version='1.0'?>\r\n<!--MAVU Video Capture Version 2.1-->\r\n<Root>\r\n" + elements +
                    "</Root>\r\n");
 }
@@ -362,7 +331,7 @@ std::wstring WriteEvent(const std::wstring& folder, const std::wstring& name, co
 {
     CreateDirectoryW((folder + L"\\Events").c_str(), nullptr);
     std::wstring path = folder + L"\\Events\\" + name + L".mef";
-    WriteBytes(path, EventFileBytes(moment, durationSeconds, asteroid, star, hibernate, shutdown, comment));
+    WriteFileBytes(path, EventFileBytes(moment, durationSeconds, asteroid, star, hibernate, shutdown, comment));
     return path;
 }
 
@@ -523,7 +492,7 @@ ManualRecording RecordByHand(const Program& program, DWORD ms, const std::wstrin
     // The report is written whole at the stop; give its writer the moment
     // to close it.
     Sleep(200);
-    recording.report = ReadBytes(report);
+    recording.report = ReadFileBytes(report);
     return recording;
 }
 

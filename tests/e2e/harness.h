@@ -5,6 +5,8 @@
 
 #include <windows.h>
 
+#include "support/file_bytes.h"
+
 #include <functional>
 #include <string>
 #include <utility>
@@ -60,9 +62,6 @@ LRESULT SendDeviceChange(HWND mainWindow, DWORD timeoutMs = 60000);
 
 // Files in a folder matching a pattern ("*.txt"), names only.
 std::vector<std::wstring> ListFiles(const std::wstring& folder, const wchar_t* pattern);
-// Whole file as bytes.
-std::string ReadBytes(const std::wstring& path);
-bool WriteBytes(const std::wstring& path, const std::string& bytes);
 
 // Starts a Unix shell command (the test runs under Wine). Wine doesn't wait
 // for a Unix child: callers wait for what the command makes.

@@ -114,7 +114,7 @@ struct ProgramRun {
     }
     bool WaitTitle(const wchar_t* title, DWORD timeoutMs) const { return program->WaitTitle(title, timeoutMs); }
     int Count(const std::wstring& text) const { return program->CountMessages(text); }
-    std::string OptionsFile() const { return ReadBytes(folder + L"\\MAVU_options_capture.xml"); }
+    std::string OptionsFile() const { return ReadFileBytes(folder + L"\\MAVU_options_capture.xml"); }
     std::wstring Videos() const { return folder + L"\\VideoFiles"; }
     std::wstring VideoPath(const std::wstring& name) const { return Videos() + L"\\" + name; }
     // The video folder's recordings by name, once `reports` reports stand beside them; none when they don't come.
@@ -129,7 +129,7 @@ struct ProgramRun {
     // The report beside a recording in the video folder.
     std::string ReportOf(const std::wstring& avi) const
     {
-        return ReadBytes(VideoPath(avi.substr(0, avi.size() - 4) + L".txt"));
+        return ReadFileBytes(VideoPath(avi.substr(0, avi.size() - 4) + L".txt"));
     }
     // A cable pulled or plugged, then the system's word that something changed.
     LRESULT Pull(const std::wstring& name) { return devices.Pull(name) ? SendDeviceChange(Main()) : -2; }

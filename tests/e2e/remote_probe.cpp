@@ -105,7 +105,7 @@ int ClippedTexts(DWORD processId, HWND window, std::wstring* report)
     DWORD folder = GetTempPathW(MAX_PATH, path);
     wsprintfW(path + folder, L"mavu-text-fit-%lu-%u.txt", processId, handle);
     if (report) {
-        std::string bytes = ReadBytes(path);
+        std::string bytes = ReadFileBytes(path);
         report->assign(reinterpret_cast<const wchar_t*>(bytes.data()), bytes.size() / sizeof(wchar_t));
     }
     DeleteFileW(path);

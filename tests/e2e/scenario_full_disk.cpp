@@ -79,7 +79,7 @@ TEST(Disk, AFullDiskStopsTheRecordingWithItsFileAndReportAndTheNextEventRecords)
     std::wstring avi = videos + L"\\" + files[0];
     std::wstring report = avi.substr(0, avi.size() - 4) + L".txt";
     ASSERT_TRUE(WaitUntil([&] { return GetFileAttributesW(report.c_str()) != INVALID_FILE_ATTRIBUTES; }, 5000));
-    std::string reportText = ReadBytes(report);
+    std::string reportText = ReadFileBytes(report);
     EXPECT_NE(reportText.find("Number of recorded frames:  "), std::string::npos) << reportText;
     testsupport::ProbedVideo probed = testsupport::ProbeVideo(Narrow(avi));
     ASSERT_TRUE(probed.ok) << probed.raw;
@@ -94,7 +94,7 @@ TEST(Disk, AFullDiskStopsTheRecordingWithItsFileAndReportAndTheNextEventRecords)
     // Space again before the next event: it records, and fits without a word.
     ASSERT_TRUE(DeleteFileW(avi.c_str()));
     ASSERT_TRUE(WaitUntil([&] { return WindowText(main) != kRecordingTitle; }, 40000));
-    EXPECT_EQ(ReadBytes(report), reportText) << "the event's end leaves the report alone";
+    EXPECT_EQ(ReadFileBytes(report), reportText) << "the event's end leaves the report alone";
     ASSERT_TRUE(WaitUntil([&] { return WindowText(main) == kRecordingTitle; }, 40000));
     ASSERT_TRUE(WaitUntil([&] { return WindowText(main) != kRecordingTitle; }, 20000));
     ASSERT_TRUE(WaitUntil([&] { return ListFiles(videos, L"Small_*.txt").size() == 1; }, 10000));

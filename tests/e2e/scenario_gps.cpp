@@ -225,7 +225,7 @@ TEST(Gps, ManualRecordingTakesOneReadingAndWithoutAutostartTheLinkStaysClosed)
     // says by how much it differs from the receiver's (in step here).
     std::vector<std::wstring> records = ListFiles(run.Videos(), L"*.frames.csv");
     ASSERT_EQ(records.size(), 1u);
-    std::string record = ReadBytes(run.VideoPath(records[0]));
+    std::string record = ReadFileBytes(run.VideoPath(records[0]));
     double offset = 99;
     size_t at = record.find("# computer clock minus GPS time: ");
     ASSERT_NE(at, std::string::npos) << record.substr(0, 600);

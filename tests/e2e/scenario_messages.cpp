@@ -46,7 +46,7 @@ TEST(Messages, SaveAboutAndSaveAndClear)
     EXPECT_EQ(std::stoi(parts[1].str()), utc.wMonth);
     EXPECT_EQ(std::stoi(parts[3].str()), utc.wYear);
 
-    std::string bytes = ReadBytes(program.Folder() + L"\\LogFiles\\" + logs[0]);
+    std::string bytes = ReadFileBytes(program.Folder() + L"\\LogFiles\\" + logs[0]);
     EXPECT_EQ(bytes, AsLogBytes(before));
     EXPECT_EQ(bytes.rfind("\r\r\nNo Options File or unreadable Options File\r\r\n"),
               bytes.size() - std::string("\r\r\nNo Options File or unreadable Options File\r\r\n").size());
@@ -87,7 +87,7 @@ TEST(Messages, SaveAboutAndSaveAndClear)
     std::vector<std::wstring> both = ListFiles(program.Folder() + L"\\LogFiles", L"*.txt");
     ASSERT_EQ(both.size(), 2u);
     std::wstring cleared = both[0] == logs[0] ? both[1] : both[0];
-    EXPECT_EQ(ReadBytes(program.Folder() + L"\\LogFiles\\" + cleared), AsLogBytes(before));
+    EXPECT_EQ(ReadFileBytes(program.Folder() + L"\\LogFiles\\" + cleared), AsLogBytes(before));
     std::wregex expected(L"\r\n\\d\\d:\\d\\d:\\d\\d \\(UTC\\)\r\nUser messages saved in log file \"LogFiles\\\\" +
                          cleared + L"\" and all messages cleared\r\n");
     EXPECT_TRUE(std::regex_match(program.Messages(), expected)) << Narrow(program.Messages());

@@ -59,7 +59,7 @@ double HostPrivateMb(const std::wstring& folder)
     RunUnix("for p in $(pgrep -f '" + pattern + "'); do grep RssAnon /proc/$p/status; done > '" + out + ".part'; mv '" +
             out + ".part' '" + out + "'");
     std::string text;
-    if (!WaitUntil([&] { return !(text = ReadBytes(folder + L"\\rss.txt")).empty(); }, 5000))
+    if (!WaitUntil([&] { return !(text = ReadFileBytes(folder + L"\\rss.txt")).empty(); }, 5000))
         return -1;
     unsigned long kb = 0;
     return std::sscanf(text.c_str(), "RssAnon: %lu", &kb) == 1 ? static_cast<double>(kb) / 1024 : -1;

@@ -216,7 +216,7 @@ TEST(OptionWindows, EventPendingSwitchesTheCountdownAndMiscellaneousSavesOnlyCha
     // write can succeed (root would write through a read-only attribute or folder).
     ASSERT_TRUE(DeleteFileW((run.folder + L"\\MAVU_options_capture.xml").c_str()));
     ASSERT_TRUE(CreateDirectoryW((run.folder + L"\\MAVU_options_capture.xml").c_str(), nullptr));
-    ASSERT_TRUE(WriteBytes(run.folder + L"\\MAVU_options.xml",
+    ASSERT_TRUE(WriteFileBytes(run.folder + L"\\MAVU_options.xml",
                            "<?xml version='1.0'?>\r\n<!--MAVU Video Capture Version 2.1-->\r\n<Root>\r\n" +
                                Option("AutostartGPS", "FALSE") + "</Root>\r\n"));
     ASSERT_TRUE(run.Run());

@@ -51,7 +51,7 @@ TEST(Options, SavedPositionsFolderCameraAndCodecPairSurviveRestartAndSaveAgain)
         SendCommand(program.MainWindow(), IDM_SET_WINDOW_POSITIONS);
         ASSERT_TRUE(program.WaitForMessage(kPositionsSaved, 5000));
         EXPECT_EQ(program.Messages().find(L"WARNING: cannot save"), std::wstring::npos);
-        first = ReadBytes(optionsFile);
+        first = ReadFileBytes(optionsFile);
         EXPECT_NE(first.find("\t<MessageWindowPosition Value=\"200, 100, 640, 500\"/>\r\n"), std::string::npos)
             << first;
         RECT main = WindowRect(program.MainWindow());
@@ -79,7 +79,7 @@ TEST(Options, SavedPositionsFolderCameraAndCodecPairSurviveRestartAndSaveAgain)
     EXPECT_EQ(text.find(L"No Options File or unreadable Options File"), std::wstring::npos) << Narrow(text);
     SendCommand(again.MainWindow(), IDM_SET_WINDOW_POSITIONS);
     ASSERT_TRUE(again.WaitForMessage(kPositionsSaved, 5000));
-    EXPECT_EQ(ReadBytes(optionsFile), first);
+    EXPECT_EQ(ReadFileBytes(optionsFile), first);
 
     // The next recording goes into that folder, from the default camera.
     const std::wstring videos = folder + L"\\VideoFiles\\Vid\u00E9os";

@@ -72,7 +72,7 @@ TEST_F(Release, TheZipRecordsAnEventInAFreshPrefixWithItsOwnCamera)
     ASSERT_EQ(avis.size(), 1u);
     EXPECT_EQ(avis[0].rfind(L"Rehearsal_Star_", 0), 0u);
     std::wstring avi = videos + L"\\" + avis[0];
-    std::string report = ReadBytes(avi.substr(0, avi.size() - 4) + L".txt");
+    std::string report = ReadFileBytes(avi.substr(0, avi.size() - 4) + L".txt");
     EXPECT_EQ(report.rfind("Event recording: ", 0), 0u) << report;
     EXPECT_NE(report.find("Video source device: Rehearsal Camera"), std::string::npos) << report;
     testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(avi));

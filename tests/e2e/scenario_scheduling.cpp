@@ -128,7 +128,7 @@ TEST(Scheduling, AnEventScheduledInTheWindowIsWrittenArmedAndRecorded)
     std::vector<std::wstring> files = run.EventFiles();
     ASSERT_EQ(files.size(), 1u);
     EXPECT_EQ(files[0], name + L".mef");
-    EXPECT_EQ(ReadBytes(run.folder + L"\\Events\\" + files[0]),
+    EXPECT_EQ(ReadFileBytes(run.folder + L"\\Events\\" + files[0]),
               EventFileBytes(moment, 8, "Vesta", "TYC1234", false, false, "Rehearsal (dry run)"));
     ASSERT_TRUE(run.program->WaitForMessage(L"Scheduled an event recording:  " + name + L"\r\n", 5000));
     ASSERT_TRUE(run.program->WaitForMessage(L"    " + name, 5000));
@@ -300,7 +300,7 @@ TEST(Scheduling, TheListSortsAndShowsItsCellsAndAFileThatCannotBeDeletedIsWarned
     const std::wstring readOnly = WriteEvent(run.folder, L"early", early, 3725, "A", "B", true, false);
     WriteEvent(run.folder, L"late", late, 10, "", "", false, true);
     WriteEvent(run.folder, L"past", past, 60, "", "");
-    WriteBytes(run.folder + L"\\Events\\broken.mef", "<Root><EventYear Value=\"2040\"");
+    WriteFileBytes(run.folder + L"\\Events\\broken.mef", "<Root><EventYear Value=\"2040\"");
     ASSERT_TRUE(SetFileAttributesW(readOnly.c_str(), FILE_ATTRIBUTE_READONLY));
     ASSERT_TRUE(run.Start(false));
     run.OpenList();

@@ -57,7 +57,7 @@ TEST(Startup, NoOptionsNoDeviceReportsInOrderAndASecondInstanceChangesNothing)
     // Set Window Positions makes the file where none stood.
     SendCommand(program.MainWindow(), IDM_SET_WINDOW_POSITIONS);
     ASSERT_TRUE(program.WaitForMessage(L"Default window positions are saved in options file\r\n", 5000));
-    EXPECT_NE(ReadBytes(folder + L"\\MAVU_options_capture.xml").find("\t<MessageWindowPosition Value=\""),
+    EXPECT_NE(ReadFileBytes(folder + L"\\MAVU_options_capture.xml").find("\t<MessageWindowPosition Value=\""),
               std::string::npos);
     code = 1234;
     ASSERT_TRUE(program.Exit(10000, &code));

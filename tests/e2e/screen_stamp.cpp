@@ -27,7 +27,7 @@ bool CutScreenshot(const std::string& name, const std::string& crop, const std::
             ".part' && mv '" + cut + ".part' '" + cut + "'");
     if (!WaitUntil([&] { return GetFileAttributesA(windowsCut.c_str()) != INVALID_FILE_ATTRIBUTES; }, 30000))
         return false;
-    *bytes = ReadBytes(std::wstring(windowsCut.begin(), windowsCut.end()));
+    *bytes = ReadFileBytes(std::wstring(windowsCut.begin(), windowsCut.end()));
     return bytes->size() >= wantedBytes;
 }
 

@@ -190,7 +190,7 @@ std::string EngineTest::RecordFor(const std::wstring& path, DWORD ms, std::wstri
     // Emptying the graph lets the file go.
     player->RemoveGraphFilters();
     // CR LF lines through a text-mode stream come out as CR CR LF.
-    std::string text = e2e::ReadBytes(std::wstring(report.begin(), report.end()));
+    std::string text = ReadFileBytes(std::wstring(report.begin(), report.end()));
     return std::regex_replace(text, std::regex("\r\r\n"), "\n");
 }
 

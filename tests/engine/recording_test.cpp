@@ -63,7 +63,7 @@ TEST_F(EngineTest, RecordingWritesTheAviAndTheReport)
         EXPECT_EQ(video.height, 480);
         EXPECT_EQ(video.codecTag, "YUY2");
         EXPECT_NEAR(video.frames, 90, 10);
-        std::string bytes = e2e::ReadBytes(std::wstring(avi.begin(), avi.end()));
+        std::string bytes = ReadFileBytes(std::wstring(avi.begin(), avi.end()));
         EXPECT_NE(bytes.find("idx1"), std::string::npos);
 
         std::string expected = "Manual recording\n" + Escaped("Start recording at 12:00:00 (UTC)") + "\n" +

@@ -32,7 +32,7 @@ ProbedVideo ProbeVideo(const std::string& windowsPath)
     // Wine doesn't wait for a Unix child: wait for its output instead.
     if (!e2e::WaitUntil([&] { return GetFileAttributesA(output.c_str()) != INVALID_FILE_ATTRIBUTES; }, 60000, 100))
         return video;
-    video.raw = e2e::ReadBytes(std::wstring(output.begin(), output.end()));
+    video.raw = ReadFileBytes(std::wstring(output.begin(), output.end()));
     std::istringstream lines(video.raw);
     std::string line;
     while (std::getline(lines, line)) {
@@ -70,7 +70,7 @@ std::string DecodeFrames(const std::string& windowsPath, const std::string& crop
                  unixOutput + ".part' '" + unixOutput + "'");
     if (!e2e::WaitUntil([&] { return GetFileAttributesA(output.c_str()) != INVALID_FILE_ATTRIBUTES; }, 120000, 100))
         return {};
-    return e2e::ReadBytes(std::wstring(output.begin(), output.end()));
+    return ReadFileBytes(std::wstring(output.begin(), output.end()));
 }
 
 }  // namespace

@@ -103,7 +103,7 @@ bool SyntheticGps::Stop()
 std::vector<std::string> SyntheticGps::PortEvents() const
 {
     std::vector<std::string> events;
-    std::string bytes = e2e::ReadBytes(UnixToWindows(state_ + "/log"));
+    std::string bytes = ReadFileBytes(UnixToWindows(state_ + "/log"));
     std::istringstream lines(bytes);
     std::string line;
     while (std::getline(lines, line)) {

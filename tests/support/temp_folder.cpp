@@ -1,8 +1,5 @@
 #include "support/temp_folder.h"
 
-
-namespace {
-
 void RemoveTree(const std::wstring& folder)
 {
     WIN32_FIND_DATAW found{};
@@ -24,8 +21,6 @@ void RemoveTree(const std::wstring& folder)
     }
     RemoveDirectoryW(folder.c_str());
 }
-
-}  // namespace
 
 TempFolder::TempFolder()
 {

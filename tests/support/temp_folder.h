@@ -8,6 +8,9 @@
 
 #include <string>
 
+// Removes a folder with everything in it, read-only files too.
+void RemoveTree(const std::wstring& folder);
+
 class TempFolder {
 public:
     TempFolder();

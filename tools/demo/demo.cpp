@@ -75,7 +75,7 @@ int wmain(int argc, wchar_t** argv)
         std::printf("Video:      %s%s\n", where.c_str(), Narrow(video).c_str());
     for (const std::wstring& report : reports) {
         std::printf("Report:     %s%s\n", where.c_str(), Narrow(report).c_str());
-        std::printf("%s\n", ReadBytes(folder + L"\\VideoFiles\\" + report).c_str());
+        std::printf("%s\n", ReadFileBytes(folder + L"\\VideoFiles\\" + report).c_str());
     }
     if (pictured)
         std::printf("Screenshot: %s/screenshots/demo-recording.png\n", MAVU_BINARY_DIR_UNIX);
