@@ -22,25 +22,19 @@ struct ProcessFigures {
     double privateMb = -1;
 };
 
-// What the process holds, read from outside it. The handle count is the
-// platform's GetProcessHandleCount where it gives one, and the system's
-// handle table where it answers 0 (as under Wine).
+// What the process holds, read from outside it.
 ProcessFigures Measure(DWORD processId)
 {
     ProcessFigures figures;
     HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, processId);
     if (process) {
-        DWORD count = 0;
-        if (GetProcessHandleCount(process, &count) && count > 0)
-            figures.handles = static_cast<long>(count);
         PROCESS_MEMORY_COUNTERS_EX memory{};
         memory.cb = sizeof memory;
         if (GetProcessMemoryInfo(process, reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory), sizeof memory))
             figures.privateMb = static_cast<double>(memory.PrivateUsage) / (1 << 20);
         CloseHandle(process);
     }
-    if (figures.handles <= 0)
-        figures.handles = testsupport::ProcessHandleCount(processId);
+    figures.handles = testsupport::ProcessHandleCount(processId);
     figures.threads = testsupport::ProcessThreadCount(processId);
     return figures;
 }
