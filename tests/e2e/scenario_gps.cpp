@@ -116,7 +116,7 @@ void ExpectPositionOfTheFix(const std::string& report)
 
 }  // namespace
 
-TEST(Gps, ReceiverAt4800OnCom3IsFoundShownClosedAndFoundAgainWithoutTheNotice)
+TEST(Gps, ReceiverAt4800OnCom3IsFoundShownClosedFoundAgainWithoutTheNoticeAndHungUpLeavesNoHandle)
 {
     GpsRun run;
     ASSERT_TRUE(run.Start(3));
@@ -169,10 +169,48 @@ TEST(Gps, ReceiverAt4800OnCom3IsFoundShownClosedAndFoundAgainWithoutTheNotice)
     EXPECT_EQ(run.receiver.ClosedAtRates(), (std::vector<int>{38400, 19200, 9600, 4800})) << "no other rate was tried";
     ASSERT_TRUE(WaitUntil([&] { return IsVisible(gps.window); }, 10000));
 
-    // The close box ends the link as Close does.
+    // A second tick, so that what a tick makes once is counted in.
+    Sleep(5500);
+    long connected = testsupport::ProcessHandleCount(program.ProcessId());
+    ASSERT_GT(connected, 0);
+
+    ASSERT_TRUE(run.receiver.HangUp());
+    ASSERT_TRUE(program.WaitForMessage(L"Zero bytes read for GPS values refresh", 15000));
+    // The ticks read on, on their own threads: the windows answer meanwhile
+    // and the values shown stay.
+    long most = connected;
+    for (int i = 0; i < 10; ++i) {
+        EXPECT_TRUE(Answers(run.Main()));
+        EXPECT_TRUE(Answers(gps.window));
+        most = std::max(most, testsupport::ProcessHandleCount(program.ProcessId()));
+        Sleep(2000);
+    }
+    EXPECT_EQ(gps.Latitude(), L" 48.070038 N");
+    EXPECT_EQ(program.Messages().find(L"Cannot find GPGGA string"), std::wstring::npos);
+
+    // The close box ends the link as Close does: the ticks still reading
+    // give up, each with its line, and nothing more comes.
     SendMessageW(gps.window, WM_SYSCOMMAND, SC_CLOSE, 0);
-    ASSERT_TRUE(WaitUntil([&] { return program.CountMessages(L"GPS connection is closed") == 2; }, 5000));
+    ASSERT_TRUE(WaitUntil([&] { return program.CountMessages(L"GPS connection is closed") == 2; }, 10000));
     EXPECT_FALSE(IsVisible(gps.window));
+    ASSERT_TRUE(program.WaitForMessage(L"GPS information is not valid", 15000));
+    int zeroReads = 0;
+    int notValid = 0;
+    ASSERT_TRUE(WaitUntil(
+        [&] {
+            int zero = program.CountMessages(L"Zero bytes read for GPS values refresh");
+            int invalid = program.CountMessages(L"GPS information is not valid");
+            bool settled = zero == zeroReads && invalid == notValid;
+            zeroReads = zero;
+            notValid = invalid;
+            return settled;
+        },
+        30000, 5000));
+    Sleep(6000);
+    EXPECT_EQ(program.CountMessages(L"GPS information is not valid"), notValid) << "no tick after Close";
+    EXPECT_TRUE(Answers(run.Main()));
+    long after = testsupport::ProcessHandleCount(program.ProcessId());
+    EXPECT_LT(after, connected) << "the port's handle is gone (" << most << " at most while hung up)";
 }
 
 TEST(Gps, ReceiverOnlyOnCom10IsNotFoundAfterAScanThatWaitsOnASilentCom1)
@@ -273,54 +311,4 @@ TEST(Gps, EventRecordingCarriesThePositionOfItsStartAndTheLinkReturnsAfterIt)
     EXPECT_EQ(program.CountMessages(kAttempting), 2);
     ASSERT_TRUE(WaitUntil([&] { return IsVisible(gps.window); }, 10000));
     EXPECT_TRUE(WaitUntil([&] { return gps.Latitude() == L" 0.000000 ,"; }, 6000)) << Narrow(gps.Latitude());
-}
-
-TEST(Gps, HangUpMidRunKeepsTheProgramAnsweringAndItsHandlesLevel)
-{
-    GpsRun run;
-    ASSERT_TRUE(run.Start(3));
-    Program& program = *run.program;
-    const GpsWindow& gps = *run.gps;
-    ASSERT_TRUE(run.Connect());
-    // A second tick, so that what a tick makes once is counted in.
-    Sleep(5500);
-    long connected = testsupport::ProcessHandleCount(program.ProcessId());
-    ASSERT_GT(connected, 0);
-
-    ASSERT_TRUE(run.receiver.HangUp());
-    ASSERT_TRUE(program.WaitForMessage(L"Zero bytes read for GPS values refresh", 15000));
-    // The ticks read on, on their own threads: the windows answer meanwhile
-    // and the values shown stay.
-    long most = connected;
-    for (int i = 0; i < 10; ++i) {
-        EXPECT_TRUE(Answers(run.Main()));
-        EXPECT_TRUE(Answers(gps.window));
-        most = std::max(most, testsupport::ProcessHandleCount(program.ProcessId()));
-        Sleep(2000);
-    }
-    EXPECT_EQ(gps.Latitude(), L" 48.070038 N");
-    EXPECT_EQ(program.Messages().find(L"Cannot find GPGGA string"), std::wstring::npos);
-
-    // Close ends the link: the ticks still reading give up, each with its
-    // line, and nothing more comes.
-    Click(gps.Button(L"Close"));
-    ASSERT_TRUE(program.WaitForMessage(L"GPS connection is closed", 10000));
-    ASSERT_TRUE(program.WaitForMessage(L"GPS information is not valid", 15000));
-    int zeroReads = 0;
-    int notValid = 0;
-    ASSERT_TRUE(WaitUntil(
-        [&] {
-            int zero = program.CountMessages(L"Zero bytes read for GPS values refresh");
-            int invalid = program.CountMessages(L"GPS information is not valid");
-            bool settled = zero == zeroReads && invalid == notValid;
-            zeroReads = zero;
-            notValid = invalid;
-            return settled;
-        },
-        30000, 5000));
-    Sleep(6000);
-    EXPECT_EQ(program.CountMessages(L"GPS information is not valid"), notValid) << "no tick after Close";
-    EXPECT_TRUE(Answers(run.Main()));
-    long after = testsupport::ProcessHandleCount(program.ProcessId());
-    EXPECT_LT(after, connected) << "the port's handle is gone (" << most << " at most while hung up)";
 }

@@ -44,7 +44,6 @@ set(MAVU_E2E_SCENARIOS
 set(MAVU_E2E_LONG_SCENARIOS
     Events.ShutdownAtTheEndOfTheCountIsWhatThePlatformGives
     Stress.PreviewAndRecordingCyclesAllComeBack
-    Gps.HangUpMidRunKeepsTheProgramAnsweringAndItsHandlesLevel
     HotPlug.PullAndReplugDuringAManualRecordingGoesOnUnderTheManualName
     HotPlug.EachChangeGivesItsLineTheNextDeviceTakesOverAndTheDefaultTakesOverWhenItComes
     HotPlug.ANotificationDuringACameraStartIsDroppedAndTheNextOneFindsTheChange
@@ -52,14 +51,13 @@ set(MAVU_E2E_LONG_SCENARIOS
     Events.OneEventRecordsCentredOnItsMomentInNewYork
     Gps.EventRecordingCarriesThePositionOfItsStartAndTheLinkReturnsAfterIt
     Events.HandWrittenEventWithAnAccentedCommentIsListedAndRecorded
-    Gps.ReceiverAt4800OnCom3IsFoundShownClosedAndFoundAgainWithoutTheNotice
+    Gps.ReceiverAt4800OnCom3IsFoundShownClosedFoundAgainWithoutTheNoticeAndHungUpLeavesNoHandle
     Scheduling.AnEventScheduledInTheWindowIsWrittenArmedAndRecorded
     SelectDevice.TheListsFollowDevicesPulledAndPluggedAndAChosenDeviceIsTheActiveOne
     DeviceFormat.TickingAutoDetectAgainFindsTheStandardByTrial
     DeviceFormat.TheDeviceGoneWhileOpenLeavesEveryControlHarmlessAndAnUnknownFormatIsReported
     RecordingSafety.FullHdEventUnderLoadEndsWithItsReportAndAReadableFile
-    RecordingSafety.ASecondCameraMidEventLeavesTheFirstSecondsInTheirFile
-    RecordingSafety.ACameraPulledAndNotReturnedKeepsTheOneReportOfItsLastFrame
+    RecordingSafety.ASecondCameraThenAPullMidEventLeaveEachFileWithItsOneReport
     RecordingSafety.AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnBesideIt
     Night.TwentyEventsInARowAreRecordedAndLeaveNothingBehind
     Disk.AFullDiskStopsTheRecordingWithItsFileAndReportAndTheNextEventRecords
