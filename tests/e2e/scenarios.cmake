@@ -57,7 +57,8 @@ set(MAVU_E2E_LONG_SCENARIOS
     DeviceFormat.TickingAutoDetectAgainFindsTheStandardByTrial
     DeviceFormat.TheDeviceGoneWhileOpenLeavesEveryControlHarmlessAndAnUnknownFormatIsReported
     RecordingSafety.FullHdEventUnderLoadEndsWithItsReportAndAReadableFile
-    RecordingSafety.ASecondCameraThenAPullMidEventLeaveEachFileWithItsOneReport
+    RecordingSafety.ASecondCameraMidEventLeavesTheFirstSecondsInTheirFile
+    RecordingSafety.ACameraPulledAndNotReturnedKeepsTheOneReportOfItsLastFrame
     RecordingSafety.AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnBesideIt
     Night.TwentyEventsInARowAreRecordedAndLeaveNothingBehind
     Disk.AFullDiskStopsTheRecordingWithItsFileAndReportAndTheNextEventRecords
