@@ -44,8 +44,7 @@ set(MAVU_E2E_SCENARIOS
 set(MAVU_E2E_LONG_SCENARIOS
     Events.ShutdownAtTheEndOfTheCountIsWhatThePlatformGives
     Stress.PreviewAndRecordingCyclesAllComeBack
-    HotPlug.PullAndReplugDuringAManualRecordingGoesOnUnderTheManualName
-    HotPlug.EachChangeGivesItsLineTheNextDeviceTakesOverAndTheDefaultTakesOverWhenItComes
+    HotPlug.EachChangeGivesItsLineTheNextDeviceTakesOverTheDefaultWhenItComesAndItsRecordingGoesOnPastAPull
     HotPlug.ANotificationDuringACameraStartIsDroppedAndTheNextOneFindsTheChange
     Grabbers/Analog.StandardFoundAtStartUp/NtscSignalStaysNtscWithoutALine
     Events.OneEventRecordsCentredOnItsMomentInNewYork
