@@ -86,43 +86,6 @@ long long MsOfDay(uint64_t msSince2020)
 
 }  // namespace
 
-// A second capture device plugged in during an event restarts the camera,
-// as a device change does; what was recorded stays in the first file with
-// its report, and the rest of the event goes on in "_1".
-TEST(RecordingSafety, ASecondCameraMidEventLeavesTheFirstSecondsInTheirFile)
-{
-    ProgramRun run;
-    ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
-    WriteEvent(run.folder, L"second", UtcInSeconds(20), 16, "Second");
-    ASSERT_TRUE(run.Start());
-    ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 30000));
-    uint64_t started = synthcam::UtcMsSince2020Now();
-    Sleep(6000);
-    uint64_t plugged = synthcam::UtcMsSince2020Now();
-    ASSERT_EQ(run.Plug(L"Other Cam"), 1);
-    EXPECT_EQ(run.program->CountMessages(L"Video capture device \"Other Cam\" connected\r\n"), 1)
-        << Narrow(run.program->Messages());
-    ASSERT_TRUE(run.WaitTitle(kMainTitle, 30000));
-    std::vector<std::wstring> videos = run.Recordings(2);
-    ASSERT_EQ(videos.size(), 2u);
-    std::wstring stem = videos[0].substr(0, videos[0].size() - 4);
-    EXPECT_EQ(videos[1], stem + L"_1.avi");
-    std::vector<synthcam::FrameStamp> first = testsupport::ReadRecordedStamps(Narrow(run.VideoPath(videos[0])), 640);
-    std::vector<synthcam::FrameStamp> rest = testsupport::ReadRecordedStamps(Narrow(run.VideoPath(videos[1])), 640);
-    ASSERT_GT(first.size(), 100u);
-    ASSERT_GT(rest.size(), 100u);
-    // The first file holds the seconds before the plug, from the start on.
-    EXPECT_LE(first.front().utcMs, started + 1000);
-    EXPECT_GE(first.back().utcMs + 1000, plugged);
-    EXPECT_LE(first.back().utcMs, plugged + 1000);
-    EXPECT_GT(rest.front().utcMs, first.back().utcMs);
-    for (const std::wstring& video : videos) {
-        std::string report = run.ReportOf(video);
-        EXPECT_EQ(report.rfind("Event recording: \r\r\n", 0), 0u) << report;
-        EXPECT_NE(report.find(Narrow(video)), std::string::npos) << report;
-    }
-}
-
 // The camera pulled mid-event and never returned: one report, written at
 // the pull, whose stop time is that of the last frame; the event's end and
 // the program's exit leave it as it is.
@@ -166,8 +129,10 @@ TEST(RecordingSafety, ACameraPulledAndNotReturnedKeepsTheOneReportOfItsLastFrame
 
 // The program killed mid-event and started again at once: the cut file is
 // repaired with its report and a line in User Messages, and the rest of the
-// event goes to another file.
-TEST(RecordingSafety, AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnBesideIt)
+// event goes to another file. A second capture device plugged in then
+// restarts the camera, as a device change does; what was recorded stays in
+// that file with its report, and the rest of the event goes on in the next.
+TEST(RecordingSafety, AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnBesideItPastASecondCamera)
 {
     ProgramRun run;
     ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
@@ -186,15 +151,22 @@ TEST(RecordingSafety, AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnB
     std::wstring line = L"WARNING: recording \"VideoFiles\\" + cut[0] + L"\" was cut short and has been repaired: ";
     ASSERT_TRUE(again.WaitForMessage(line, 5000)) << Narrow(again.Messages());
     ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 10000));
+    uint64_t resumed = synthcam::UtcMsSince2020Now();
+    Sleep(6000);
+    uint64_t plugged = synthcam::UtcMsSince2020Now();
+    ASSERT_EQ(run.Plug(L"Other Cam"), 1);
+    EXPECT_EQ(run.Count(L"Video capture device \"Other Cam\" connected\r\n"), 1) << Narrow(again.Messages());
     // An event taken up late records for its whole duration from then on.
     ASSERT_TRUE(run.WaitTitle(kMainTitle, 60000));
-    std::vector<std::wstring> videos = run.Recordings(2);
+    std::vector<std::wstring> videos = run.Recordings(3);
     std::string messages = Narrow(again.Messages());
     again.Kill();
 
-    ASSERT_EQ(videos.size(), 2u);
+    ASSERT_EQ(videos.size(), 3u);
     EXPECT_EQ(videos[0], cut[0]);
-    EXPECT_EQ(videos[1], cut[0].substr(0, cut[0].size() - 4) + L"_1.avi");
+    std::wstring stem = cut[0].substr(0, cut[0].size() - 4);
+    EXPECT_EQ(videos[1], stem + L"_1.avi");
+    EXPECT_EQ(videos[2], stem + L"_2.avi");
 
     std::wstring repaired = run.Videos() + L"\\" + cut[0];
     testsupport::ProbedVideo probed = testsupport::ProbeVideo(Narrow(repaired));
@@ -213,8 +185,19 @@ TEST(RecordingSafety, AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnB
     EXPECT_NE(report.find("Number of recorded frames:  " + std::to_string(stamps.size())), std::string::npos) << report;
     EXPECT_NE(messages.find(std::to_string(stamps.size()) + " frames recovered"), std::string::npos) << messages;
 
-    std::vector<synthcam::FrameStamp> rest =
-        testsupport::ReadRecordedStamps(Narrow(run.Videos() + L"\\" + videos[1]), 640);
-    ASSERT_FALSE(rest.empty());
-    EXPECT_GT(rest.front().utcMs, killedAt);
+    std::vector<synthcam::FrameStamp> first = testsupport::ReadRecordedStamps(Narrow(run.VideoPath(videos[1])), 640);
+    std::vector<synthcam::FrameStamp> rest = testsupport::ReadRecordedStamps(Narrow(run.VideoPath(videos[2])), 640);
+    ASSERT_GT(first.size(), 100u);
+    ASSERT_GT(rest.size(), 100u);
+    EXPECT_GT(first.front().utcMs, killedAt);
+    // The file before the plug holds its seconds up to the plug, from the start on.
+    EXPECT_LE(first.front().utcMs, resumed + 1000);
+    EXPECT_GE(first.back().utcMs + 1000, plugged);
+    EXPECT_LE(first.back().utcMs, plugged + 1000);
+    EXPECT_GT(rest.front().utcMs, first.back().utcMs);
+    for (size_t i = 1; i < videos.size(); ++i) {
+        std::string piece = run.ReportOf(videos[i]);
+        EXPECT_EQ(piece.rfind("Event recording: \r\r\n", 0), 0u) << piece;
+        EXPECT_NE(piece.find(Narrow(videos[i])), std::string::npos) << piece;
+    }
 }

@@ -56,9 +56,8 @@ set(MAVU_E2E_LONG_SCENARIOS
     DeviceFormat.TickingAutoDetectAgainFindsTheStandardByTrial
     DeviceFormat.TheDeviceGoneWhileOpenLeavesEveryControlHarmlessAndAnUnknownFormatIsReported
     RecordingSafety.FullHdEventUnderLoadEndsWithItsReportAndAReadableFile
-    RecordingSafety.ASecondCameraMidEventLeavesTheFirstSecondsInTheirFile
     RecordingSafety.ACameraPulledAndNotReturnedKeepsTheOneReportOfItsLastFrame
-    RecordingSafety.AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnBesideIt
+    RecordingSafety.AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnBesideItPastASecondCamera
     Night.TwentyEventsInARowAreRecordedAndLeaveNothingBehind
     Disk.AFullDiskStopsTheRecordingWithItsFileAndReportAndTheNextEventRecords
 )
