@@ -223,26 +223,3 @@ TEST(HotPlug, EachChangeGivesItsLineTheNextDeviceTakesOverTheDefaultWhenItComesA
     // After the stop a new recording starts from a fresh name again.
     EXPECT_TRUE(WaitUntil([&] { return IsEnabled(start) && !IsEnabled(stop); }, 5000));
 }
-
-TEST(HotPlug, ANotificationDuringACameraStartIsDroppedAndTheNextOneFindsTheChange)
-{
-    ProgramRun run;
-    // A camera that takes three seconds to start: the event's recording
-    // starts it on the countdown's thread, and the window stays free.
-    ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam", L"ntsc", {.startDelayMs = 3000}));
-    ASSERT_TRUE(run.devices.Add(L"Spare Cam", L"webcam"));
-    WriteEvent(run.folder, L"Slow", UtcInSeconds(16), 10, "Slow");
-    ASSERT_TRUE(run.Start());
-    ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 30000));
-    Sleep(500);
-    ASSERT_EQ(run.Count(L"Start recording at "), 0) << "the camera is still starting";
-    std::wstring before = run.program->Messages();
-    EXPECT_EQ(run.Pull(L"Spare Cam"), 0);
-    EXPECT_EQ(run.program->Messages(), before);
-    ASSERT_TRUE(run.program->WaitForMessage(L"Start recording at ", 10000));
-    EXPECT_EQ(run.Count(L"Spare Cam"), 0);
-    // The change waited for the next notification.
-    EXPECT_EQ(SendDeviceChange(run.Main()), 1);
-    EXPECT_EQ(run.Count(L"Inactive video capture device \"Spare Cam\" disconnected\r\n"), 1);
-    EXPECT_EQ(WindowText(run.Main()), kRecordingTitle);
-}

@@ -86,16 +86,31 @@ long long MsOfDay(uint64_t msSince2020)
 
 }  // namespace
 
-// The camera pulled mid-event and never returned: one report, written at
-// the pull, whose stop time is that of the last frame; the event's end and
-// the program's exit leave it as it is.
-TEST(RecordingSafety, ACameraPulledAndNotReturnedKeepsTheOneReportOfItsLastFrame)
+// A notification while the event's camera starts is dropped, and the next
+// one finds the change. The camera then pulled and never returned: one
+// report, written at the pull, whose stop time is that of the last frame;
+// the event's end and the program's exit leave it as it is.
+TEST(RecordingSafety, ANotificationDuringTheCameraStartWaitsAndACameraPulledKeepsTheOneReportOfItsLastFrame)
 {
     ProgramRun run;
-    ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
+    // A camera that takes three seconds to start: the event's recording
+    // starts it on the countdown's thread, and the window stays free.
+    ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam", L"ntsc", {.startDelayMs = 3000}));
+    ASSERT_TRUE(run.devices.Add(L"Spare Cam", L"webcam"));
     WriteEvent(run.folder, L"pulled", UtcInSeconds(20), 14, "Pulled");
     ASSERT_TRUE(run.Start());
     ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 30000));
+    Sleep(500);
+    ASSERT_EQ(run.Count(L"Start recording at "), 0) << "the camera is still starting";
+    std::wstring before = run.program->Messages();
+    EXPECT_EQ(run.Pull(L"Spare Cam"), 0);
+    EXPECT_EQ(run.program->Messages(), before);
+    ASSERT_TRUE(run.program->WaitForMessage(L"Start recording at ", 10000));
+    EXPECT_EQ(run.Count(L"Spare Cam"), 0);
+    // The change waited for the next notification.
+    EXPECT_EQ(SendDeviceChange(run.Main()), 1);
+    EXPECT_EQ(run.Count(L"Inactive video capture device \"Spare Cam\" disconnected\r\n"), 1);
+    EXPECT_EQ(WindowText(run.Main()), kRecordingTitle);
     Sleep(4000);
     ASSERT_TRUE(run.devices.Pull(L"Sky Cam"));
     // The system's word comes a moment after the cable goes.

@@ -45,7 +45,6 @@ set(MAVU_E2E_LONG_SCENARIOS
     Events.ShutdownAtTheEndOfTheCountIsWhatThePlatformGives
     Stress.PreviewAndRecordingCyclesAllComeBack
     HotPlug.EachChangeGivesItsLineTheNextDeviceTakesOverTheDefaultWhenItComesAndItsRecordingGoesOnPastAPull
-    HotPlug.ANotificationDuringACameraStartIsDroppedAndTheNextOneFindsTheChange
     Grabbers/Analog.StandardFoundAtStartUp/NtscSignalStaysNtscWithoutALine
     Events.OneEventRecordsCentredOnItsMomentInNewYork
     Gps.EventRecordingCarriesThePositionOfItsStartAndTheLinkReturnsAfterIt
@@ -56,7 +55,7 @@ set(MAVU_E2E_LONG_SCENARIOS
     DeviceFormat.TickingAutoDetectAgainFindsTheStandardByTrial
     DeviceFormat.TheDeviceGoneWhileOpenLeavesEveryControlHarmlessAndAnUnknownFormatIsReported
     RecordingSafety.FullHdEventUnderLoadEndsWithItsReportAndAReadableFile
-    RecordingSafety.ACameraPulledAndNotReturnedKeepsTheOneReportOfItsLastFrame
+    RecordingSafety.ANotificationDuringTheCameraStartWaitsAndACameraPulledKeepsTheOneReportOfItsLastFrame
     RecordingSafety.AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnBesideItPastASecondCamera
     Night.TwentyEventsInARowAreRecordedAndLeaveNothingBehind
     Disk.AFullDiskStopsTheRecordingWithItsFileAndReportAndTheNextEventRecords
