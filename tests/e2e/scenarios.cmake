@@ -1,7 +1,6 @@
 # Each scenario is one ctest entry: "Suite.Test" of the e2e_tests executable.
 set(MAVU_E2E_SCENARIOS
     Startup.NoOptionsNoDeviceReportsInOrderAndASecondInstanceChangesNothing
-    Startup.MissingIconsAreHarmlessAndTheCloseBoxEndsTheProgram
     Startup.ProgramNameWithoutMavuCannotMakeTheDefaultFolders
     Messages.SaveAboutAndSaveAndClear
     Dialogs.EveryTextFitsItsControlInItsOwnFont
