@@ -1,8 +1,7 @@
 # Each scenario is one ctest entry: "Suite.Test" of the e2e_tests executable.
 set(MAVU_E2E_SCENARIOS
-    Startup.NoOptionsNoDeviceReportsInOrderAndASecondInstanceChangesNothing
+    Startup.NoOptionsNoDeviceReportsInOrderASecondInstanceChangesNothingAndMessagesSave
     Startup.ProgramNameWithoutMavuCannotMakeTheDefaultFolders
-    Messages.SaveAboutAndSaveAndClear
     Dialogs.EveryTextFitsItsControlInItsOwnFont
     OptionWindows.FileOptionsPrefixesHostNameAndFolderAreFilteredSavedAndUsed
     OptionWindows.PerformanceChangesTheRendererAndRestarts
