@@ -326,7 +326,6 @@ TEST(Scheduling, TheListSortsAndShowsItsCellsAndAFileThatCannotBeDeletedIsWarned
     EXPECT_EQ(rows[0], (std::vector<std::wstring>{L"", L"", L"", L"", L"", L"", check, L"broken.mef"}));
     EXPECT_EQ(rows[1][7], L"past.mef");
     EXPECT_EQ(rows[1][6], check);
-    EXPECT_EQ(rows[1][0], L" JAN  9, 2020");
 
     TakeScreenshot("event-list");
     Click(run.Item(run.listWindow, kShowExpiredBox));
