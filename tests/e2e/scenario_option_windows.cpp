@@ -249,7 +249,8 @@ TEST(OptionWindows, EventPendingSwitchesTheCountdownAndMiscellaneousSavesOnlyCha
 }
 
 // OK puts a renderer in force with a restart; the next recording's report
-// names it. Save writes it.
+// names it. Save writes it. VMR7, whose quality interface this platform's
+// lacks, is refused at the restart.
 TEST(OptionWindows, PerformanceChangesTheRendererAndRestarts)
 {
     ProgramRun run;
@@ -285,6 +286,13 @@ TEST(OptionWindows, PerformanceChangesTheRendererAndRestarts)
     Click(GetDlgItem(window, kPerformanceSaveButton));
     ASSERT_TRUE(run.program->WaitForMessage(L"Performance Options saved in options file\r\n", 3000));
     EXPECT_NE(run.OptionsFile().find(Option("DefaultRenderer", "VMR9")), std::string::npos) << run.OptionsFile();
+
+    window = run.Open(IDM_PERFORMANCE, L"Performance");
+    Click(GetDlgItem(window, kPerformanceVmr7Radio));
+    Click(GetDlgItem(window, kPerformanceOkButton));
+    EXPECT_TRUE(run.program->WaitForMessage(
+        L"WARNING: cannot add video rendering filter to filter graph while attempting to start camera\r\n", 3000))
+        << Narrow(run.program->Messages());
 }
 
 // The Codec Selector lists what the trial connected for the camera's

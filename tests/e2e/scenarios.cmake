@@ -17,7 +17,6 @@ set(MAVU_E2E_SCENARIOS
     Scheduling.DeletingAsksByTheRowsAndRearmsTheNextEvent
     Scheduling.TheListSortsAndShowsItsCellsAndAFileThatCannotBeDeletedIsWarnedAbout
     Scheduling.DeletesAndASaveDuringAnEventLeaveItToEndAtItsTime
-    Video.Vmr7WithoutQualityInterfaceIsRefused
     Recording.ManualRecordingWritesTheAviAndItsReportAndGreysTheMenusMeanwhile
     Recording.ExitOrTheCloseBoxDuringARecordingFinishesItsFileAndReport
     Events.OneEventRecordsCentredOnItsMoment
