@@ -9,9 +9,8 @@ set(MAVU_E2E_SCENARIOS
     OptionWindows.CodecSelectorPairsTheCompressorAndTheNextRecordingUsesIt
     Options.SavedPositionsFolderCameraAndCodecPairSurviveRestartAndSaveAgain
     Video.Vmr9PreviewIsSizedLiveAndTogglesPixelSaturation
-    ToolWindows.MagnifyDoublesThePictureAndBrightnessWithoutTheFileOptionIsTheSmallWindow
+    ToolWindows.MagnifyBrightnessWithoutTheFileOptionAndFrameIntegrationCountsAndRecordingTurnsItOff
     ToolWindows.BrightnessContrastAndPixelSaturationActOnThePreviewAndSave
-    ToolWindows.FrameIntegrationRefusesCountsOutsideTwoToThirtyAndARecordingTurnsItOff
     Scheduling.TheDefaultDurationTooSoonAnEventAndDisallowedCharacters
     Scheduling.EditingAnEventReplacesItsFile
     Scheduling.DeletingAsksByTheRowsAndRearmsTheNextEvent
