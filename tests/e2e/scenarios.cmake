@@ -3,10 +3,9 @@ set(MAVU_E2E_SCENARIOS
     Startup.NoOptionsNoDeviceReportsInOrderASecondInstanceChangesNothingAndMessagesSave
     Startup.ProgramNameWithoutMavuCannotMakeTheDefaultFolders
     Dialogs.EveryTextFitsItsControlInItsOwnFont
-    OptionWindows.FileOptionsPrefixesHostNameAndFolderAreFilteredSavedAndUsed
+    OptionWindows.FileOptionsPrefixesHostNameAndFolderAndTheCodecPairAreFilteredSavedAndUsed
     OptionWindows.PerformanceChangesTheRendererAndRestarts
     OptionWindows.EventPendingSwitchesTheCountdownAndMiscellaneousSavesOnlyChangesAndAFailedWriteWarns
-    OptionWindows.CodecSelectorPairsTheCompressorAndTheNextRecordingUsesIt
     Options.SavedPositionsFolderCameraAndCodecPairSurviveRestartAndSaveAgain
     Video.Vmr9PreviewIsSizedLiveAndTogglesPixelSaturation
     ToolWindows.MagnifyBrightnessWithoutTheFileOptionAndFrameIntegrationCountsAndRecordingTurnsItOff
