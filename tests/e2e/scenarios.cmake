@@ -28,9 +28,8 @@ set(MAVU_E2E_SCENARIOS
     SelectDevice.ChoosingIgnoringAndEitherDeviceWindowsGreyItems
     SelectDevice.OkWritesTheIgnoredAndDefaultNamesAndClearingTheDefaultLeavesItInTheFile
     SelectDevice.OneIgnoredDeviceLeavesTheListEmptyAndRestoreBringsEverythingBack
-    DeviceFormat.ASizeChosenInTheListRestartsTheCameraAtThatSize
+    DeviceFormat.ASizeChosenRestartsTheCameraAndOkWithSaveWritesTheConfigurationForTheNextStart
     DeviceFormat.SlidersSetTheDeviceDefaultsResetItAndCancelRestoresTheOpening
-    DeviceFormat.OkWithSaveWritesTheConfigurationAndTheNextStartAppliesIt
     DeviceFormat.AGrabbersStandardsAreGreyUnderAutoDetectAndPalRestartsAt720x576
     DeviceFormat.ADeviceWithoutPicturePropertiesShowsOnlySetDefaultValues
 )
