@@ -68,7 +68,11 @@ SIZE Frame(HWND main)
 // Magnify off; while it is open "Magnify...", "Select Input Device..." and "Device Properties..." are grey, and
 // closing it by any of its ways enables them again. The menu is read from inside the program (another process
 // can't read it here).
-TEST(SelectDevice, ChoosingIgnoringAndEitherDeviceWindowsGreyItems)
+// Then OK writes the ignored names and the default into the options file, and
+// says nothing. Clearing the default box on the default device takes the
+// flag off for this run only: the name stays in the file, and the device is
+// the default again at the next start.
+TEST(SelectDevice, ChoosingIgnoringEitherDeviceWindowsGreyItemsAndOkWritesTheIgnoredAndDefaultNames)
 {
     SelectRun run;
     ASSERT_TRUE(run.Start());
@@ -181,23 +185,14 @@ TEST(SelectDevice, ChoosingIgnoringAndEitherDeviceWindowsGreyItems)
         SendMessageW(run.window, WM_SYSCOMMAND, SC_CLOSE, 0);
         expectGrey(false, "after the close box");
     }
-}
 
-// OK writes the ignored names and the default into the options file, and
-// says nothing. Clearing the default box on the default device takes the
-// flag off for this run only: the name stays in the file, and the device is
-// the default again at the next start.
-TEST(SelectDevice, OkWritesTheIgnoredAndDefaultNamesAndClearingTheDefaultLeavesItInTheFile)
-{
-    SelectRun run;
-    ASSERT_TRUE(run.Start());
     ASSERT_TRUE(run.Open());
     Click(run.Item(kSelectDeviceIgnoreButton));
     ASSERT_EQ(run.Devices(), Rows{L"Side Cam"});
     EXPECT_FALSE(run.DefaultChecked());
     Click(run.Item(kSelectDeviceDefaultBox));
     EXPECT_TRUE(run.DefaultChecked());
-    std::wstring before = run.program->Messages();
+    before = run.program->Messages();
     Click(run.Item(kSelectDeviceOkButton));
     EXPECT_FALSE(IsVisible(run.window));
     std::string file = run.OptionsFile();
