@@ -179,13 +179,10 @@ TEST(Scheduling, TheDefaultDurationTooSoonAnEventAndDisallowedCharacters)
     EXPECT_TRUE(IsVisible(run.schedule));
     EXPECT_TRUE(run.EventFiles().empty());
     ASSERT_TRUE(PickerTime(run.eventPicker, &shown));
-    SYSTEMTIME now = UtcInSeconds(0);
-    FILETIME a{}, b{};
-    SystemTimeToFileTime(&shown, &a);
-    SystemTimeToFileTime(&now, &b);
-    LONGLONG apart = static_cast<LONGLONG>((static_cast<ULONGLONG>(b.dwHighDateTime) << 32 | b.dwLowDateTime) -
-                                           (static_cast<ULONGLONG>(a.dwHighDateTime) << 32 | a.dwLowDateTime));
-    EXPECT_LT(apart < 0 ? -apart : apart, 30000000ll) << "the picker shows the present";
+    bool present = false;
+    for (int apart = -2; apart <= 2; ++apart)
+        present = present || TimeName(UtcInSeconds(apart)) == TimeName(shown);
+    EXPECT_TRUE(present) << Narrow(TimeName(shown)) << ": the picker shows the present";
 
     run.Type(kStarEdit, L"TYC/12");
     EXPECT_EQ(WindowText(run.Item(run.schedule, kStarEdit)), L"TYC12");
