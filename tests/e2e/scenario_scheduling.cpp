@@ -142,11 +142,15 @@ TEST(Scheduling, AnEventScheduledInTheWindowIsWrittenArmedAndRecorded)
 
 // A default duration saved in its window is the duration a new event starts with. A time before the window
 // opened greys Schedule again. Four seconds ahead is too soon: the line, the picker back at the present, the
-// window open, and no file. Characters outside the allowed set are taken out again as they are typed, with the
+// window open, and no new file. Characters outside the allowed set are taken out again as they are typed, with the
 // line for names or the line for comments.
-TEST(Scheduling, TheDefaultDurationTooSoonAnEventAndDisallowedCharacters)
+// Then editing to a new time makes a file of the new name and removes the old;
+// editing without a change writes the same name again.
+TEST(Scheduling, TheDefaultDurationTooSoonAnEventDisallowedCharactersAndEditingAnEventReplacesItsFile)
 {
     Scheduling run;
+    SYSTEMTIME moment = UtcInSeconds(3600);
+    WriteEvent(run.folder, L"Ceres_" + TimeName(moment), moment, 20, "Ceres", "");
     ASSERT_TRUE(run.Start());
     HWND window = run.Open(IDM_DURATION_DEFAULT, L"DefaultDuration");
     ASSERT_NE(window, nullptr);
@@ -177,7 +181,7 @@ TEST(Scheduling, TheDefaultDurationTooSoonAnEventAndDisallowedCharacters)
     ASSERT_TRUE(run.program->WaitForMessage(
         L"Event time must be at least 5 seconds after\r\nthe current time to allow for camera restart\r\n", 5000));
     EXPECT_TRUE(IsVisible(run.schedule));
-    EXPECT_TRUE(run.EventFiles().empty());
+    EXPECT_EQ(run.EventFiles(), Rows{L"Ceres_" + TimeName(moment) + L".mef"});
     ASSERT_TRUE(PickerTime(run.eventPicker, &shown));
     bool present = false;
     for (int apart = -2; apart <= 2; ++apart)
@@ -195,16 +199,7 @@ TEST(Scheduling, TheDefaultDurationTooSoonAnEventAndDisallowedCharacters)
     // The same comment text in a name field loses its brackets too.
     run.Type(kAsteroidEdit, L"ab (c)");
     EXPECT_EQ(WindowText(run.Item(run.schedule, kAsteroidEdit)), L"ab c");
-}
 
-// Editing to a new time makes a file of the new name and removes the old;
-// editing without a change writes the same name again.
-TEST(Scheduling, EditingAnEventReplacesItsFile)
-{
-    Scheduling run;
-    SYSTEMTIME moment = UtcInSeconds(3600);
-    WriteEvent(run.folder, L"Ceres_" + TimeName(moment), moment, 20, "Ceres", "");
-    ASSERT_TRUE(run.Start());
     run.OpenList();
     ASSERT_EQ(ListViewRowCount(run.list), 1);
     ClickListViewRow(run.list, 0);
@@ -213,7 +208,6 @@ TEST(Scheduling, EditingAnEventReplacesItsFile)
     ASSERT_TRUE(IsVisible(run.schedule));
     EXPECT_EQ(WindowText(run.schedule), L"Edit Event");
     EXPECT_EQ(WindowText(run.Item(run.schedule, kAsteroidEdit)), L"Ceres");
-    SYSTEMTIME shown{};
     ASSERT_TRUE(PickerTime(run.eventPicker, &shown));
     EXPECT_EQ(TimeName(shown), TimeName(moment));
 

@@ -10,8 +10,7 @@ set(MAVU_E2E_SCENARIOS
     Video.Vmr9PreviewIsSizedLiveAndTogglesPixelSaturation
     ToolWindows.MagnifyBrightnessWithoutTheFileOptionAndFrameIntegrationCountsAndRecordingTurnsItOff
     ToolWindows.BrightnessContrastAndPixelSaturationActOnThePreviewAndSave
-    Scheduling.TheDefaultDurationTooSoonAnEventAndDisallowedCharacters
-    Scheduling.EditingAnEventReplacesItsFile
+    Scheduling.TheDefaultDurationTooSoonAnEventDisallowedCharactersAndEditingAnEventReplacesItsFile
     Scheduling.DeletingAsksByTheRowsAndRearmsTheNextEvent
     Scheduling.TheListSortsAndShowsItsCellsAndAFileThatCannotBeDeletedIsWarnedAbout
     Scheduling.DeletesAndASaveDuringAnEventLeaveItToEndAtItsTime
