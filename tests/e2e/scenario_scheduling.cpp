@@ -256,13 +256,12 @@ TEST(Scheduling, DeletingAsksByTheRowsAndRearmsTheNextEvent)
     Sleep(500);
     EXPECT_EQ(run.EventFiles().size(), 2u);
 
-    int loads = run.program->CountMessages(L"Current Event Information:");
+    int loads = run.Count(L"Current Event Information:");
     box = run.AskToDelete();
     ASSERT_NE(box, nullptr);
     AnswerMessageBox(box, IDYES);
     ASSERT_TRUE(WaitUntil([&] { return run.EventFiles().size() == 1; }, 5000));
-    ASSERT_TRUE(WaitUntil([&] { return run.program->CountMessages(L"Current Event Information:") == loads + 1; },
-                          5000));
+    ASSERT_TRUE(WaitUntil([&] { return run.Count(L"Current Event Information:") == loads + 1; }, 5000));
     EXPECT_EQ(WindowText(run.Main()), kPendingTitle) << "the next event is armed";
     EXPECT_EQ(ListViewRowCount(run.list), 1);
     EXPECT_NE(ListViewText(run.list, 0, 7), armed);
