@@ -114,13 +114,15 @@ TEST(DeviceFormat, ASizeChosenRestartsTheCameraAndOkWithSaveWritesTheConfigurati
 
     ASSERT_NE(run.Open(), nullptr);
     EXPECT_FALSE(run.Checked(kFormatSaveBox));
-    run.Choose800x600At15();
+    // Another rate and size than the window opened with.
+    run.ChooseText(kFormatFrameRateList, L"10");
+    run.ChooseText(kFormatFrameSizeList, L"1280x720");
     MoveSlider(run.Slider(kBrightnessRow), 20);
     Click(run.Item(kFormatSaveBox));
     Click(run.Item(kFormatOkButton));
     EXPECT_FALSE(IsVisible(run.window));
     std::string file = run.OptionsFile();
-    EXPECT_NE(file.find("<VConfig Value=\"Sky Cam|15|800x600|YUY2|20|50|0|64|3|0|DIGITAL\"/>"), std::string::npos)
+    EXPECT_NE(file.find("<VConfig Value=\"Sky Cam|10|1280x720|YUY2|20|50|0|64|3|0|DIGITAL\"/>"), std::string::npos)
         << file;
 
     ASSERT_NE(run.Open(), nullptr);
@@ -134,14 +136,14 @@ TEST(DeviceFormat, ASizeChosenRestartsTheCameraAndOkWithSaveWritesTheConfigurati
     // A new program binds the device anew, at its defaults, and applies the
     // saved configuration.
     ASSERT_TRUE(run.Run());
-    EXPECT_EQ(run.Picture().cx, 800);
-    EXPECT_EQ(run.Picture().cy, 600);
+    EXPECT_EQ(run.Picture().cx, 1280);
+    EXPECT_EQ(run.Picture().cy, 720);
     EXPECT_EQ(run.DeviceValue(VideoProcAmp_Brightness), 20);
     EXPECT_EQ(run.DeviceValue(VideoProcAmp_Contrast), 50);
     ASSERT_NE(run.Open(), nullptr);
     EXPECT_EQ(run.SliderPosition(kBrightnessRow), 20);
-    EXPECT_EQ(run.RowsOf(kFormatFrameRateList)[run.Selected(kFormatFrameRateList)], L"15");
-    EXPECT_EQ(run.RowsOf(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"800x600");
+    EXPECT_EQ(run.RowsOf(kFormatFrameRateList)[run.Selected(kFormatFrameRateList)], L"10");
+    EXPECT_EQ(run.RowsOf(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"1280x720");
 }
 
 // Sliders act on the device at once, by page and by a dragged thumb, but
