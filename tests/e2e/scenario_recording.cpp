@@ -95,11 +95,10 @@ TEST(Recording, ExitOrTheCloseBoxDuringARecordingFinishesItsFileAndReport)
     for (const Case& each : cases) {
         SCOPED_TRACE(each.name);
         ProgramRun run;
-        ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
         run.folder = MakeWorkFolder(L"Recording.Exit " + std::wstring(each.name, each.name + std::strlen(each.name)));
         if (each.event)
             WriteEvent(run.folder, L"Exit_event", UtcInSeconds(14), 20, "Exit");
-        ASSERT_TRUE(run.Start());
+        ASSERT_TRUE(run.StartWithSkyCam());
         if (!each.event) {
             ASSERT_NE(run.program->StartButton(), nullptr);
             Click(run.program->StartButton());

@@ -142,11 +142,15 @@ TEST(Scheduling, AnEventScheduledInTheWindowIsWrittenArmedAndRecorded)
 
 // A default duration saved in its window is the duration a new event starts with. A time before the window
 // opened greys Schedule again. Four seconds ahead is too soon: the line, the picker back at the present, the
-// window open, and no file. Characters outside the allowed set are taken out again as they are typed, with the
+// window open, and no new file. Characters outside the allowed set are taken out again as they are typed, with the
 // line for names or the line for comments.
-TEST(Scheduling, TheDefaultDurationTooSoonAnEventAndDisallowedCharacters)
+// Then editing to a new time makes a file of the new name and removes the old;
+// editing without a change writes the same name again.
+TEST(Scheduling, TheDefaultDurationTooSoonAnEventDisallowedCharactersAndEditingAnEventReplacesItsFile)
 {
     Scheduling run;
+    SYSTEMTIME moment = UtcInSeconds(3600);
+    WriteEvent(run.folder, L"Ceres_" + TimeName(moment), moment, 20, "Ceres", "");
     ASSERT_TRUE(run.Start());
     HWND window = run.Open(IDM_DURATION_DEFAULT, L"DefaultDuration");
     ASSERT_NE(window, nullptr);
@@ -177,15 +181,12 @@ TEST(Scheduling, TheDefaultDurationTooSoonAnEventAndDisallowedCharacters)
     ASSERT_TRUE(run.program->WaitForMessage(
         L"Event time must be at least 5 seconds after\r\nthe current time to allow for camera restart\r\n", 5000));
     EXPECT_TRUE(IsVisible(run.schedule));
-    EXPECT_TRUE(run.EventFiles().empty());
+    EXPECT_EQ(run.EventFiles(), Rows{L"Ceres_" + TimeName(moment) + L".mef"});
     ASSERT_TRUE(PickerTime(run.eventPicker, &shown));
-    SYSTEMTIME now = UtcInSeconds(0);
-    FILETIME a{}, b{};
-    SystemTimeToFileTime(&shown, &a);
-    SystemTimeToFileTime(&now, &b);
-    LONGLONG apart = static_cast<LONGLONG>((static_cast<ULONGLONG>(b.dwHighDateTime) << 32 | b.dwLowDateTime) -
-                                           (static_cast<ULONGLONG>(a.dwHighDateTime) << 32 | a.dwLowDateTime));
-    EXPECT_LT(apart < 0 ? -apart : apart, 30000000ll) << "the picker shows the present";
+    bool present = false;
+    for (int apart = -2; apart <= 2; ++apart)
+        present = present || TimeName(UtcInSeconds(apart)) == TimeName(shown);
+    EXPECT_TRUE(present) << Narrow(TimeName(shown)) << ": the picker shows the present";
 
     run.Type(kStarEdit, L"TYC/12");
     EXPECT_EQ(WindowText(run.Item(run.schedule, kStarEdit)), L"TYC12");
@@ -198,16 +199,7 @@ TEST(Scheduling, TheDefaultDurationTooSoonAnEventAndDisallowedCharacters)
     // The same comment text in a name field loses its brackets too.
     run.Type(kAsteroidEdit, L"ab (c)");
     EXPECT_EQ(WindowText(run.Item(run.schedule, kAsteroidEdit)), L"ab c");
-}
 
-// Editing to a new time makes a file of the new name and removes the old;
-// editing without a change writes the same name again.
-TEST(Scheduling, EditingAnEventReplacesItsFile)
-{
-    Scheduling run;
-    SYSTEMTIME moment = UtcInSeconds(3600);
-    WriteEvent(run.folder, L"Ceres_" + TimeName(moment), moment, 20, "Ceres", "");
-    ASSERT_TRUE(run.Start());
     run.OpenList();
     ASSERT_EQ(ListViewRowCount(run.list), 1);
     ClickListViewRow(run.list, 0);
@@ -216,7 +208,6 @@ TEST(Scheduling, EditingAnEventReplacesItsFile)
     ASSERT_TRUE(IsVisible(run.schedule));
     EXPECT_EQ(WindowText(run.schedule), L"Edit Event");
     EXPECT_EQ(WindowText(run.Item(run.schedule, kAsteroidEdit)), L"Ceres");
-    SYSTEMTIME shown{};
     ASSERT_TRUE(PickerTime(run.eventPicker, &shown));
     EXPECT_EQ(TimeName(shown), TimeName(moment));
 
@@ -265,13 +256,12 @@ TEST(Scheduling, DeletingAsksByTheRowsAndRearmsTheNextEvent)
     Sleep(500);
     EXPECT_EQ(run.EventFiles().size(), 2u);
 
-    int loads = run.program->CountMessages(L"Current Event Information:");
+    int loads = run.Count(L"Current Event Information:");
     box = run.AskToDelete();
     ASSERT_NE(box, nullptr);
     AnswerMessageBox(box, IDYES);
     ASSERT_TRUE(WaitUntil([&] { return run.EventFiles().size() == 1; }, 5000));
-    ASSERT_TRUE(WaitUntil([&] { return run.program->CountMessages(L"Current Event Information:") == loads + 1; },
-                          5000));
+    ASSERT_TRUE(WaitUntil([&] { return run.Count(L"Current Event Information:") == loads + 1; }, 5000));
     EXPECT_EQ(WindowText(run.Main()), kPendingTitle) << "the next event is armed";
     EXPECT_EQ(ListViewRowCount(run.list), 1);
     EXPECT_NE(ListViewText(run.list, 0, 7), armed);
@@ -326,7 +316,6 @@ TEST(Scheduling, TheListSortsAndShowsItsCellsAndAFileThatCannotBeDeletedIsWarned
     EXPECT_EQ(rows[0], (std::vector<std::wstring>{L"", L"", L"", L"", L"", L"", check, L"broken.mef"}));
     EXPECT_EQ(rows[1][7], L"past.mef");
     EXPECT_EQ(rows[1][6], check);
-    EXPECT_EQ(rows[1][0], L" JAN  9, 2020");
 
     TakeScreenshot("event-list");
     Click(run.Item(run.listWindow, kShowExpiredBox));

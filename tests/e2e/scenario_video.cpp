@@ -67,14 +67,3 @@ TEST(Video, Vmr9PreviewIsSizedLiveAndTogglesPixelSaturation)
     EXPECT_EQ(WarningPixels("saturation-off", clipping), 0);
     EXPECT_EQ(run.program->Messages().find(L"SEVERE"), std::wstring::npos) << Narrow(run.program->Messages());
 }
-
-TEST(Video, Vmr7WithoutQualityInterfaceIsRefused)
-{
-    ProgramRun run;
-    ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
-    WriteOptions(run.folder, Option("DefaultRenderer", "VMR7"));
-    ASSERT_TRUE(run.Run());
-    EXPECT_TRUE(run.program->WaitForMessage(
-        L"WARNING: cannot add video rendering filter to filter graph while attempting to start camera\r\n", 2000))
-        << Narrow(run.program->Messages());
-}

@@ -1,25 +1,19 @@
 # Each scenario is one ctest entry: "Suite.Test" of the e2e_tests executable.
 set(MAVU_E2E_SCENARIOS
-    Startup.NoOptionsNoDeviceReportsInOrderAndASecondInstanceChangesNothing
-    Startup.MissingIconsAreHarmlessAndTheCloseBoxEndsTheProgram
+    Startup.NoOptionsNoDeviceReportsInOrderASecondInstanceChangesNothingAndMessagesSave
     Startup.ProgramNameWithoutMavuCannotMakeTheDefaultFolders
-    Messages.SaveAboutAndSaveAndClear
     Dialogs.EveryTextFitsItsControlInItsOwnFont
-    OptionWindows.FileOptionsPrefixesHostNameAndFolderAreFilteredSavedAndUsed
+    OptionWindows.FileOptionsPrefixesHostNameAndFolderAndTheCodecPairAreFilteredSavedAndUsed
     OptionWindows.PerformanceChangesTheRendererAndRestarts
     OptionWindows.EventPendingSwitchesTheCountdownAndMiscellaneousSavesOnlyChangesAndAFailedWriteWarns
-    OptionWindows.CodecSelectorPairsTheCompressorAndTheNextRecordingUsesIt
     Options.SavedPositionsFolderCameraAndCodecPairSurviveRestartAndSaveAgain
     Video.Vmr9PreviewIsSizedLiveAndTogglesPixelSaturation
-    ToolWindows.MagnifyDoublesThePictureAndBrightnessWithoutTheFileOptionIsTheSmallWindow
+    ToolWindows.MagnifyBrightnessWithoutTheFileOptionAndFrameIntegrationCountsAndRecordingTurnsItOff
     ToolWindows.BrightnessContrastAndPixelSaturationActOnThePreviewAndSave
-    ToolWindows.FrameIntegrationRefusesCountsOutsideTwoToThirtyAndARecordingTurnsItOff
-    Scheduling.TheDefaultDurationTooSoonAnEventAndDisallowedCharacters
-    Scheduling.EditingAnEventReplacesItsFile
+    Scheduling.TheDefaultDurationTooSoonAnEventDisallowedCharactersAndEditingAnEventReplacesItsFile
     Scheduling.DeletingAsksByTheRowsAndRearmsTheNextEvent
     Scheduling.TheListSortsAndShowsItsCellsAndAFileThatCannotBeDeletedIsWarnedAbout
     Scheduling.DeletesAndASaveDuringAnEventLeaveItToEndAtItsTime
-    Video.Vmr7WithoutQualityInterfaceIsRefused
     Recording.ManualRecordingWritesTheAviAndItsReportAndGreysTheMenusMeanwhile
     Recording.ExitOrTheCloseBoxDuringARecordingFinishesItsFileAndReport
     Events.OneEventRecordsCentredOnItsMoment
@@ -30,12 +24,10 @@ set(MAVU_E2E_SCENARIOS
     Gps.ManualRecordingTakesOneReadingAndWithoutAutostartTheLinkStaysClosed
     HotPlug.PullAndReplugTwiceDuringAnEventGoesOnInNumberedFilesAndEndsOnTime
     Grabbers/Analog.StandardFoundAtStartUp/PalSignalIsFoundAndRecordedAsPal
-    SelectDevice.ChoosingIgnoringAndEitherDeviceWindowsGreyItems
-    SelectDevice.OkWritesTheIgnoredAndDefaultNamesAndClearingTheDefaultLeavesItInTheFile
+    SelectDevice.ChoosingIgnoringEitherDeviceWindowsGreyItemsAndOkWritesTheIgnoredAndDefaultNames
     SelectDevice.OneIgnoredDeviceLeavesTheListEmptyAndRestoreBringsEverythingBack
-    DeviceFormat.ASizeChosenInTheListRestartsTheCameraAtThatSize
+    DeviceFormat.ASizeChosenRestartsTheCameraAndOkWithSaveWritesTheConfigurationForTheNextStart
     DeviceFormat.SlidersSetTheDeviceDefaultsResetItAndCancelRestoresTheOpening
-    DeviceFormat.OkWithSaveWritesTheConfigurationAndTheNextStartAppliesIt
     DeviceFormat.AGrabbersStandardsAreGreyUnderAutoDetectAndPalRestartsAt720x576
     DeviceFormat.ADeviceWithoutPicturePropertiesShowsOnlySetDefaultValues
 )
