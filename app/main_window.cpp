@@ -250,8 +250,17 @@ HRESULT ActivateCurrentDevice()
             ReportUserMessage(L"Logic error: current source index out of range for setting active device\r\n", true);
             return E_FAIL;
         }
-        videoSources[currentSourceIndex]->isActive = 1;
-        SetRecordButtons(true, false);
+        VideoSourceInfo& current = *videoSources[currentSourceIndex];
+        // A device plugged in during a recording restarts the camera into the
+        // recording's next file: the device keeps its recording mark, so that
+        // a later pull is taken as the recording's, and the buttons and menus
+        // stay as the recording has them.
+        if (current.isManualRecording || current.isEventRecording) {
+            ApplyRecordingState(true);
+        } else {
+            current.isActive = 1;
+            SetRecordButtons(true, false);
+        }
         ShowWindow(recordControlsWindow, SW_SHOW);
     } else {
         ShowWindow(recordControlsWindow, SW_HIDE);
