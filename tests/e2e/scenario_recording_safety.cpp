@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "e2e/program_run.h"
+#include "e2e/remote_probe.h"
 #include "support/ffprobe.h"
 #include "support/recorded_frames.h"
 #include "tools/synthcam/sky.h"
@@ -147,7 +148,9 @@ TEST(RecordingSafety, ANotificationDuringTheCameraStartWaitsAndACameraPulledKeep
 // event goes to another file. A second capture device plugged in then
 // restarts the camera, as a device change does; what was recorded stays in
 // that file with its report, and the rest of the event goes on in the next.
-TEST(RecordingSafety, AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnBesideItPastASecondCamera)
+// The recording camera pulled after that and plugged back: its file ends at
+// the pull and the event goes on in one more.
+TEST(RecordingSafety, AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnPastASecondCameraAndAPull)
 {
     ProgramRun run;
     ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
@@ -171,17 +174,31 @@ TEST(RecordingSafety, AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnB
     uint64_t plugged = synthcam::UtcMsSince2020Now();
     ASSERT_EQ(run.Plug(L"Other Cam"), 1);
     EXPECT_EQ(run.Count(L"Video capture device \"Other Cam\" connected\r\n"), 1) << Narrow(again.Messages());
+    // The restart leaves the buttons and menus as the recording has them,
+    // and the recording camera's pull and return after it are the recording's.
+    Sleep(5000);
+    EXPECT_FALSE(IsEnabled(again.StartButton()));
+    EXPECT_TRUE(IsEnabled(again.StopButton()));
+    EXPECT_TRUE(IsMenuBarPopupGrey(again.ProcessId(), 1)) << "Events";
+    uint64_t pulled = synthcam::UtcMsSince2020Now();
+    ASSERT_EQ(run.Pull(L"Sky Cam"), 1);
+    ASSERT_TRUE(again.WaitForMessage(L"Active video capture device \"Sky Cam\" disconnected while recording\r\n", 5000))
+        << Narrow(again.Messages());
+    ASSERT_EQ(run.Plug(L"Sky Cam"), 1);
+    ASSERT_TRUE(again.WaitForMessage(L"Active video capture device \"Sky Cam\" reconnected for recording\r\n", 5000))
+        << Narrow(again.Messages());
     // An event taken up late records for its whole duration from then on.
     ASSERT_TRUE(run.WaitTitle(kMainTitle, 60000));
-    std::vector<std::wstring> videos = run.Recordings(3);
+    std::vector<std::wstring> videos = run.Recordings(4);
     std::string messages = Narrow(again.Messages());
     again.Kill();
 
-    ASSERT_EQ(videos.size(), 3u);
+    ASSERT_EQ(videos.size(), 4u);
     EXPECT_EQ(videos[0], cut[0]);
     std::wstring stem = cut[0].substr(0, cut[0].size() - 4);
     EXPECT_EQ(videos[1], stem + L"_1.avi");
     EXPECT_EQ(videos[2], stem + L"_2.avi");
+    EXPECT_EQ(videos[3], stem + L"_3.avi");
 
     std::wstring repaired = run.Videos() + L"\\" + cut[0];
     testsupport::ProbedVideo probed = testsupport::ProbeVideo(Narrow(repaired));
@@ -210,6 +227,10 @@ TEST(RecordingSafety, AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnB
     EXPECT_GE(first.back().utcMs + 1000, plugged);
     EXPECT_LE(first.back().utcMs, plugged + 1000);
     EXPECT_GT(rest.front().utcMs, first.back().utcMs);
+    EXPECT_LE(rest.back().utcMs, pulled + 1000);
+    std::vector<synthcam::FrameStamp> back = testsupport::ReadRecordedStamps(Narrow(run.VideoPath(videos[3])), 640);
+    ASSERT_GT(back.size(), 100u);
+    EXPECT_GT(back.front().utcMs, pulled);
     for (size_t i = 1; i < videos.size(); ++i) {
         std::string piece = run.ReportOf(videos[i]);
         EXPECT_EQ(piece.rfind("Event recording: \r\r\n", 0), 0u) << piece;
