@@ -86,14 +86,17 @@ void OnRecordingDeviceReturned(VideoSourceInfo& source)
 }
 
 // A known device back, or a new one: it becomes current if none is, or if it
-// is the default device. The camera restarts either way.
+// is the default device and no recording runs on the current one (the
+// recording keeps its device and goes on in its next file). The camera
+// restarts either way.
 void OnDeviceConnected(VideoSourceInfo& source, int32_t index, bool isNew)
 {
     std::wstring line = DeviceLine(L"Video capture device \"", source, L"\" connected");
+    bool recording = CurrentSourceRecording();
     if (currentSourceIndex == kNoSource) {
         currentSourceIndex = static_cast<uint32_t>(index);
         line += L"\r\n";
-    } else if (wcscmp(source.name, options.DefaultVideoSource) == 0) {
+    } else if (!recording && wcscmp(source.name, options.DefaultVideoSource) == 0) {
         if (deviceFormatOpen)
             CloseDeviceFormatDialog();
         if (VideoSourceInfo* previous = CurrentSource())

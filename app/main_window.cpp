@@ -250,15 +250,14 @@ HRESULT ActivateCurrentDevice()
             ReportUserMessage(L"Logic error: current source index out of range for setting active device\r\n", true);
             return E_FAIL;
         }
-        VideoSourceInfo& current = *videoSources[currentSourceIndex];
         // A device plugged in during a recording restarts the camera into the
         // recording's next file: the device keeps its recording mark, so that
         // a later pull is taken as the recording's, and the buttons and menus
         // stay as the recording has them.
-        if (current.isManualRecording || current.isEventRecording) {
+        if (CurrentSourceRecording()) {
             ApplyRecordingState(true);
         } else {
-            current.isActive = 1;
+            videoSources[currentSourceIndex]->isActive = 1;
             SetRecordButtons(true, false);
         }
         ShowWindow(recordControlsWindow, SW_SHOW);
