@@ -155,7 +155,8 @@ TEST(RecordingSafety, AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnP
     ProgramRun run;
     ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam"));
     WriteEvent(run.folder, L"cut", UtcInSeconds(30), 40, "CUT", "STAR");
-    ASSERT_TRUE(run.Start());
+    // The second camera is the default device: it doesn't take over from the recording.
+    ASSERT_TRUE(run.Start(Option("DefaultVideoSource", "Other Cam")));
     ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 30000));
     Sleep(10000);
     uint64_t killedAt = synthcam::UtcMsSince2020Now();
