@@ -28,9 +28,9 @@ struct Scheduling : ProgramRun {
     HWND list = nullptr;
     HWND listWindow = nullptr;
 
-    bool Start(bool withDevice = true)
+    bool Start()
     {
-        if ((withDevice && !devices.Add(L"Sky Cam", L"webcam")) || !ProgramRun::Start())
+        if (!devices.Add(L"Sky Cam", L"webcam") || !ProgramRun::Start())
             return false;
         schedule = Window(L"ScheduleEvents");
         listWindow = Window(L"ViewEvents");
@@ -70,19 +70,6 @@ struct Scheduling : ProgramRun {
         SendMessageW(Item(schedule, id), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
     }
     std::vector<std::wstring> EventFiles() const { return ListFiles(folder + L"\\Events", L"*.mef"); }
-    // The one recording, once its report is written: named by the event and
-    // its nominal start, four seconds before the moment, with an event's report.
-    void ExpectOneEventRecording(const std::wstring& prefix, const SYSTEMTIME& moment, int minimumFrames = 0) const
-    {
-        std::vector<std::wstring> videos = Recordings();
-        ASSERT_EQ(videos.size(), 1u) << Narrow(program->Messages());
-        EXPECT_EQ(videos[0], prefix + TimeName(Shifted(moment, -4)) + L".avi");
-        std::string report = ReportOf(videos[0]);
-        EXPECT_EQ(report.rfind("Event recording: ", 0), 0u) << report;
-        testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(VideoPath(videos[0])));
-        ASSERT_TRUE(video.ok) << video.raw;
-        EXPECT_GT(video.frames, minimumFrames);
-    }
     // Presses Delete and waits for the question; null when none comes.
     HWND AskToDelete() const
     {
@@ -92,53 +79,6 @@ struct Scheduling : ProgramRun {
 };
 
 }  // namespace
-
-// A new event made with the mouse and keyboard: the file of the exact name
-// and bytes, the lines, the countdown, and the recording of the event.
-TEST(Scheduling, AnEventScheduledInTheWindowIsWrittenArmedAndRecorded)
-{
-    Scheduling run;
-    ASSERT_TRUE(run.Start());
-    run.OpenSchedule();
-    ASSERT_TRUE(IsVisible(run.schedule));
-    EXPECT_EQ(WindowText(run.schedule), L"Schedule Event");
-    HWND button = run.Item(run.schedule, kScheduleButton);
-    // The opening time left as it is: nothing to schedule yet.
-    EXPECT_FALSE(IsEnabled(button));
-    SYSTEMTIME opened{};
-    ASSERT_TRUE(PickerTime(run.eventPicker, &opened));
-
-    SYSTEMTIME moment = UtcInSeconds(25);
-    run.PickEventTime(moment);
-    EXPECT_TRUE(IsEnabled(button));
-    run.SetDuration(0, 0, 8);
-    run.Type(kAsteroidEdit, L"Vesta");
-    run.Type(kStarEdit, L"TYC1234");
-    run.Type(kCommentEdit, L"Rehearsal (dry run)");
-    Click(run.Item(run.schedule, kShutdownBox));
-    Click(run.Item(run.schedule, kHibernateBox));
-    // The two power requests exclude each other.
-    EXPECT_EQ(SendMessageW(run.Item(run.schedule, kShutdownBox), BM_GETCHECK, 0, 0), BST_UNCHECKED);
-    Click(run.Item(run.schedule, kHibernateBox));
-    TakeScreenshot("schedule-event");
-    Click(button);
-
-    ASSERT_TRUE(WaitUntil([&] { return !IsVisible(run.schedule); }, 5000));
-    std::wstring name = L"Vesta_TYC1234_" + TimeName(moment);
-    std::vector<std::wstring> files = run.EventFiles();
-    ASSERT_EQ(files.size(), 1u);
-    EXPECT_EQ(files[0], name + L".mef");
-    EXPECT_EQ(ReadFileBytes(run.folder + L"\\Events\\" + files[0]),
-              EventFileBytes(moment, 8, "Vesta", "TYC1234", false, false, "Rehearsal (dry run)"));
-    ASSERT_TRUE(run.program->WaitForMessage(L"Scheduled an event recording:  " + name + L"\r\n", 5000));
-    ASSERT_TRUE(run.program->WaitForMessage(L"    " + name, 5000));
-    EXPECT_EQ(WindowText(run.Main()), kPendingTitle);
-
-    // Recorded like an event from a hand-written file.
-    ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 40000));
-    ASSERT_TRUE(run.WaitTitle(kMainTitle, 30000));
-    run.ExpectOneEventRecording(L"Vesta_TYC1234_", moment);
-}
 
 // A default duration saved in its window is the duration a new event starts with. A time before the window
 // opened greys Schedule again. Four seconds ahead is too soon: the line, the picker back at the present, the
@@ -160,7 +100,6 @@ TEST(Scheduling, TheDefaultDurationTooSoonAnEventDisallowedCharactersAndEditingA
     EXPECT_EQ(shown.wHour * 3600 + shown.wMinute * 60 + shown.wSecond, 600) << "ten minutes until set";
     SYSTEMTIME twenty{1943, 5, 1, 3, 0, 0, 20, 0};
     ASSERT_TRUE(SetPickerTime(picker, twenty));
-    EXPECT_TRUE(TakeScreenshot("default-duration"));
     Click(GetDlgItem(window, kDurationSaveButton));
     ASSERT_TRUE(run.program->WaitForMessage(L"Default recording duration saved in options file\r\n", 3000));
     EXPECT_FALSE(IsVisible(window));
@@ -231,68 +170,23 @@ TEST(Scheduling, TheDefaultDurationTooSoonAnEventDisallowedCharactersAndEditingA
     EXPECT_EQ(ListViewText(run.list, 0, 7), files[0]);
 }
 
-// Two events listed, one selected: the plural question, as it counts rows.
-// No keeps them both; Yes deletes the one, ends the pending countdown and
-// arms the next.
-TEST(Scheduling, DeletingAsksByTheRowsAndRearmsTheNextEvent)
-{
-    Scheduling run;
-    for (int i = 1; i <= 2; ++i) {
-        SYSTEMTIME moment = UtcInSeconds(600 * i);
-        WriteEvent(run.folder, L"E" + std::to_wstring(i), moment, 10, "", ("Star" + std::to_string(i)).c_str());
-    }
-    ASSERT_TRUE(run.Start());
-    ASSERT_TRUE(run.WaitTitle(kPendingTitle, 5000));
-    run.OpenList();
-    ASSERT_EQ(ListViewRowCount(run.list), 2);
-    // Latest first: the earliest, the armed one, is the last row.
-    ClickListViewRow(run.list, 1);
-    EXPECT_EQ(ListViewSelectedCount(run.list), 1);
-    std::wstring armed = ListViewText(run.list, 1, 7);
-    HWND box = run.AskToDelete();
-    ASSERT_NE(box, nullptr);
-    EXPECT_EQ(MessageBoxText(box), L"You are about to delete event files.  Continue?");
-    AnswerMessageBox(box, IDNO);
-    Sleep(500);
-    EXPECT_EQ(run.EventFiles().size(), 2u);
-
-    int loads = run.Count(L"Current Event Information:");
-    box = run.AskToDelete();
-    ASSERT_NE(box, nullptr);
-    AnswerMessageBox(box, IDYES);
-    ASSERT_TRUE(WaitUntil([&] { return run.EventFiles().size() == 1; }, 5000));
-    ASSERT_TRUE(WaitUntil([&] { return run.Count(L"Current Event Information:") == loads + 1; }, 5000));
-    EXPECT_EQ(WindowText(run.Main()), kPendingTitle) << "the next event is armed";
-    EXPECT_EQ(ListViewRowCount(run.list), 1);
-    EXPECT_NE(ListViewText(run.list, 0, 7), armed);
-    EXPECT_FALSE(IsEnabled(run.Item(run.listWindow, kEditButton)));
-    EXPECT_FALSE(IsEnabled(run.Item(run.listWindow, kDeleteButton)));
-
-    // One row left and selected: the singular question.
-    ClickListViewRow(run.list, 0);
-    box = run.AskToDelete();
-    ASSERT_NE(box, nullptr);
-    EXPECT_EQ(MessageBoxText(box), L"You are about to delete an event file.  Continue?");
-    AnswerMessageBox(box, IDYES);
-    ASSERT_TRUE(WaitUntil([&] { return run.EventFiles().empty(); }, 5000));
-    ASSERT_TRUE(run.WaitTitle(kMainTitle, 5000));
-}
-
 // The rows and their cells, in both orders, with and without expired events; an unreadable file is a row of its
-// own. A file the platform won't delete (read-only) gets the warning, once for that file; the other selected file
-// goes, and nothing else is lost.
-TEST(Scheduling, TheListSortsAndShowsItsCellsAndAFileThatCannotBeDeletedIsWarnedAbout)
+// own. Two events listed, one selected: the plural question, as it counts rows; No keeps them, Yes deletes the armed
+// one and arms the next. A file the platform won't delete (read-only) gets the warning, once for that file; the other
+// selected file goes, and nothing else is lost. One row left: the singular question.
+TEST(Scheduling, TheListSortsShowsItsCellsAndDeletesAskingByTheRowsWarningOfAFileThatCannotGoAndArmingTheNext)
 {
     Scheduling run;
     SYSTEMTIME early{2040, 5, 0, 3, 1, 2, 3, 0};
     SYSTEMTIME late{2040, 12, 0, 24, 21, 0, 59, 0};
     SYSTEMTIME past{2020, 1, 0, 9, 8, 7, 6, 0};
-    const std::wstring readOnly = WriteEvent(run.folder, L"early", early, 3725, "A", "B", true, false);
-    WriteEvent(run.folder, L"late", late, 10, "", "", false, true);
+    WriteEvent(run.folder, L"early", early, 3725, "A", "B", true, false);
+    const std::wstring readOnly = WriteEvent(run.folder, L"late", late, 10, "", "", false, true);
     WriteEvent(run.folder, L"past", past, 60, "", "");
     WriteFileBytes(run.folder + L"\\Events\\broken.mef", "<Root><EventYear Value=\"2040\"");
     ASSERT_TRUE(SetFileAttributesW(readOnly.c_str(), FILE_ATTRIBUTE_READONLY));
-    ASSERT_TRUE(run.Start(false));
+    ASSERT_TRUE(run.Start());
+    ASSERT_TRUE(run.WaitTitle(kPendingTitle, 5000));
     run.OpenList();
     std::vector<std::vector<std::wstring>> rows = ListViewRows(run.list, 8);
     ASSERT_EQ(rows.size(), 2u) << "expired events are left out";
@@ -303,10 +197,7 @@ TEST(Scheduling, TheListSortsAndShowsItsCellsAndAFileThatCannotBeDeletedIsWarned
                                                   L"early.mef"}));
 
     Click(run.Item(run.listWindow, kAscendingBox));
-    rows = ListViewRows(run.list, 8);
-    ASSERT_EQ(rows.size(), 2u);
-    EXPECT_EQ(rows[0][7], L"early.mef");
-    EXPECT_EQ(rows[1][7], L"late.mef");
+    EXPECT_EQ(ListViewText(run.list, 0, 7), L"early.mef");
 
     Click(run.Item(run.listWindow, kShowExpiredBox));
     rows = ListViewRows(run.list, 8);
@@ -321,9 +212,32 @@ TEST(Scheduling, TheListSortsAndShowsItsCellsAndAFileThatCannotBeDeletedIsWarned
     Click(run.Item(run.listWindow, kShowExpiredBox));
     ASSERT_EQ(ListViewRowCount(run.list), 2);
 
-    // Earliest first: early, the read-only one, and late.
+    // Earliest first: early, the armed one, and late, the read-only one.
     ClickListViewRow(run.list, 0);
-    ClickListViewRow(run.list, 1, true);
+    EXPECT_EQ(ListViewSelectedCount(run.list), 1);
+    EXPECT_TRUE(IsEnabled(run.Item(run.listWindow, kEditButton)));
+    HWND box = run.AskToDelete();
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(MessageBoxText(box), L"You are about to delete event files.  Continue?");
+    AnswerMessageBox(box, IDNO);
+    Sleep(500);
+    EXPECT_EQ(run.EventFiles().size(), 4u);
+
+    int loads = run.Count(L"Current Event Information:");
+    AnswerMessageBox(run.AskToDelete(), IDYES);
+    ASSERT_TRUE(WaitUntil([&] { return run.EventFiles().size() == 3; }, 5000));
+    ASSERT_TRUE(WaitUntil([&] { return run.Count(L"Current Event Information:") == loads + 1; }, 5000));
+    EXPECT_EQ(WindowText(run.Main()), kPendingTitle) << "the next event is armed";
+    ASSERT_EQ(ListViewRowCount(run.list), 1);
+    EXPECT_EQ(ListViewText(run.list, 0, 7), L"late.mef");
+    EXPECT_FALSE(IsEnabled(run.Item(run.listWindow, kEditButton)));
+    EXPECT_FALSE(IsEnabled(run.Item(run.listWindow, kDeleteButton)));
+
+    // With the expired ones: broken, past and late, the last two selected.
+    Click(run.Item(run.listWindow, kShowExpiredBox));
+    ASSERT_EQ(ListViewRowCount(run.list), 3);
+    ClickListViewRow(run.list, 1);
+    ClickListViewRow(run.list, 2, true);
     EXPECT_EQ(ListViewSelectedCount(run.list), 2);
     EXPECT_EQ(WindowText(FindChild(run.listWindow, L"Static", L"multiple events selected")),
               L"multiple events selected");
@@ -331,30 +245,69 @@ TEST(Scheduling, TheListSortsAndShowsItsCellsAndAFileThatCannotBeDeletedIsWarned
     AnswerMessageBox(run.AskToDelete(), IDYES);
     ASSERT_TRUE(run.program->WaitForMessage(
         L"WARNING: unable to delete one or more selected event files - write protected?\r\n", 5000));
-    ASSERT_TRUE(WaitUntil([&] { return run.EventFiles().size() == 3; }, 5000));
+    ASSERT_TRUE(WaitUntil([&] { return run.EventFiles().size() == 2; }, 5000));
     std::vector<std::wstring> files = run.EventFiles();
     std::sort(files.begin(), files.end());
-    EXPECT_EQ(files, (std::vector<std::wstring>{L"broken.mef", L"early.mef", L"past.mef"}));
+    EXPECT_EQ(files, (std::vector<std::wstring>{L"broken.mef", L"late.mef"}));
     EXPECT_EQ(run.Count(L"WARNING: unable to delete"), 1);
-    EXPECT_EQ(ListViewRowCount(run.list), 1);
-    SetFileAttributesW(readOnly.c_str(), FILE_ATTRIBUTE_NORMAL);
+
+    // One row listed: the singular question; the last event's delete ends its countdown.
+    Click(run.Item(run.listWindow, kShowExpiredBox));
+    ASSERT_TRUE(SetFileAttributesW(readOnly.c_str(), FILE_ATTRIBUTE_NORMAL));
+    ClickListViewRow(run.list, 0);
+    box = run.AskToDelete();
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(MessageBoxText(box), L"You are about to delete an event file.  Continue?");
+    AnswerMessageBox(box, IDYES);
+    ASSERT_TRUE(WaitUntil([&] { return run.EventFiles().size() == 1; }, 5000));
+    ASSERT_TRUE(run.WaitTitle(kMainTitle, 5000));
 }
 
-// While an event records, the two windows that stand open act on the folder
-// and the countdown only: a delete that removes nothing, the save of another
-// event, and the delete of that one (which cancels its countdown) leave the
+// A new event made with the mouse and keyboard: the file of the exact name and bytes, the lines and the countdown.
+// While it records, the two windows that stand open act on the folder and the countdown only: a delete that
+// removes nothing, the save of another event, and the delete of that one (which cancels its countdown) leave the
 // event to end at its time with its file and report.
-TEST(Scheduling, DeletesAndASaveDuringAnEventLeaveItToEndAtItsTime)
+TEST(Scheduling, AnEventScheduledInTheWindowIsWrittenArmedAndRecordedToItsEndThroughDeletesAndASaveMeanwhile)
 {
     Scheduling run;
-    SYSTEMTIME moment = UtcInSeconds(14);
-    const std::wstring file = WriteEvent(run.folder, L"Vesta_" + TimeName(moment), moment, 8, "Vesta", "");
-    ASSERT_TRUE(SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY));
     ASSERT_TRUE(run.Start());
+    run.OpenSchedule();
+    ASSERT_TRUE(IsVisible(run.schedule));
+    EXPECT_EQ(WindowText(run.schedule), L"Schedule Event");
+    HWND button = run.Item(run.schedule, kScheduleButton);
+    // The opening time left as it is: nothing to schedule yet.
+    EXPECT_FALSE(IsEnabled(button));
+    SYSTEMTIME moment = UtcInSeconds(25);
+    run.PickEventTime(moment);
+    EXPECT_TRUE(IsEnabled(button));
+    run.SetDuration(0, 0, 8);
+    run.Type(kAsteroidEdit, L"Vesta");
+    run.Type(kStarEdit, L"TYC1234");
+    run.Type(kCommentEdit, L"Rehearsal (dry run)");
+    Click(run.Item(run.schedule, kShutdownBox));
+    Click(run.Item(run.schedule, kHibernateBox));
+    // The two power requests exclude each other.
+    EXPECT_EQ(SendMessageW(run.Item(run.schedule, kShutdownBox), BM_GETCHECK, 0, 0), BST_UNCHECKED);
+    Click(run.Item(run.schedule, kHibernateBox));
+    TakeScreenshot("schedule-event");
+    Click(button);
+
+    ASSERT_TRUE(WaitUntil([&] { return !IsVisible(run.schedule); }, 5000));
+    std::wstring name = L"Vesta_TYC1234_" + TimeName(moment);
+    std::vector<std::wstring> files = run.EventFiles();
+    ASSERT_EQ(files.size(), 1u);
+    EXPECT_EQ(files[0], name + L".mef");
+    const std::wstring file = run.folder + L"\\Events\\" + files[0];
+    EXPECT_EQ(ReadFileBytes(file), EventFileBytes(moment, 8, "Vesta", "TYC1234", false, false, "Rehearsal (dry run)"));
+    ASSERT_TRUE(run.program->WaitForMessage(L"Scheduled an event recording:  " + name + L"\r\n", 5000));
+    ASSERT_TRUE(run.program->WaitForMessage(L"    " + name, 5000));
+    EXPECT_EQ(WindowText(run.Main()), kPendingTitle);
+
+    ASSERT_TRUE(SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY));
     // Both are opened before the recording greys their menu items.
     run.OpenList();
     run.OpenSchedule();
-    ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 20000));
+    ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 30000));
     // The recording begins half a second ahead of the event's start: until
     // then a reload would find the event still to come and arm it again.
     Sleep(1500);
@@ -366,7 +319,7 @@ TEST(Scheduling, DeletesAndASaveDuringAnEventLeaveItToEndAtItsTime)
     EXPECT_EQ(WindowText(run.Main()), kRecordingTitle);
     run.PickEventTime(UtcInSeconds(3600));
     Click(run.Item(run.schedule, kScheduleButton));
-    ASSERT_TRUE(run.program->WaitForMessage(L"Scheduled an event recording:  ", 5000));
+    ASSERT_TRUE(WaitUntil([&] { return run.Count(L"Scheduled an event recording:  ") == 2; }, 5000));
     ASSERT_TRUE(WaitUntil([&] { return run.EventFiles().size() == 2; }, 5000));
     // Latest first: the new event, then the one recording.
     ClickListViewRow(run.list, 0);
@@ -374,7 +327,14 @@ TEST(Scheduling, DeletesAndASaveDuringAnEventLeaveItToEndAtItsTime)
     ASSERT_TRUE(WaitUntil([&] { return run.EventFiles().size() == 1; }, 5000));
     EXPECT_EQ(WindowText(run.Main()), kRecordingTitle) << "only the countdown was cancelled";
 
-    // The event ends on its own, about 4 s after its moment, with its report; about 8 s at 30 frames a second.
-    run.ExpectOneEventRecording(L"Vesta_", moment, 6 * 30);
+    // The event ends on its own, about 4 s after its moment, with an event's report; the recording is named by the
+    // event and its nominal start, 4 s before the moment, and holds about 8 s at 30 frames a second.
+    std::vector<std::wstring> videos = run.Recordings();
+    ASSERT_EQ(videos.size(), 1u) << Narrow(run.program->Messages());
+    EXPECT_EQ(videos[0], L"Vesta_TYC1234_" + TimeName(Shifted(moment, -4)) + L".avi");
+    EXPECT_EQ(run.ReportOf(videos[0]).rfind("Event recording: ", 0), 0u) << run.ReportOf(videos[0]);
+    testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(run.VideoPath(videos[0])));
+    ASSERT_TRUE(video.ok) << video.raw;
+    EXPECT_GT(video.frames, 6 * 30);
     SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
 }
