@@ -53,17 +53,23 @@ uint64_t MsSince2020(const SYSTEMTIME& utc)
     return synthcam::UtcMsSince2020(file);
 }
 
-// One event 20 s ahead, 10 s long: the countdown, the recording, the file.
-void RecordOneEvent(const Environment& environment)
+// One event 20 s ahead, 10 s long, that asks for a shut down: it is listed, the countdown, the recording, the
+// file; then the power countdown, which Cancel stops without a word.
+void RecordOneEvent(const Environment& environment, const char* star = "TYC 1", const wchar_t* starName = L"TYC 1",
+                    const char* comment = "")
 {
     ProgramRun run;
     SYSTEMTIME moment = UtcInSeconds(20);
-    WriteEvent(run.folder, L"Vesta_TYC_1", moment, 10, "Vesta", "TYC 1");
+    WriteEvent(run.folder, L"Vesta_by_hand", moment, 10, "Vesta", star, false, true, comment);
     ASSERT_TRUE(run.devices.Add(L"Sky Cam", L"webcam") && run.Start("", environment));
     if (!environment.empty()) {
         EXPECT_NE(run.program->Messages().find(L"Eastern"), std::wstring::npos) << "the zone is the one asked for";
     }
     ASSERT_TRUE(run.WaitTitle(kPendingTitle, 5000)) << Narrow(WindowText(run.Main()));
+    std::wstring text = run.program->Messages();
+    EXPECT_NE(text.find(L"The following Events are Loaded (scheduled):"), std::wstring::npos) << Narrow(text);
+    EXPECT_NE(text.find(L"    Vesta_by_hand"), std::wstring::npos) << Narrow(text);
+    EXPECT_NE(text.find(L"NOTE: computer will shut down 30 seconds after recording ends\r\n"), std::wstring::npos);
     HWND countdown = run.Window(L"CountdownWindow");
     ASSERT_NE(countdown, nullptr);
     EXPECT_TRUE(IsVisible(countdown));
@@ -75,14 +81,35 @@ void RecordOneEvent(const Environment& environment)
         << Narrow(WindowText(countdown));
     ASSERT_TRUE(run.WaitTitle(kMainTitle, 30000));
     EXPECT_TRUE(WaitUntil([&] { return !IsVisible(countdown); }, 5000));
+
+    HWND power = run.Window(L"Hibernate");
+    ASSERT_NE(power, nullptr);
+    ASSERT_TRUE(WaitUntil([&] { return IsVisible(power); }, 5000));
+    EXPECT_EQ(WindowText(power), L"Shutdown");
+    EXPECT_NE(FindChild(power, L"Static", L"Shutdown in"), nullptr);
+    EXPECT_NE(FindChild(power, L"Static", L"unless you select Cancel Shutdown"), nullptr);
+    HWND cancel = FindChild(power, L"Button", L"Cancel Shutdown");
+    ASSERT_NE(cancel, nullptr);
+    EXPECT_TRUE(WaitUntil([&] { return FindChild(power, L"Static", L"28") != nullptr; }, 4000));
+    std::wstring before = run.program->Messages();
+    Click(cancel);
+    EXPECT_TRUE(WaitUntil([&] { return !IsVisible(power); }, 3000));
+    Sleep(2000);
+    EXPECT_EQ(run.program->Messages(), before) << "Cancel says nothing";
+    EXPECT_FALSE(IsVisible(power));
+
     // Named by the event and its nominal start (the moment less half the
     // duration), in UTC.
     SYSTEMTIME nominal = Shifted(moment, -5);
     std::vector<std::wstring> videos = run.Recordings();
     ASSERT_EQ(videos.size(), 1u);
-    EXPECT_EQ(videos[0], L"Vesta_TYC 1_" + TimeName(nominal) + L".avi");
+    EXPECT_EQ(videos[0], L"Vesta_" + std::wstring(starName) + L"_" + TimeName(nominal) + L".avi");
 
-    std::wstring avi = run.VideoPath(videos[0]);
+    // Unix tools read the frames by a name of plain letters: a copy, its frame record beside it.
+    const std::wstring avi = run.folder + L"\\event.avi", recorded = run.VideoPath(videos[0]);
+    ASSERT_TRUE(CopyFileW(recorded.c_str(), avi.c_str(), FALSE));
+    ASSERT_TRUE(CopyFileW((recorded.substr(0, recorded.size() - 4) + L".frames.csv").c_str(),
+                          (run.folder + L"\\event.frames.csv").c_str(), FALSE));
     std::vector<synthcam::FrameStamp> stamps = testsupport::ReadRecordedStamps(Narrow(avi), 640);
     ASSERT_GT(stamps.size(), 200u);
     double startOffset = (static_cast<double>(stamps.front().utcMs) - static_cast<double>(MsSince2020(nominal))) / 1000;
@@ -99,7 +126,7 @@ void RecordOneEvent(const Environment& environment)
 
 }  // namespace
 
-TEST(Events, OneEventRecordsCentredOnItsMoment)
+TEST(Events, OneEventRecordsCentredOnItsMomentAndCancelStopsItsShutdownCountdown)
 {
     RecordOneEvent({});
 }
@@ -119,36 +146,21 @@ TEST(Events, OneEventRecordsCentredOnItsMomentInNewYork)
 
 // An event file edited by hand, in code page 1252 (the ctest entry's
 // LC_ALL=C.UTF-8 gives it to the program): its accented comment doesn't keep
-// it from being read.
+// it from being read, and the star's name, read from the same bytes, names the recording.
 TEST(Events, HandWrittenEventWithAnAccentedCommentIsListedAndRecorded)
 {
     ASSERT_TRUE(NarrowCodePageIs1252());
-    ProgramRun run;
-    WriteEvent(run.folder, L"Vesta_by_hand", UtcInSeconds(20), 4, "Vesta", "V\xE9ga", false, false,
-               "Occultation pr\xE9vue");
-    ASSERT_TRUE(run.StartWithSkyCam());
-    ASSERT_TRUE(run.program->WaitForMessage(L"The following Events are Loaded (scheduled):", 5000))
-        << Narrow(run.program->Messages());
-    EXPECT_NE(run.program->Messages().find(L"    Vesta_by_hand"), std::wstring::npos)
-        << Narrow(run.program->Messages());
-    ASSERT_TRUE(run.WaitTitle(kPendingTitle, 5000));
-    ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 30000));
-    ASSERT_TRUE(run.WaitTitle(kMainTitle, 30000));
-    // The star's name, read from the same bytes, names the recording.
-    std::vector<std::wstring> videos = run.Recordings();
-    ASSERT_EQ(videos.size(), 1u);
-    EXPECT_EQ(videos[0].rfind(L"Vesta_V\u00E9ga_", 0), 0u) << Narrow(videos[0]);
+    RecordOneEvent({}, "V\xE9ga", L"V\u00E9ga", "Occultation pr\xE9vue");
 }
 
-// Loading says which of two events a minute apart is ignored and passes over one that is over. A manual
-// recording during the countdown cancels it, and Stop loads the events again.
-TEST(Events, LoadingSaysWhatOverlapsAndAManualRecordingCancelsTheCountdownUntilStop)
+// Loading says which of two events within a minute of each other is ignored and passes over one that is over. A
+// manual recording during the countdown cancels it, and Stop loads the events again. Stop during the event asks, and
+// no reload follows it: the event is not armed again.
+TEST(Events, LoadingSaysWhatOverlapsAManualRecordingCancelsTheCountdownUntilStopAndAStoppedEventIsNotArmedAgain)
 {
     ProgramRun run;
-    SYSTEMTIME first = UtcInSeconds(120);
-    SYSTEMTIME second = UtcInSeconds(140);
-    WriteEvent(run.folder, L"a_first", first, 10);
-    WriteEvent(run.folder, L"b_second", second, 10);
+    WriteEvent(run.folder, L"a_first", UtcInSeconds(40), 30);
+    const std::wstring second = WriteEvent(run.folder, L"b_second", UtcInSeconds(80), 10);
     // Centred 5 s ago with 20 s: 5 s of it remain.
     WriteEvent(run.folder, L"c_ending", UtcInSeconds(-5), 20);
     // Which of the two the enumeration gives later decides which is refused.
@@ -178,6 +190,8 @@ TEST(Events, LoadingSaysWhatOverlapsAndAManualRecordingCancelsTheCountdownUntilS
     ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 10000));
     EXPECT_FALSE(IsVisible(countdown));
     Sleep(2000);
+    // The second event goes before the reload: where both were taken, the first's stop would arm it.
+    ASSERT_TRUE(DeleteFileW(second.c_str()));
     Click(stop);
     // The reload arms the event again.
     ASSERT_TRUE(run.WaitTitle(kPendingTitle, 10000));
@@ -187,50 +201,20 @@ TEST(Events, LoadingSaysWhatOverlapsAndAManualRecordingCancelsTheCountdownUntilS
     ASSERT_EQ(videos.size(), 1u);
     EXPECT_TRUE(std::regex_match(Narrow(videos[0]), std::regex(R"(\d\d_\d\d_\d{4}_\d\d_\d\d_\d\d\.avi)")))
         << "a manual recording's name: " << Narrow(videos[0]);
-}
 
-TEST(Events, StopDuringAnEventAsksAndTheEventIsNotArmedAgain)
-{
-    ProgramRun run;
-    WriteEvent(run.folder, L"long", UtcInSeconds(25), 30);
-    ASSERT_TRUE(run.StartWithSkyCam());
-    ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 30000));
+    ASSERT_TRUE(run.WaitTitle(kRecordingTitle, 60000));
+    const int loads = run.Count(L"Current Event Information:");
     // The question is modal: the click is posted, not sent.
-    PostMessageW(run.program->StopButton(), BM_CLICK, 0, 0);
+    PostMessageW(stop, BM_CLICK, 0, 0);
     HWND box = WaitForWindow(run.program->ProcessId(), L"#32770", L"Attention");
     ASSERT_NE(box, nullptr);
     EXPECT_EQ(MessageBoxText(box), L"Event recording in progress.  Stop now?");
     AnswerMessageBox(box, IDYES);
     ASSERT_TRUE(run.WaitTitle(kMainTitle, 10000));
     ASSERT_TRUE(run.program->WaitForMessage(L"Event recording is manually stopped", 5000));
-    // No reload follows a stop of an event: nothing is armed again.
     Sleep(3000);
     EXPECT_EQ(WindowText(run.Main()), kMainTitle);
-    EXPECT_EQ(run.program->CountMessages(L"Current Event Information:"), 1);
-}
-
-TEST(Events, ShutdownCountsDownFromThirtyAndCancelStopsIt)
-{
-    ProgramRun run;
-    WriteEvent(run.folder, L"power", UtcInSeconds(12), 4, "", "", false, true);
-    ASSERT_TRUE(run.StartWithSkyCam());
-    ASSERT_TRUE(run.program->WaitForMessage(L"NOTE: computer will shut down 30 seconds after recording ends\r\n",
-                                            5000));
-    HWND power = run.Window(L"Hibernate");
-    ASSERT_NE(power, nullptr);
-    ASSERT_TRUE(WaitUntil([&] { return IsVisible(power); }, 30000));
-    EXPECT_EQ(WindowText(power), L"Shutdown");
-    EXPECT_NE(FindChild(power, L"Static", L"Shutdown in"), nullptr);
-    EXPECT_NE(FindChild(power, L"Static", L"unless you select Cancel Shutdown"), nullptr);
-    HWND cancel = FindChild(power, L"Button", L"Cancel Shutdown");
-    ASSERT_NE(cancel, nullptr);
-    EXPECT_TRUE(WaitUntil([&] { return FindChild(power, L"Static", L"28") != nullptr; }, 4000));
-    std::wstring before = run.program->Messages();
-    Click(cancel);
-    EXPECT_TRUE(WaitUntil([&] { return !IsVisible(power); }, 3000));
-    Sleep(2000);
-    EXPECT_EQ(run.program->Messages(), before) << "Cancel says nothing";
-    EXPECT_FALSE(IsVisible(power));
+    EXPECT_EQ(run.Count(L"Current Event Information:"), loads);
 }
 
 TEST(Events, ShutdownAtTheEndOfTheCountIsWhatThePlatformGives)
