@@ -129,7 +129,5 @@ TEST(EventList, AnEventMustLieFiveSecondsOrMoreAhead)
     EXPECT_TRUE(EventTimeFarEnoughAhead(now + 5 * kTicksPerSecond, now));
     EXPECT_TRUE(EventTimeFarEnoughAhead(now + kTicksPerDay, now));
     EXPECT_FALSE(EventTimeFarEnoughAhead(now + 5 * kTicksPerSecond - 1, now));
-    EXPECT_FALSE(EventTimeFarEnoughAhead(now + 4 * kTicksPerSecond, now));
-    EXPECT_FALSE(EventTimeFarEnoughAhead(now, now));
     EXPECT_FALSE(EventTimeFarEnoughAhead(now - kTicksPerSecond, now));
 }
