@@ -88,7 +88,7 @@ protected:
 
 }  // namespace
 
-TEST_F(MenuRules, TheDevicesDecideWhichItemsAreGreyAndNothingIsChecked)
+TEST_F(MenuRules, TheDevicesAndAnOpenDeviceDialogDecideWhichItemsAreGreyAndNothingIsChecked)
 {
     // Schedule, GPS and the options stay available without a device; with
     // devices all ignored, Select Input Device stays the way back.
@@ -114,12 +114,7 @@ TEST_F(MenuRules, TheDevicesDecideWhichItemsAreGreyAndNothingIsChecked)
         for (unsigned command : kAllCommands)
             EXPECT_FALSE(Checked(command)) << command;
     }
-}
-
-TEST_F(MenuRules, AnOpenDeviceDialogGreysMagnifyAndBothDeviceItems)
-{
-    videoSources.push_back(new VideoSourceInfo{});
-    BuildMenus(true);
+    // With the active device, an open device dialog greys Magnify and both device items until it closes.
     SetDeviceDialogGreying(true);
     ExpectGreyExactly({IDM_MAGNIFY, IDM_SELECT_INPUT_DEVICE, IDM_DEVICE_PROPERTIES});
     SetDeviceDialogGreying(false);
