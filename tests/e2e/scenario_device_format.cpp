@@ -171,10 +171,13 @@ TEST(DeviceFormat, SlidersSetTheDeviceDefaultsResetItAndCancelRestoresTheOpening
     EXPECT_EQ(run.DeviceValue(VideoProcAmp_Brightness), -20);
     MoveSlider(run.Slider(kContrastRow), 80);
     EXPECT_EQ(run.DeviceValue(VideoProcAmp_Contrast), 80);
+    MoveSlider(run.Slider(5), 70);
 
     Click(run.Item(kFormatDefaultsButton));
     EXPECT_EQ(run.DeviceValue(VideoProcAmp_Brightness), 0);
     EXPECT_EQ(run.DeviceValue(VideoProcAmp_Contrast), 50);
+    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Gain), 0);
+    EXPECT_EQ(run.Count(L"Unable to set"), 0);
     EXPECT_EQ(run.SliderPosition(kBrightnessRow), 0);
     EXPECT_EQ(run.SliderPosition(kContrastRow), 50);
 
@@ -188,13 +191,20 @@ TEST(DeviceFormat, SlidersSetTheDeviceDefaultsResetItAndCancelRestoresTheOpening
     EXPECT_EQ(run.Picture().cx, 640);
 }
 
-// A grabber whose standard this platform's VMR7 couldn't try at start-up: Auto Detect ticked and the radios grey;
-// clearing the box changes nothing else; PAL restarts the camera at 720x576 and 25 frames. A click on the one row
+// A grabber's standard, found at start-up by trial with a renderer that counts frames (PAL): the camera runs at
+// 720x576, Auto Detect is ticked and the radios grey; clearing the box changes nothing else. Chosen by hand, NTSC
+// puts the camera on 30 frames; ticking Auto Detect again runs the trial, which finds PAL once more and says so,
+// with the radios grey. PAL chosen by hand after NTSC is recorded at 720x576 and 25 frames. A click on the one row
 // of the rate list takes the row as the group's index, so the sizes shown are the 30-frame group's.
-TEST(DeviceFormat, AGrabbersStandardsAreGreyUnderAutoDetectAndPalRestartsAt720x576)
+TEST(DeviceFormat, AGrabbersStandardIsFoundByTrialFoundAgainByTickingAutoDetectAndChosenByHand)
 {
+    vmr7standin::StandInRegistration standIn;
+    ASSERT_TRUE(standIn.Installed());
+    constexpr wchar_t kPalFound[] = L"Auto Detect: device \"USB 2820 Device\" format changed from NTSC to PAL\r\n";
     FormatRun run;
     ASSERT_TRUE(run.Start(L"USB 2820 Device", L"usb2820", L"pal"));
+    EXPECT_EQ(run.program->CountMessages(kPalFound), 1) << Narrow(run.program->Messages());
+    EXPECT_EQ(run.Picture().cy, 576);
     ASSERT_NE(run.Open(), nullptr);
     EXPECT_EQ(WindowText(run.window), L"USB 2820 Device Properties");
     EXPECT_FALSE(IsVisible(run.Item(kFormatDigitalLabel)));
@@ -203,9 +213,9 @@ TEST(DeviceFormat, AGrabbersStandardsAreGreyUnderAutoDetectAndPalRestartsAt720x5
     EXPECT_TRUE(run.Checked(kFormatAutoDetectBox));
     EXPECT_FALSE(IsEnabled(run.Item(kFormatNtscRadio)));
     EXPECT_FALSE(IsEnabled(run.Item(kFormatPalRadio)));
-    EXPECT_TRUE(run.Checked(kFormatNtscRadio));
-    EXPECT_FALSE(run.Checked(kFormatPalRadio));
-    EXPECT_EQ(run.RowsOf(kFormatFrameRateList), (Rows{L"30", L"25"}));
+    EXPECT_TRUE(run.Checked(kFormatPalRadio));
+    EXPECT_FALSE(run.Checked(kFormatNtscRadio));
+    EXPECT_EQ(run.RowsOf(kFormatFrameRateList), Rows{L"25"});
     // Brightness, contrast, hue and saturation only.
     EXPECT_TRUE(IsVisible(run.Slider(3)));
     EXPECT_FALSE(IsVisible(run.Slider(4)));
@@ -224,48 +234,10 @@ TEST(DeviceFormat, AGrabbersStandardsAreGreyUnderAutoDetectAndPalRestartsAt720x5
     Sleep(500);
     EXPECT_EQ(run.program->Messages(), before);
 
-    Click(run.Item(kFormatPalRadio));
-    Sleep(1000);
-    EXPECT_TRUE(TakeScreenshot("device-properties-grabber-pal"));
-    EXPECT_TRUE(run.Checked(kFormatPalRadio));
-    EXPECT_FALSE(run.Checked(kFormatNtscRadio));
-    EXPECT_EQ(run.RowsOf(kFormatFrameRateList), Rows{L"25"});
-    Rows sizes = run.RowsOf(kFormatFrameSizeList);
-    ASSERT_GE(sizes.size(), 1u);
-    EXPECT_EQ(sizes[run.Selected(kFormatFrameSizeList)], L"720x576");
-    Click(run.Item(kFormatOkButton));
-    ExpectRecordedAt(*run.program, 720, 576, "25", "PAL");
-
-    ASSERT_NE(run.Open(), nullptr);
-    run.Choose(kFormatFrameRateList, 0);
-    sizes = run.RowsOf(kFormatFrameSizeList);
-    ASSERT_FALSE(sizes.empty());
-    EXPECT_EQ(sizes[0], L"720x480");
-}
-
-// With a renderer that counts frames the grabber's standard is found at
-// start-up (PAL). Chosen by hand, NTSC puts the camera on 30 frames; ticking
-// Auto Detect again runs the trial, which finds PAL once more and says so,
-// and the camera comes back at 720x576 and 25 frames with the radios grey.
-TEST(DeviceFormat, TickingAutoDetectAgainFindsTheStandardByTrial)
-{
-    vmr7standin::StandInRegistration standIn;
-    ASSERT_TRUE(standIn.Installed());
-    constexpr wchar_t kPalFound[] = L"Auto Detect: device \"USB 2820 Device\" format changed from NTSC to PAL\r\n";
-    FormatRun run;
-    ASSERT_TRUE(run.Start(L"USB 2820 Device", L"usb2820", L"pal"));
-    EXPECT_EQ(run.program->CountMessages(kPalFound), 1) << Narrow(run.program->Messages());
-    ASSERT_NE(run.Open(), nullptr);
-    EXPECT_TRUE(run.Checked(kFormatAutoDetectBox));
-    EXPECT_TRUE(run.Checked(kFormatPalRadio));
-    EXPECT_EQ(run.RowsOf(kFormatFrameRateList), Rows{L"25"});
-
-    Click(run.Item(kFormatAutoDetectBox));
     Click(run.Item(kFormatNtscRadio));
     EXPECT_TRUE(run.Checked(kFormatNtscRadio));
     EXPECT_EQ(run.RowsOf(kFormatFrameRateList), Rows{L"30"});
     EXPECT_EQ(run.RowsOf(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"720x480");
-
     Click(run.Item(kFormatAutoDetectBox));
     EXPECT_EQ(run.program->CountMessages(kPalFound), 2) << Narrow(run.program->Messages());
     EXPECT_TRUE(run.Checked(kFormatAutoDetectBox));
@@ -275,8 +247,35 @@ TEST(DeviceFormat, TickingAutoDetectAgainFindsTheStandardByTrial)
     EXPECT_FALSE(IsEnabled(run.Item(kFormatPalRadio)));
     EXPECT_EQ(run.RowsOf(kFormatFrameRateList), Rows{L"25"});
     EXPECT_EQ(run.RowsOf(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"720x576");
+
+    Click(run.Item(kFormatAutoDetectBox));
+    Click(run.Item(kFormatNtscRadio));
+    Click(run.Item(kFormatPalRadio));
+    Sleep(1000);
+    EXPECT_TRUE(TakeScreenshot("device-properties-grabber-pal"));
+    EXPECT_TRUE(run.Checked(kFormatPalRadio));
+    EXPECT_FALSE(run.Checked(kFormatNtscRadio));
+    EXPECT_EQ(run.RowsOf(kFormatFrameRateList), Rows{L"25"});
+    EXPECT_EQ(run.RowsOf(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"720x576");
     Click(run.Item(kFormatOkButton));
     ExpectRecordedAt(*run.program, 720, 576, "25", "PAL");
+
+    ASSERT_NE(run.Open(), nullptr);
+    run.Choose(kFormatFrameRateList, 0);
+    Rows sizes = run.RowsOf(kFormatFrameSizeList);
+    ASSERT_FALSE(sizes.empty());
+    EXPECT_EQ(sizes[0], L"720x480");
+}
+
+// An NTSC signal on the other named grabber: the trial keeps NTSC without a line, and the recording is made in it.
+TEST(DeviceFormat, AGrabbersNtscSignalStaysNtscWithoutALineAndIsRecordedAsNtsc)
+{
+    vmr7standin::StandInRegistration standIn;
+    ASSERT_TRUE(standIn.Installed());
+    FormatRun run;
+    ASSERT_TRUE(run.Start(L"USB 2861 Device", L"usb2861", L"ntsc"));
+    EXPECT_EQ(run.Count(L"Auto Detect"), 0) << Narrow(run.program->Messages());
+    ExpectRecordedAt(*run.program, 720, 480, "30", "NTSC", false);
 }
 
 // No picture properties: the group holds "Set Default Values" alone, which

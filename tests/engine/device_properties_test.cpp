@@ -110,23 +110,6 @@ TEST_F(DevicePropertiesTest, APropertyOnAutomaticIsLeftOutAndHasNoDefaultToRetur
     EXPECT_EQ(ReadFromDevice(source->baseFilter, VideoProcAmp_Brightness).flags, VideoProcAmp_Flags_Auto);
 }
 
-// Set Default Values: every property back to its default in the device.
-TEST_F(DevicePropertiesTest, AllPropertiesGoBackToTheirDefaultsTogether)
-{
-    VideoSourceInfo* source = UseOneCamera();
-    ASSERT_NE(source, nullptr);
-    EXPECT_EQ(SetPropertyValue(VideoProcAmp_Brightness, 40), S_OK);
-    EXPECT_EQ(SetPropertyValue(VideoProcAmp_Contrast, 90), S_OK);
-    EXPECT_EQ(SetPropertyValue(VideoProcAmp_Gain, 70), S_OK);
-
-    EXPECT_EQ(SetPropertiesToDefaults(), S_OK);
-    const long defaults[6] = {0, 50, 0, 64, 3, 0};
-    for (int i = 0; i < 6; ++i)
-        EXPECT_EQ(ReadFromDevice(source->baseFilter, kProperties[i]).value, defaults[i]) << kProperties[i];
-    EXPECT_EQ(source->contrast.value, 50);
-    EXPECT_TRUE(TakeMessages().empty());
-}
-
 TEST_F(DevicePropertiesTest, TheBareDeviceHasNoneAndItsDefaultsFailWithTheirLineAndSilentlyWithoutADevice)
 {
     VideoSourceInfo* source = UseOneCamera(L"bare", {}, L"Bare");

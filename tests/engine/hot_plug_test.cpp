@@ -89,28 +89,6 @@ TEST_F(EngineTest, ANewDeviceIsValidatedAndAppendedAndAnUnusableOneIsReportedOnc
     EXPECT_EQ(unusableDeviceNames, (std::vector<std::wstring>{L"Tiny"}));
 }
 
-TEST_F(EngineTest, TwoPullsBeforeOneScanAreFoundOneScanAtATime)
-{
-    ASSERT_TRUE(devices.Add(L"Cam", L"webcam"));
-    ASSERT_TRUE(devices.Add(L"Spare One", L"webcam"));
-    ASSERT_TRUE(devices.Add(L"Spare Two", L"webcam"));
-    ScanDevices();
-    ASSERT_EQ(videoSources.size(), 3u);
-    videoSources[0]->isActive = 1;
-    videoSources[2]->isIgnored = 1;
-    ASSERT_TRUE(devices.Pull(L"Spare Two"));
-    ASSERT_TRUE(devices.Pull(L"Spare One"));
-    EXPECT_EQ(Scan(), InactiveDeviceRemoved);
-    EXPECT_EQ(scanned, 1);
-    EXPECT_EQ(videoSources[2]->isDisconnected, 0);
-    EXPECT_EQ(Scan(), IgnoredDeviceRemoved);
-    EXPECT_EQ(scanned, 2);
-
-    ASSERT_TRUE(devices.Add(L"Spare Two", L"webcam"));
-    EXPECT_EQ(Scan(), IgnoredDeviceReturned);
-    EXPECT_EQ(scanned, 2);
-}
-
 TEST_F(EngineTest, AScanWithoutAPlaceForItsIndexSaysSoAndDoesNothing)
 {
     EXPECT_EQ(UpdateSourceVideoInfoList(nullptr), NothingToDo);
