@@ -1,7 +1,7 @@
 // The Video Input Device window, driven as a user would with two synthetic
 // cameras: a choice takes effect at once, Cancel puts the old device back,
 // Ignore and Restore move a device between the lists, OK writes the choice
-// into the options file, and the lists follow devices pulled and plugged.
+// into the options file.
 // "Side Cam" has a saved configuration at 800x600, "Sky Cam" runs at its
 // first format, 640x480, so the picture's size tells which device runs.
 #include <gtest/gtest.h>
@@ -250,44 +250,4 @@ TEST(SelectDevice, OneIgnoredDeviceLeavesTheListEmptyAndRestoreBringsEverythingB
     EXPECT_TRUE(IsVisible(clipping));
     EXPECT_TRUE(IsEnabled(run.program->StartButton()));
     EXPECT_TRUE(run.WaitPicture(640, 480));
-}
-
-// Devices pulled and plugged while the window is open show in its lists at once; a device plugged in under the
-// default name takes over and is shown selected. The device chosen in the window is the one in use for the rest
-// of the program too: pulled, it is the active device that went; the one it replaced counts as inactive.
-TEST(SelectDevice, TheListsFollowDevicesPulledAndPluggedAndAChosenDeviceIsTheActiveOne)
-{
-    SelectRun run;
-    ASSERT_TRUE(run.Start(Option("DefaultVideoSource", "Main Cam") + Option("ExcludedVideoSource", "Side Cam")));
-    ASSERT_TRUE(run.Open());
-    EXPECT_EQ(run.Devices(), Rows{L"Sky Cam"});
-    EXPECT_EQ(run.Ignored(), Rows{L"Side Cam"});
-
-    EXPECT_EQ(run.Pull(L"Side Cam"), 1);
-    EXPECT_EQ(run.Ignored(), Rows{});
-    EXPECT_EQ(run.Plug(L"Side Cam"), 1);
-    EXPECT_EQ(run.Ignored(), Rows{L"Side Cam"});
-
-    EXPECT_EQ(run.Plug(L"Spare Cam"), 1);
-    EXPECT_EQ(run.Devices(), (Rows{L"Sky Cam", L"Spare Cam"}));
-    EXPECT_EQ(run.Selected(), 0);
-    EXPECT_EQ(run.Plug(L"Main Cam"), 1);
-    EXPECT_EQ(run.Devices(), (Rows{L"Sky Cam", L"Spare Cam", L"Main Cam"}));
-    EXPECT_EQ(run.Selected(), 2);
-
-    // The device in use pulled: the next one takes over and the list says so.
-    EXPECT_EQ(run.Pull(L"Main Cam"), 1);
-    EXPECT_EQ(run.Devices(), (Rows{L"Sky Cam", L"Spare Cam"}));
-    EXPECT_EQ(run.Selected(), 0);
-    EXPECT_FALSE(run.DefaultChecked());
-    EXPECT_TRUE(IsVisible(run.window));
-
-    run.ChooseRow(1);
-    Click(run.Item(kSelectDeviceOkButton));
-    EXPECT_EQ(run.Pull(L"Sky Cam"), 1);
-    EXPECT_EQ(run.Count(L"Inactive video capture device \"Sky Cam\" disconnected\r\n"), 1)
-        << Narrow(run.program->Messages());
-    EXPECT_EQ(run.Pull(L"Spare Cam"), 1);
-    EXPECT_EQ(run.Count(L"Active video capture device \"Spare Cam\" disconnected\r\n"), 1)
-        << Narrow(run.program->Messages());
 }
