@@ -53,13 +53,6 @@ struct FormatRun : ProgramRun {
             }
         ADD_FAILURE() << "no row " << Narrow(text);
     }
-    // The webcam's 800x600 is offered at 15 frames only.
-    void Choose800x600At15() const
-    {
-        ChooseText(kFormatFrameRateList, L"15");
-        EXPECT_EQ(RowsOf(kFormatFrameSizeList), (Rows{L"640x480", L"800x600"}));
-        ChooseText(kFormatFrameSizeList, L"800x600");
-    }
     int SliderPosition(int row) const { return static_cast<int>(SendMessageW(Slider(row), TBM_GETPOS, 0, 0)); }
     long DeviceValue(long property) const
     {
@@ -72,14 +65,15 @@ struct FormatRun : ProgramRun {
 
 }  // namespace
 
-// A webcam's window: its name in the title, "Digital" in place of the
-// standards, its rates and sizes (none under 640x480: those are never
-// offered); 15 frames and 800x600 chosen restart the camera at that rate and
-// size, and OK keeps them for the next recording without writing anything.
-// Then OK with Save writes the device's VConfig; the box is still ticked at the
-// next opening; the close box keeps a change without restoring anything;
-// and the next start-up puts the saved size and brightness on the device.
-TEST(DeviceFormat, ASizeChosenRestartsTheCameraAndOkWithSaveWritesTheConfigurationForTheNextStart)
+// A webcam's window: its name in the title, "Digital" in place of the standards, its rates and sizes (none under
+// 640x480: those are never offered), the brightness slider over the device's range at its value. A slider acts on
+// the device at once; 15 frames and 800x600 chosen restart the camera at that rate and size, and OK keeps them for
+// the next recording without writing anything. Sliders act by page and by a dragged thumb, but not at the thumb's
+// release; Set Default Values puts device and sliders to the defaults; Cancel puts back the size and the values of
+// the opening. Then OK with Save writes the device's VConfig; the box is still ticked at the next opening; the close
+// box keeps a change without restoring anything; and the next start-up puts the saved size and brightness on the
+// device.
+TEST(DeviceFormat, SlidersAndASizeActAtOnceCancelRestoresTheOpeningAndOkWithSaveWritesTheConfigurationForTheNextStart)
 {
     FormatRun run;
     ASSERT_TRUE(run.Start(L"Sky Cam", L"webcam"));
@@ -100,10 +94,20 @@ TEST(DeviceFormat, ASizeChosenRestartsTheCameraAndOkWithSaveWritesTheConfigurati
     for (int row = 0; row < 6; ++row)
         EXPECT_TRUE(IsVisible(run.Slider(row))) << row;
     EXPECT_EQ(WindowText(run.Label(5)), L"Gain");
+    // The device's range: -64 to 64, at its value 0.
+    EXPECT_EQ(SendMessageW(run.Slider(kBrightnessRow), TBM_GETRANGEMIN, 0, 0), -64);
+    EXPECT_EQ(SendMessageW(run.Slider(kBrightnessRow), TBM_GETRANGEMAX, 0, 0), 64);
+    EXPECT_EQ(run.SliderPosition(kBrightnessRow), 0);
+    EXPECT_EQ(run.SliderPosition(kContrastRow), 50);
     Sleep(1000);
     EXPECT_TRUE(TakeScreenshot("device-properties-webcam"));
 
-    run.Choose800x600At15();
+    MoveSlider(run.Slider(kBrightnessRow), 12);
+    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Brightness), 12);
+    // The webcam's 800x600 is offered at 15 frames only.
+    run.ChooseText(kFormatFrameRateList, L"15");
+    EXPECT_EQ(run.RowsOf(kFormatFrameSizeList), (Rows{L"640x480", L"800x600"}));
+    run.ChooseText(kFormatFrameSizeList, L"800x600");
     EXPECT_EQ(run.Picture().cx, 800);
     EXPECT_EQ(run.Picture().cy, 600);
     Click(run.Item(kFormatOkButton));
@@ -111,57 +115,6 @@ TEST(DeviceFormat, ASizeChosenRestartsTheCameraAndOkWithSaveWritesTheConfigurati
     EXPECT_EQ(run.program->CountMessages(kRestored), 0);
     ExpectRecordedAt(*run.program, 800, 600, "15", "Digital");
     EXPECT_EQ(run.OptionsFile().find("VConfig"), std::string::npos);
-
-    ASSERT_NE(run.Open(), nullptr);
-    EXPECT_FALSE(run.Checked(kFormatSaveBox));
-    // Another rate and size than the window opened with.
-    run.ChooseText(kFormatFrameRateList, L"10");
-    run.ChooseText(kFormatFrameSizeList, L"1280x720");
-    MoveSlider(run.Slider(kBrightnessRow), 20);
-    Click(run.Item(kFormatSaveBox));
-    Click(run.Item(kFormatOkButton));
-    EXPECT_FALSE(IsVisible(run.window));
-    std::string file = run.OptionsFile();
-    EXPECT_NE(file.find("<VConfig Value=\"Sky Cam|10|1280x720|YUY2|20|50|0|64|3|0|DIGITAL\"/>"), std::string::npos)
-        << file;
-
-    ASSERT_NE(run.Open(), nullptr);
-    EXPECT_TRUE(run.Checked(kFormatSaveBox));
-    MoveSlider(run.Slider(kContrastRow), 70);
-    SendMessageW(run.window, WM_CLOSE, 0, 0);
-    EXPECT_FALSE(IsVisible(run.window));
-    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Contrast), 70);
-    EXPECT_EQ(run.program->CountMessages(kRestored), 0);
-
-    // A new program binds the device anew, at its defaults, and applies the
-    // saved configuration.
-    ASSERT_TRUE(run.Run());
-    EXPECT_EQ(run.Picture().cx, 1280);
-    EXPECT_EQ(run.Picture().cy, 720);
-    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Brightness), 20);
-    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Contrast), 50);
-    ASSERT_NE(run.Open(), nullptr);
-    EXPECT_EQ(run.SliderPosition(kBrightnessRow), 20);
-    EXPECT_EQ(run.RowsOf(kFormatFrameRateList)[run.Selected(kFormatFrameRateList)], L"10");
-    EXPECT_EQ(run.RowsOf(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"1280x720");
-}
-
-// Sliders act on the device at once, by page and by a dragged thumb, but
-// not at the thumb's release; Set Default Values puts device and sliders
-// to the defaults; Cancel puts back the size and the values of the opening.
-TEST(DeviceFormat, SlidersSetTheDeviceDefaultsResetItAndCancelRestoresTheOpening)
-{
-    FormatRun run;
-    ASSERT_TRUE(run.Start(L"Sky Cam", L"webcam"));
-    ASSERT_NE(run.Open(), nullptr);
-    // The device's range: -64 to 64, at its value 0.
-    EXPECT_EQ(SendMessageW(run.Slider(kBrightnessRow), TBM_GETRANGEMIN, 0, 0), -64);
-    EXPECT_EQ(SendMessageW(run.Slider(kBrightnessRow), TBM_GETRANGEMAX, 0, 0), 64);
-    EXPECT_EQ(run.SliderPosition(kBrightnessRow), 0);
-    EXPECT_EQ(run.SliderPosition(kContrastRow), 50);
-    MoveSlider(run.Slider(kBrightnessRow), 12);
-    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Brightness), 12);
-    Click(run.Item(kFormatOkButton));
 
     ASSERT_NE(run.Open(), nullptr);
     EXPECT_EQ(run.SliderPosition(kBrightnessRow), 12);
@@ -182,13 +135,46 @@ TEST(DeviceFormat, SlidersSetTheDeviceDefaultsResetItAndCancelRestoresTheOpening
     EXPECT_EQ(run.SliderPosition(kContrastRow), 50);
 
     MoveSlider(run.Slider(kBrightnessRow), 25);
-    run.Choose800x600At15();
-    EXPECT_EQ(run.Picture().cx, 800);
+    run.ChooseText(kFormatFrameSizeList, L"640x480");
+    EXPECT_EQ(run.Picture().cx, 640);
     Click(run.Item(kFormatCancelButton));
     EXPECT_FALSE(IsVisible(run.window));
     ASSERT_TRUE(run.program->WaitForMessage(kRestored, 3000));
     EXPECT_EQ(run.DeviceValue(VideoProcAmp_Brightness), 12);
-    EXPECT_EQ(run.Picture().cx, 640);
+    EXPECT_EQ(run.Picture().cx, 800);
+
+    ASSERT_NE(run.Open(), nullptr);
+    EXPECT_FALSE(run.Checked(kFormatSaveBox));
+    // Another rate and size than the window opened with.
+    run.ChooseText(kFormatFrameRateList, L"10");
+    run.ChooseText(kFormatFrameSizeList, L"1280x720");
+    MoveSlider(run.Slider(kBrightnessRow), 20);
+    Click(run.Item(kFormatSaveBox));
+    Click(run.Item(kFormatOkButton));
+    EXPECT_FALSE(IsVisible(run.window));
+    std::string file = run.OptionsFile();
+    EXPECT_NE(file.find("<VConfig Value=\"Sky Cam|10|1280x720|YUY2|20|50|0|64|3|0|DIGITAL\"/>"), std::string::npos)
+        << file;
+
+    ASSERT_NE(run.Open(), nullptr);
+    EXPECT_TRUE(run.Checked(kFormatSaveBox));
+    MoveSlider(run.Slider(kContrastRow), 70);
+    SendMessageW(run.window, WM_CLOSE, 0, 0);
+    EXPECT_FALSE(IsVisible(run.window));
+    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Contrast), 70);
+    EXPECT_EQ(run.program->CountMessages(kRestored), 1) << "the Cancel's alone";
+
+    // A new program binds the device anew, at its defaults, and applies the
+    // saved configuration.
+    ASSERT_TRUE(run.Run());
+    EXPECT_EQ(run.Picture().cx, 1280);
+    EXPECT_EQ(run.Picture().cy, 720);
+    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Brightness), 20);
+    EXPECT_EQ(run.DeviceValue(VideoProcAmp_Contrast), 50);
+    ASSERT_NE(run.Open(), nullptr);
+    EXPECT_EQ(run.SliderPosition(kBrightnessRow), 20);
+    EXPECT_EQ(run.RowsOf(kFormatFrameRateList)[run.Selected(kFormatFrameRateList)], L"10");
+    EXPECT_EQ(run.RowsOf(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"1280x720");
 }
 
 // A grabber's standard, found at start-up by trial with a renderer that counts frames (PAL): the camera runs at
