@@ -61,6 +61,17 @@ struct FormatRun : ProgramRun {
         return value;
     }
     SIZE Picture() const { return Size(Clipping()); }
+    // A grabber on PAL as the window shows it; under Auto Detect the radios are grey.
+    void ExpectPal(bool autoDetect) const
+    {
+        EXPECT_EQ(Checked(kFormatAutoDetectBox), autoDetect);
+        EXPECT_EQ(IsEnabled(Item(kFormatNtscRadio)), !autoDetect);
+        EXPECT_EQ(IsEnabled(Item(kFormatPalRadio)), !autoDetect);
+        EXPECT_TRUE(Checked(kFormatPalRadio));
+        EXPECT_FALSE(Checked(kFormatNtscRadio));
+        EXPECT_EQ(RowsOf(kFormatFrameRateList), Rows{L"25"});
+        EXPECT_EQ(RowsOf(kFormatFrameSizeList)[Selected(kFormatFrameSizeList)], L"720x576");
+    }
 };
 
 }  // namespace
@@ -230,12 +241,7 @@ TEST(DeviceFormat, AGrabbersStandardIsFoundByTrialFoundAgainByTickingAutoDetectA
     EXPECT_FALSE(IsVisible(run.Item(kFormatDigitalLabel)));
     for (int id : {kFormatAutoDetectBox, kFormatStandardFrame, kFormatNtscRadio, kFormatPalRadio})
         EXPECT_TRUE(IsVisible(run.Item(id))) << id;
-    EXPECT_TRUE(run.Checked(kFormatAutoDetectBox));
-    EXPECT_FALSE(IsEnabled(run.Item(kFormatNtscRadio)));
-    EXPECT_FALSE(IsEnabled(run.Item(kFormatPalRadio)));
-    EXPECT_TRUE(run.Checked(kFormatPalRadio));
-    EXPECT_FALSE(run.Checked(kFormatNtscRadio));
-    EXPECT_EQ(run.RowsOf(kFormatFrameRateList), Rows{L"25"});
+    run.ExpectPal(true);
     // Brightness, contrast, hue and saturation only.
     EXPECT_TRUE(IsVisible(run.Slider(3)));
     EXPECT_FALSE(IsVisible(run.Slider(4)));
@@ -260,23 +266,14 @@ TEST(DeviceFormat, AGrabbersStandardIsFoundByTrialFoundAgainByTickingAutoDetectA
     EXPECT_EQ(run.RowsOf(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"720x480");
     Click(run.Item(kFormatAutoDetectBox));
     EXPECT_EQ(run.program->CountMessages(kPalFound), 2) << Narrow(run.program->Messages());
-    EXPECT_TRUE(run.Checked(kFormatAutoDetectBox));
-    EXPECT_TRUE(run.Checked(kFormatPalRadio));
-    EXPECT_FALSE(run.Checked(kFormatNtscRadio));
-    EXPECT_FALSE(IsEnabled(run.Item(kFormatNtscRadio)));
-    EXPECT_FALSE(IsEnabled(run.Item(kFormatPalRadio)));
-    EXPECT_EQ(run.RowsOf(kFormatFrameRateList), Rows{L"25"});
-    EXPECT_EQ(run.RowsOf(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"720x576");
+    run.ExpectPal(true);
 
     Click(run.Item(kFormatAutoDetectBox));
     Click(run.Item(kFormatNtscRadio));
     Click(run.Item(kFormatPalRadio));
     Sleep(1000);
     EXPECT_TRUE(TakeScreenshot("device-properties-grabber-pal"));
-    EXPECT_TRUE(run.Checked(kFormatPalRadio));
-    EXPECT_FALSE(run.Checked(kFormatNtscRadio));
-    EXPECT_EQ(run.RowsOf(kFormatFrameRateList), Rows{L"25"});
-    EXPECT_EQ(run.RowsOf(kFormatFrameSizeList)[run.Selected(kFormatFrameSizeList)], L"720x576");
+    run.ExpectPal(false);
     Click(run.Item(kFormatOkButton));
     ExpectRecordedAt(*run.program, 720, 576, "25", "PAL");
 
