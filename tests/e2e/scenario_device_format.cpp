@@ -86,6 +86,7 @@ struct FormatRun : ProgramRun {
 // device. The camera then pulled out while the window is open: what the window still offers finds no device, says so
 // where the setter does, and the program goes on. Then a saved configuration whose standard is none of the four
 // words leaves the device of unknown format: opening says so and fills nothing, so the window shows as it was made.
+// Last, a device without picture properties: the group holds "Set Default Values" alone, which then says it can't.
 TEST(DeviceFormat, AWebcamsSlidersSizesCancelAndSaveActAndTheDeviceGoneOrOfUnknownFormatLeavesTheWindowHarmless)
 {
     FormatRun run;
@@ -220,6 +221,25 @@ TEST(DeviceFormat, AWebcamsSlidersSizesCancelAndSaveActAndTheDeviceGoneOrOfUnkno
     Click(run.Item(kFormatCancelButton));
     EXPECT_FALSE(IsVisible(run.window));
     EXPECT_TRUE(run.program->WaitForMessage(kRestored, 3000));
+
+    // A device without picture properties plugged in, then the camera pulled so that it takes over.
+    ASSERT_TRUE(run.devices.Add(L"Bare Cam", L"bare"));
+    ASSERT_EQ(SendDeviceChange(run.Main()), 1);
+    ASSERT_EQ(run.Pull(L"Sky Cam"), 1);
+    ASSERT_NE(run.Open(), nullptr);
+    for (int row = 0; row < 6; ++row) {
+        EXPECT_FALSE(IsVisible(run.Slider(row))) << row;
+        EXPECT_FALSE(IsVisible(run.Label(row))) << row;
+    }
+    HWND button = run.Item(kFormatDefaultsButton);
+    EXPECT_TRUE(IsVisible(button));
+    RECT group = WindowRect(run.Item(kFormatPropertiesGroup));
+    RECT inside = WindowRect(button);
+    EXPECT_GT(inside.top, group.top);
+    EXPECT_LT(inside.bottom, group.bottom);
+    EXPECT_LT(group.bottom - inside.bottom, 40);
+    Click(button);
+    EXPECT_TRUE(run.program->WaitForMessage(L"Unable to set current device properties to defaults\r\n", 3000));
 }
 
 // A grabber's standard, found at start-up by trial with a renderer that counts frames (PAL): the camera runs at
@@ -293,26 +313,4 @@ TEST(DeviceFormat, AGrabbersNtscSignalStaysNtscWithoutALineAndIsRecordedAsNtsc)
     ASSERT_TRUE(run.Start(L"USB 2861 Device", L"usb2861", L"ntsc"));
     EXPECT_EQ(run.Count(L"Auto Detect"), 0) << Narrow(run.program->Messages());
     ExpectRecordedAt(*run.program, 720, 480, "30", "NTSC", false);
-}
-
-// No picture properties: the group holds "Set Default Values" alone, which
-// then says it can't.
-TEST(DeviceFormat, ADeviceWithoutPicturePropertiesShowsOnlySetDefaultValues)
-{
-    FormatRun run;
-    ASSERT_TRUE(run.Start(L"Bare Cam", L"bare"));
-    ASSERT_NE(run.Open(), nullptr);
-    for (int row = 0; row < 6; ++row) {
-        EXPECT_FALSE(IsVisible(run.Slider(row))) << row;
-        EXPECT_FALSE(IsVisible(run.Label(row))) << row;
-    }
-    HWND button = run.Item(kFormatDefaultsButton);
-    EXPECT_TRUE(IsVisible(button));
-    RECT group = WindowRect(run.Item(kFormatPropertiesGroup));
-    RECT inside = WindowRect(button);
-    EXPECT_GT(inside.top, group.top);
-    EXPECT_LT(inside.bottom, group.bottom);
-    EXPECT_LT(group.bottom - inside.bottom, 40);
-    Click(button);
-    EXPECT_TRUE(run.program->WaitForMessage(L"Unable to set current device properties to defaults\r\n", 3000));
 }

@@ -25,7 +25,6 @@ set(MAVU_E2E_SCENARIOS
     SelectDevice.ChoosingIgnoringEitherDeviceWindowsGreyItemsAndOkWritesTheIgnoredAndDefaultNames
     DeviceFormat.AWebcamsSlidersSizesCancelAndSaveActAndTheDeviceGoneOrOfUnknownFormatLeavesTheWindowHarmless
     DeviceFormat.AGrabbersStandardIsFoundByTrialFoundAgainByTickingAutoDetectAndChosenByHand
-    DeviceFormat.ADeviceWithoutPicturePropertiesShowsOnlySetDefaultValues
 )
 
 # Scenarios of minutes, and variants of shorter ones, run by: ctest -L long
