@@ -116,23 +116,22 @@ TEST_F(ColorControlTest, SliderPositionsReachTheEffectMappedAndThePreviewChanges
     EXPECT_EQ(ValueIn(player->renderColorStore.Get(), kContrast), -26);
     EXPECT_TRUE(TakeMessages().empty());
 
-    // The preview's frames, taken where the renderer stood.
+    // The preview's frames, taken where the renderer stood: the median background of a second of them at those
+    // slider positions.
     devicetest::Held<devicetest::TestSink> sink;
-    player->SetColorControls(50, 50);
     PreviewInto(sink);
-    Sleep(1000);
-    EXPECT_NEAR(MedianBackground(sink->Frames()), kSky, 2.5);
-    player->SetColorControls(75, -1);  // +63
-    Sleep(300);
-    sink->Clear();
-    Sleep(1000);
-    EXPECT_NEAR(MedianBackground(sink->Frames()), kSky + 63, 2.5);
-    player->SetColorControls(50, 100);  // gain 255/128 above black (16)
-    Sleep(300);
-    sink->Clear();
-    Sleep(1000);
-    EXPECT_NEAR(MedianBackground(sink->Frames()), (kSky - 16) * 255 / 128 + 16, 3);
-    EXPECT_GT(sink->Frames().size(), 15u);
+    auto backgroundAt = [&](int32_t brightness, int32_t contrast) {
+        player->SetColorControls(brightness, contrast);
+        Sleep(300);
+        sink->Clear();
+        Sleep(1000);
+        EXPECT_GT(sink->Frames().size(), 15u);
+        return MedianBackground(sink->Frames());
+    };
+    EXPECT_NEAR(backgroundAt(50, 50), kSky, 2.5);
+    EXPECT_NEAR(backgroundAt(75, -1), kSky + 63, 2.5);
+    // Contrast: a gain of 255/128 above black (16).
+    EXPECT_NEAR(backgroundAt(50, 100), (kSky - 16) * 255 / 128 + 16, 3);
     player->mediaControl->Stop();
     player->RemoveGraphFilters();
 }
