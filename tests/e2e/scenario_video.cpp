@@ -31,18 +31,14 @@ TEST(Video, Vmr9PreviewIsSizedTheToolsWithoutTheEffectActAndThePreviewIsLiveAndT
     std::wstring text = run.program->Messages();
     EXPECT_EQ(text.find(L"SEVERE"), std::wstring::npos) << Narrow(text);
     EXPECT_EQ(text.find(L"WARNING"), std::wstring::npos) << Narrow(text);
-    EXPECT_EQ(text.find(L"There is no video capture device"), std::wstring::npos);
     EXPECT_EQ(run.Count(L"\r\nThe DMO color control filter is not installed - no brightness/contrast\r\n"), 1);
 
+    // The picture's size and the record buttons at start-up: the SelectDevice and HotPlug scenarios.
     HWND clipping = run.Clipping();
-    EXPECT_TRUE(IsVisible(clipping));
-    EXPECT_EQ(Size(clipping).cx, 640);
-    EXPECT_EQ(Size(clipping).cy, 480);
     RECT client{};
     GetClientRect(run.Main(), &client);
     EXPECT_GE(client.right, 640);
     EXPECT_GE(client.bottom, 480);
-    EXPECT_TRUE(IsVisible(run.program->RecordControlsWindow()));
     EXPECT_TRUE(TakeScreenshot("webcam-preview-vmr9"));
 
     HWND window = run.Open(IDM_MAGNIFY, L"Magnify");
