@@ -12,16 +12,15 @@
 
 using namespace e2e;
 
-// Through VMR9 the picture is the format's size, the record buttons are up and start-up says only that the colour
-// effect is missing. Magnify x 2.0 doubles the picture and the main window follows; closing the window puts the
-// picture back. The window opens with " None" selected. Without colour in files the Brightness and Contrast window is
-// the smaller one and has no file box; without a colour effect on the platform the camera still runs. Frame
-// Integration's counts outside 2 to 30 are refused with the line, and the box shows "2"; 30 and 4 are taken. A
-// recording turns the tool off, and its file holds every frame as the camera made it. (What the integrated preview
-// shows, the background taken off the added frames, is the engine's dark level test.) Where Direct3D draws into the
-// clipping window at all, the camera's stamp read off the screen counts on from one screenshot to the next and shows
-// the UTC of the moment, and the Display menu's Pixel Saturation toggles the warning colour on the saturated star and
-// takes it away.
+// Through VMR9 the main window holds the picture, and start-up says only that the colour effect is missing. Magnify
+// x 2.0 doubles the picture and the main window follows; closing the window puts the picture back. The window opens
+// with " None" selected. Without colour in files the Brightness and Contrast window is the smaller one and has no file
+// box; without a colour effect on the platform the camera still runs. Frame Integration's counts outside 2 to 30 are
+// refused with the line, and the box shows "2"; 30 and 4 are taken. A recording turns the tool off, and its file holds
+// every frame as the camera made it. (What the integrated preview shows, the background taken off the added frames, is
+// the engine's dark level test.) Where Direct3D draws into the clipping window at all, the camera's stamp read off the
+// screen counts on from one screenshot to the next and shows the UTC of the moment, and the Display menu's Pixel
+// Saturation toggles the warning colour on the saturated star and takes it away.
 TEST(Video, Vmr9PreviewIsSizedTheToolsWithoutTheEffectActAndThePreviewIsLiveAndTogglesPixelSaturation)
 {
     ProgramRun run;
