@@ -77,8 +77,7 @@ TEST_F(AnalogTrialTest, ValidationTriesTheNamedGrabbersAndChoosesTheGroupOfTheSt
         {L"USB 2861 Device", L"usb2861", L"pal", L"", StandardNTSC, 1, 1, L"30", L"720x480", kDecoderNtscM, 5},
     };
     for (const auto& row : rows) {
-        SCOPED_TRACE(testing::PrintToString(std::wstring(row.name) + L" " + row.profile) + " " +
-                     std::to_string(row.frameLimit));
+        SCOPED_TRACE(testing::Message() << "row " << &row - rows);
         devicetest::SyntheticDevices fresh;
         TearDown();
         SetUp();
