@@ -8,6 +8,8 @@
 #include "support/ffprobe.h"
 #include "support/frame_time_rows.h"
 #include "support/recorded_frames.h"
+#include "ui/commands.h"
+#include "ui/control_ids.h"
 
 #include <memory>
 #include <regex>
@@ -158,9 +160,11 @@ TEST(HotPlug, PullAndReplugTwiceDuringAnEventGoesOnInNumberedFilesAndEndsOnTime)
 }
 
 // Each pull and plug of a device not in use gives its line: an ignored one comes and goes, and a notification
-// that finds nothing says nothing. The next device takes over from a pulled one; with none left the picture
-// goes, and comes back with a device plugged; the default takes over as soon as it comes, new to the program as
-// it is. A manual recording with it, pulled and plugged back, goes on under the manual name.
+// that finds nothing says nothing. The Video Input Device window, open meanwhile, follows in its lists; the default
+// device takes over as soon as it comes, new to the program as it is, and is shown selected. The next device takes
+// over from a pulled one; the device chosen in the window is the one in use, so the one it replaced goes as
+// inactive; with none left the picture goes, and comes back with a device plugged. The default takes over again when
+// it comes back, and a manual recording with it, pulled and plugged back, goes on under the manual name.
 TEST(HotPlug, EachChangeGivesItsLineTheNextDeviceTakesOverTheDefaultWhenItComesAndItsRecordingGoesOnPastAPull)
 {
     ProgramRun run;
@@ -170,15 +174,32 @@ TEST(HotPlug, EachChangeGivesItsLineTheNextDeviceTakesOverTheDefaultWhenItComesA
     HWND clipping = run.Clipping();
     ASSERT_NE(clipping, nullptr);
     ExpectDeviceInUse(run, clipping, true);
+    ASSERT_NE(run.Open(IDM_SELECT_INPUT_DEVICE, L"SelectVideoDeviceClassName"), nullptr);
+    EXPECT_EQ(run.RowsOf(kSelectDeviceList), (Rows{L"Sky Cam", L"Spare Cam"}));
+    EXPECT_EQ(run.RowsOf(kSelectDeviceIgnoredList), Rows{L"Hidden Cam"});
 
     ExpectHandled(run.Pull(L"Hidden Cam"), run, L"Ignored video capture device \"Hidden Cam\" disconnected\r\n");
+    EXPECT_EQ(run.RowsOf(kSelectDeviceIgnoredList), Rows{});
     // Nothing left to find.
     std::wstring before = run.program->Messages();
     ASSERT_EQ(SendDeviceChange(run.Main()), 1);
     EXPECT_EQ(run.program->Messages(), before);
+    ExpectHandled(run.Plug(L"Hidden Cam"), run, L"Ignored video capture device \"Hidden Cam\" connected\r\n");
+    EXPECT_EQ(run.RowsOf(kSelectDeviceIgnoredList), Rows{L"Hidden Cam"});
 
-    ExpectHandled(run.Pull(L"Sky Cam"), run, L"Active video capture device \"Sky Cam\" disconnected\r\n");
+    ExpectHandled(run.Plug(L"Main Cam"), run, L"Video capture device \"Main Cam\" connected as the default\r\n");
+    EXPECT_EQ(run.RowsOf(kSelectDeviceList), (Rows{L"Sky Cam", L"Spare Cam", L"Main Cam"}));
+    EXPECT_EQ(run.Selected(kSelectDeviceList), 2);
+    ExpectHandled(run.Pull(L"Main Cam"), run, L"Active video capture device \"Main Cam\" disconnected\r\n");
+    EXPECT_EQ(run.RowsOf(kSelectDeviceList), (Rows{L"Sky Cam", L"Spare Cam"}));
+    EXPECT_EQ(run.Selected(kSelectDeviceList), 0);
+    EXPECT_FALSE(run.Checked(kSelectDeviceDefaultBox));
+    EXPECT_TRUE(IsVisible(run.window));
     ExpectDeviceInUse(run, clipping, true);
+
+    run.Choose(kSelectDeviceList, 1);
+    Click(run.Item(kSelectDeviceOkButton));
+    ExpectHandled(run.Pull(L"Sky Cam"), run, L"Inactive video capture device \"Sky Cam\" disconnected\r\n");
     ExpectHandled(run.Pull(L"Spare Cam"), run, L"Active video capture device \"Spare Cam\" disconnected\r\n");
     EXPECT_EQ(run.Count(L"There is no video capture device connected to the computer\r\n"), 1);
     ExpectDeviceInUse(run, clipping, false);
@@ -188,9 +209,9 @@ TEST(HotPlug, EachChangeGivesItsLineTheNextDeviceTakesOverTheDefaultWhenItComesA
     ExpectDeviceInUse(run, clipping, true);
     // Another known device coming back doesn't take over.
     ExpectHandled(run.Plug(L"Spare Cam"), run, L"Video capture device \"Spare Cam\" connected\r\n");
-    ExpectHandled(run.Plug(L"Hidden Cam"), run, L"Ignored video capture device \"Hidden Cam\" connected\r\n");
 
-    ExpectHandled(run.Plug(L"Main Cam"), run, L"Video capture device \"Main Cam\" connected as the default\r\n");
+    ASSERT_EQ(run.Plug(L"Main Cam"), 1);
+    EXPECT_EQ(run.Count(L"Video capture device \"Main Cam\" connected as the default\r\n"), 2);
     HWND start = run.program->StartButton();
     HWND stop = run.program->StopButton();
     Click(start);

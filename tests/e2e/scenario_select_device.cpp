@@ -1,7 +1,7 @@
 // The Video Input Device window, driven as a user would with two synthetic
 // cameras: a choice takes effect at once, Cancel puts the old device back,
 // Ignore and Restore move a device between the lists, OK writes the choice
-// into the options file, and the lists follow devices pulled and plugged.
+// into the options file.
 // "Side Cam" has a saved configuration at 800x600, "Sky Cam" runs at its
 // first format, 640x480, so the picture's size tells which device runs.
 #include <gtest/gtest.h>
@@ -21,11 +21,11 @@ const std::string kSideCamAt800 = Option("VConfig", "Side Cam|15|800x600|YUY2|0|
 constexpr wchar_t kRestoredLine[] = L"Input devices settings are restored\r\n";
 
 struct SelectRun : ProgramRun {
-    // Sky Cam, then Side Cam (unless told otherwise), through VMR9.
-    bool Start(const std::string& options = "", bool sideCam = true)
+    // Sky Cam, then Side Cam, through VMR9.
+    bool Start()
     {
-        return devices.Add(L"Sky Cam", L"webcam") && (!sideCam || devices.Add(L"Side Cam", L"webcam")) &&
-            ProgramRun::Start(kSideCamAt800 + options);
+        return devices.Add(L"Sky Cam", L"webcam") && devices.Add(L"Side Cam", L"webcam") &&
+            ProgramRun::Start(kSideCamAt800);
     }
     Rows Devices() const { return RowsOf(kSelectDeviceList); }
     Rows Ignored() const { return RowsOf(kSelectDeviceIgnoredList); }
@@ -63,8 +63,9 @@ SIZE Frame(HWND main)
 }  // namespace
 
 // A row chosen restarts the preview on that device at once and the main window takes its size; Cancel, or the
-// close box, brings the first device back. Ignoring the device in use hands the picture to the other; Restore
-// puts the device back in the list, and the first device is taken again. Opening either device window turns
+// close box, brings the first device back. Ignoring the device in use hands the picture to the other; with both
+// ignored the picture and the record buttons go until Restore brings a device back; Restore puts the device back
+// in the list, and the first device is taken again. Opening either device window turns
 // Magnify off; while it is open "Magnify...", "Select Input Device..." and "Device Properties..." are grey, and
 // closing it by any of its ways enables them again. The menu is read from inside the program (another process
 // can't read it here).
@@ -128,11 +129,34 @@ TEST(SelectDevice, ChoosingIgnoringEitherDeviceWindowsGreyItemsAndOkWritesTheIgn
     EXPECT_EQ(run.Selected(), 0);
     EXPECT_TRUE(run.WaitPicture(800, 600));
 
+    // The other one ignored too: nothing to choose, no picture, no record buttons, and Ignore with nothing to ignore
+    // does nothing.
+    HWND clipping = run.Clipping();
+    Click(run.Item(kSelectDeviceIgnoreButton));
+    EXPECT_EQ(run.Devices(), Rows{});
+    EXPECT_EQ(run.Ignored(), (Rows{L"Sky Cam", L"Side Cam"}));
+    EXPECT_FALSE(run.DefaultChecked());
+    EXPECT_FALSE(IsVisible(run.program->RecordControlsWindow()));
+    EXPECT_FALSE(IsVisible(clipping));
+    before = run.program->Messages();
+    Click(run.Item(kSelectDeviceIgnoreButton));
+    EXPECT_EQ(run.program->Messages(), before);
+
     // Restore with nothing selected in the ignored list changes nothing.
     SendMessageW(run.Item(kSelectDeviceIgnoredList), LB_SETCURSEL, static_cast<WPARAM>(-1), 0);
     Click(run.Item(kSelectDeviceRestoreButton));
-    EXPECT_EQ(run.Ignored(), Rows{L"Sky Cam"});
+    EXPECT_EQ(run.Ignored(), (Rows{L"Sky Cam", L"Side Cam"}));
     EXPECT_EQ(run.Count(L"is restored"), 0);
+
+    // Restored, a device brings the picture and the record buttons back.
+    run.SelectIgnoredRow(1);
+    Click(run.Item(kSelectDeviceRestoreButton));
+    EXPECT_EQ(run.Count(L"Device \"Side Cam\" is restored\r\n"), 1) << Narrow(run.program->Messages());
+    EXPECT_EQ(run.Devices(), Rows{L"Side Cam"});
+    EXPECT_EQ(run.Selected(), 0);
+    EXPECT_TRUE(IsVisible(run.program->RecordControlsWindow()));
+    EXPECT_TRUE(IsVisible(clipping));
+    EXPECT_TRUE(IsEnabled(run.program->StartButton()));
 
     run.SelectIgnoredRow(0);
     Click(run.Item(kSelectDeviceRestoreButton));
@@ -168,22 +192,20 @@ TEST(SelectDevice, ChoosingIgnoringEitherDeviceWindowsGreyItemsAndOkWritesTheIgn
         ASSERT_TRUE(magnify && IsVisible(magnify));
         Click(GetDlgItem(magnify, kMagnifyDoubleRadio));
         ASSERT_EQ(Size(run.Clipping()).cx, 1280);
-        ASSERT_NE(run.ProgramRun::Open(device.command, device.className), nullptr);
-        EXPECT_FALSE(IsVisible(magnify));
-        EXPECT_EQ(Size(run.Clipping()).cx, 640);
-        expectGrey(true, "open");
-        Click(run.Item(device.ok));
-        expectGrey(false, "after OK");
-
-        ASSERT_NE(run.ProgramRun::Open(device.command, device.className), nullptr);
-        expectGrey(true, "open again");
-        Click(run.Item(device.cancel));
-        EXPECT_FALSE(IsVisible(magnify));
-        EXPECT_EQ(Size(run.Clipping()).cx, 640);
-        expectGrey(false, "after Cancel");
-        ASSERT_NE(run.ProgramRun::Open(device.command, device.className), nullptr);
-        SendMessageW(run.window, WM_SYSCOMMAND, SC_CLOSE, 0);
-        expectGrey(false, "after the close box");
+        // OK, Cancel, then the close box (0).
+        for (int button : {device.ok, device.cancel, 0}) {
+            ASSERT_NE(run.ProgramRun::Open(device.command, device.className), nullptr);
+            EXPECT_FALSE(IsVisible(magnify)) << button;
+            EXPECT_EQ(Size(run.Clipping()).cx, 640) << button;
+            expectGrey(true, "open");
+            if (button)
+                Click(run.Item(button));
+            else
+                SendMessageW(run.window, WM_SYSCOMMAND, SC_CLOSE, 0);
+            expectGrey(false, "closed");
+            EXPECT_FALSE(IsVisible(magnify)) << button;
+            EXPECT_EQ(Size(run.Clipping()).cx, 640) << button;
+        }
     }
 
     ASSERT_TRUE(run.Open());
@@ -220,74 +242,4 @@ TEST(SelectDevice, ChoosingIgnoringEitherDeviceWindowsGreyItemsAndOkWritesTheIgn
 
     ASSERT_TRUE(run.Run());
     EXPECT_TRUE(run.WaitPicture(800, 600)) << "the default device again";
-}
-
-// The only device, ignored: nothing to choose, no picture, no record
-// buttons; Restore brings it all back.
-TEST(SelectDevice, OneIgnoredDeviceLeavesTheListEmptyAndRestoreBringsEverythingBack)
-{
-    SelectRun run;
-    ASSERT_TRUE(run.Start(Option("ExcludedVideoSource", "Sky Cam"), false));
-    HWND clipping = run.Clipping();
-    EXPECT_FALSE(IsVisible(run.program->RecordControlsWindow()));
-    EXPECT_FALSE(IsVisible(clipping));
-    ASSERT_TRUE(run.Open());
-    EXPECT_EQ(run.Devices(), Rows{});
-    EXPECT_EQ(run.Ignored(), Rows{L"Sky Cam"});
-    EXPECT_FALSE(run.DefaultChecked());
-    // Ignore with nothing to ignore does nothing.
-    std::wstring before = run.program->Messages();
-    Click(run.Item(kSelectDeviceIgnoreButton));
-    EXPECT_EQ(run.program->Messages(), before);
-
-    run.SelectIgnoredRow(0);
-    Click(run.Item(kSelectDeviceRestoreButton));
-    EXPECT_EQ(run.Count(L"Device \"Sky Cam\" is restored\r\n"), 1);
-    EXPECT_EQ(run.Devices(), Rows{L"Sky Cam"});
-    EXPECT_EQ(run.Ignored(), Rows{});
-    EXPECT_EQ(run.Selected(), 0);
-    EXPECT_TRUE(IsVisible(run.program->RecordControlsWindow()));
-    EXPECT_TRUE(IsVisible(clipping));
-    EXPECT_TRUE(IsEnabled(run.program->StartButton()));
-    EXPECT_TRUE(run.WaitPicture(640, 480));
-}
-
-// Devices pulled and plugged while the window is open show in its lists at once; a device plugged in under the
-// default name takes over and is shown selected. The device chosen in the window is the one in use for the rest
-// of the program too: pulled, it is the active device that went; the one it replaced counts as inactive.
-TEST(SelectDevice, TheListsFollowDevicesPulledAndPluggedAndAChosenDeviceIsTheActiveOne)
-{
-    SelectRun run;
-    ASSERT_TRUE(run.Start(Option("DefaultVideoSource", "Main Cam") + Option("ExcludedVideoSource", "Side Cam")));
-    ASSERT_TRUE(run.Open());
-    EXPECT_EQ(run.Devices(), Rows{L"Sky Cam"});
-    EXPECT_EQ(run.Ignored(), Rows{L"Side Cam"});
-
-    EXPECT_EQ(run.Pull(L"Side Cam"), 1);
-    EXPECT_EQ(run.Ignored(), Rows{});
-    EXPECT_EQ(run.Plug(L"Side Cam"), 1);
-    EXPECT_EQ(run.Ignored(), Rows{L"Side Cam"});
-
-    EXPECT_EQ(run.Plug(L"Spare Cam"), 1);
-    EXPECT_EQ(run.Devices(), (Rows{L"Sky Cam", L"Spare Cam"}));
-    EXPECT_EQ(run.Selected(), 0);
-    EXPECT_EQ(run.Plug(L"Main Cam"), 1);
-    EXPECT_EQ(run.Devices(), (Rows{L"Sky Cam", L"Spare Cam", L"Main Cam"}));
-    EXPECT_EQ(run.Selected(), 2);
-
-    // The device in use pulled: the next one takes over and the list says so.
-    EXPECT_EQ(run.Pull(L"Main Cam"), 1);
-    EXPECT_EQ(run.Devices(), (Rows{L"Sky Cam", L"Spare Cam"}));
-    EXPECT_EQ(run.Selected(), 0);
-    EXPECT_FALSE(run.DefaultChecked());
-    EXPECT_TRUE(IsVisible(run.window));
-
-    run.ChooseRow(1);
-    Click(run.Item(kSelectDeviceOkButton));
-    EXPECT_EQ(run.Pull(L"Sky Cam"), 1);
-    EXPECT_EQ(run.Count(L"Inactive video capture device \"Sky Cam\" disconnected\r\n"), 1)
-        << Narrow(run.program->Messages());
-    EXPECT_EQ(run.Pull(L"Spare Cam"), 1);
-    EXPECT_EQ(run.Count(L"Active video capture device \"Spare Cam\" disconnected\r\n"), 1)
-        << Narrow(run.program->Messages());
 }

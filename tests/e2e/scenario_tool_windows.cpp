@@ -1,5 +1,5 @@
 // The Display tools' windows, driven as a user would: Brightness and
-// Contrast, Magnify, Pixel Saturation, Frame Integration.
+// Contrast with a colour effect in the prefix, and Pixel Saturation.
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -8,75 +8,11 @@
 #include "e2e/program_run.h"
 #include "e2e/screen_stamp.h"
 #include "support/ffprobe.h"
-#include "support/recorded_frames.h"
 #include "support/stand_ins.h"
 #include "ui/commands.h"
 #include "ui/control_ids.h"
 
 using namespace e2e;
-
-// x 2.0 doubles the picture and the main window follows; closing the window puts the picture back. The window
-// opens with " None" selected. Without colour in files the Brightness and Contrast window is the smaller one and
-// has no file box; without a colour effect on the platform the camera still runs. Frame Integration's counts
-// outside 2 to 30 are refused with the line, and the box shows "2"; 30 and 4 are taken. A recording turns the
-// tool off, and its file holds every frame as the camera made it. (What the integrated preview shows, the
-// background taken off the added frames, is the engine's dark level test.)
-TEST(ToolWindows, MagnifyBrightnessWithoutTheFileOptionAndFrameIntegrationCountsAndRecordingTurnsItOff)
-{
-    ProgramRun run;
-    ASSERT_TRUE(run.StartWithSkyCam());
-    SIZE before = Size(run.Clipping());
-    ASSERT_EQ(before.cx, 640);
-    HWND window = run.Open(IDM_MAGNIFY, L"Magnify");
-    ASSERT_NE(window, nullptr);
-    EXPECT_EQ(SendMessageW(GetDlgItem(window, kMagnifyNoneRadio), BM_GETCHECK, 0, 0), BST_CHECKED);
-    EXPECT_EQ(SendMessageW(GetDlgItem(window, kMagnifyHalfRadio), BM_GETCHECK, 0, 0), BST_UNCHECKED);
-    Click(GetDlgItem(window, kMagnifyDoubleRadio));
-    SIZE doubled = Size(run.Clipping());
-    EXPECT_EQ(doubled.cx, 1280);
-    EXPECT_EQ(doubled.cy, 960);
-    Sleep(1000);
-    EXPECT_TRUE(TakeScreenshot("magnify"));
-    Click(GetDlgItem(window, kMagnifyHalfRadio));
-    EXPECT_EQ(Size(run.Clipping()).cx, 320);
-    SendMessageW(window, WM_CLOSE, 0, 0);
-    EXPECT_FALSE(IsVisible(window));
-    EXPECT_EQ(Size(run.Clipping()).cx, 640);
-
-    window = run.Open(IDM_BRIGHTNESS_CONTRAST, L"BrightnessContrast");
-    ASSERT_NE(window, nullptr);
-    EXPECT_EQ(Size(window).cy, 270);
-    EXPECT_FALSE(IsVisible(GetDlgItem(window, kColorInFileBox)));
-    SendMessageW(window, WM_CLOSE, 0, 0);
-    EXPECT_FALSE(IsVisible(window));
-    EXPECT_TRUE(IsVisible(run.program->RecordControlsWindow()));
-
-    window = run.Open(IDM_FRAME_INTEGRATION, L"FrameIntegration");
-    ASSERT_NE(window, nullptr);
-    HWND box = GetDlgItem(window, kIntegrationCountBox);
-    EXPECT_EQ(WindowText(box), L"2");
-    EXPECT_TRUE(TakeScreenshot("frame-integration"));
-    int refused = 0;
-    for (const wchar_t* count : {L"31", L"1", L"", L"99", L"30", L"4"}) {
-        SendMessageW(box, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(count));
-        Click(GetDlgItem(window, kIntegrationStartButton));
-        const bool inRange = count == std::wstring(L"30") || count == std::wstring(L"4");
-        refused += inRange ? 0 : 1;
-        EXPECT_EQ(WindowText(box), inRange ? count : L"2") << Narrow(count);
-        EXPECT_EQ(run.Count(L"Frame count must be a value from 2 to 30"), refused) << Narrow(count);
-    }
-    EXPECT_TRUE(IsVisible(window)) << "the window stays for another count";
-    Sleep(2000);
-    ManualRecording recording = RecordByHand(*run.program);
-    ASSERT_FALSE(recording.avi.empty());
-    EXPECT_FALSE(IsVisible(window)) << "the recording turned the tool off";
-    std::vector<synthcam::FrameStamp> stamps = testsupport::ReadRecordedStamps(Narrow(recording.avi), 640);
-    ASSERT_GT(stamps.size(), 30u);
-    // Integrating four would leave three frames out of every four.
-    long missing = testsupport::MissingStampedFrames(stamps);
-    EXPECT_GE(missing, 0);
-    EXPECT_LE(missing, testsupport::ReportedDroppedFrames(recording.report)) << recording.report;
-}
 
 namespace {
 

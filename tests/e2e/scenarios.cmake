@@ -7,8 +7,7 @@ set(MAVU_E2E_SCENARIOS
     OptionWindows.PerformanceChangesTheRendererAndRestarts
     OptionWindows.EventPendingSwitchesTheCountdownAndMiscellaneousSavesOnlyChangesAndAFailedWriteWarns
     Options.SavedPositionsFolderCameraAndCodecPairSurviveRestartAndSaveAgain
-    Video.Vmr9PreviewIsSizedLiveAndTogglesPixelSaturation
-    ToolWindows.MagnifyBrightnessWithoutTheFileOptionAndFrameIntegrationCountsAndRecordingTurnsItOff
+    Video.Vmr9PreviewIsSizedTheToolsWithoutTheEffectActAndThePreviewIsLiveAndTogglesPixelSaturation
     ToolWindows.BrightnessContrastAndPixelSaturationActOnThePreviewAndSave
     Scheduling.TheDefaultDurationTooSoonAnEventDisallowedCharactersAndEditingAnEventReplacesItsFile
     Scheduling.TheListSortsShowsItsCellsAndDeletesAskingByTheRowsWarningOfAFileThatCannotGoAndArmingTheNext
@@ -20,13 +19,9 @@ set(MAVU_E2E_SCENARIOS
     Gps.ReceiverOnlyOnCom10IsNotFoundAfterAScanThatWaitsOnASilentCom1
     Gps.ManualRecordingTakesOneReadingAndWithoutAutostartTheLinkStaysClosed
     HotPlug.PullAndReplugTwiceDuringAnEventGoesOnInNumberedFilesAndEndsOnTime
-    Grabbers/Analog.StandardFoundAtStartUp/PalSignalIsFoundAndRecordedAsPal
     SelectDevice.ChoosingIgnoringEitherDeviceWindowsGreyItemsAndOkWritesTheIgnoredAndDefaultNames
-    SelectDevice.OneIgnoredDeviceLeavesTheListEmptyAndRestoreBringsEverythingBack
-    DeviceFormat.ASizeChosenRestartsTheCameraAndOkWithSaveWritesTheConfigurationForTheNextStart
-    DeviceFormat.SlidersSetTheDeviceDefaultsResetItAndCancelRestoresTheOpening
-    DeviceFormat.AGrabbersStandardsAreGreyUnderAutoDetectAndPalRestartsAt720x576
-    DeviceFormat.ADeviceWithoutPicturePropertiesShowsOnlySetDefaultValues
+    DeviceFormat.AWebcamsSlidersSizesCancelAndSaveActAndTheDeviceGoneOrOfUnknownFormatLeavesTheWindowHarmless
+    DeviceFormat.AGrabbersStandardIsFoundByTrialFoundAgainByTickingAutoDetectAndChosenByHand
 )
 
 # Scenarios of minutes, and variants of shorter ones, run by: ctest -L long
@@ -34,14 +29,10 @@ set(MAVU_E2E_LONG_SCENARIOS
     Events.ShutdownAtTheEndOfTheCountIsWhatThePlatformGives
     Stress.PreviewAndRecordingCyclesAllComeBack
     HotPlug.EachChangeGivesItsLineTheNextDeviceTakesOverTheDefaultWhenItComesAndItsRecordingGoesOnPastAPull
-    Grabbers/Analog.StandardFoundAtStartUp/NtscSignalStaysNtscWithoutALine
     Events.OneEventRecordsCentredOnItsMomentInNewYork
     Gps.EventRecordingCarriesThePositionOfItsStartAndTheLinkReturnsAfterIt
     Events.HandWrittenEventWithAnAccentedCommentIsListedAndRecorded
     Gps.ReceiverAt4800OnCom3IsFoundShownClosedFoundAgainWithoutTheNoticeAndHungUpLeavesNoHandle
-    SelectDevice.TheListsFollowDevicesPulledAndPluggedAndAChosenDeviceIsTheActiveOne
-    DeviceFormat.TickingAutoDetectAgainFindsTheStandardByTrial
-    DeviceFormat.TheDeviceGoneWhileOpenLeavesEveryControlHarmlessAndAnUnknownFormatIsReported
     RecordingSafety.FullHdEventUnderLoadEndsWithItsReportAndAReadableFile
     RecordingSafety.ANotificationDuringTheCameraStartWaitsAndACameraPulledKeepsTheOneReportOfItsLastFrame
     RecordingSafety.AKilledRecordingIsRepairedAtTheNextStartAndTheEventGoesOnPastASecondCameraAndAPull
