@@ -29,7 +29,6 @@ void CopyFolder(const std::wstring& from, const std::wstring& to)
         CopyFileW((from + L"\\" + name).c_str(), (to + L"\\" + name).c_str(), FALSE);
 }
 
-
 struct FindData {
     DWORD processId;
     const wchar_t* className;

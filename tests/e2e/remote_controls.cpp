@@ -45,11 +45,6 @@ private:
     void* address_ = nullptr;
 };
 
-LPARAM Point(int x, int y)
-{
-    return MAKELPARAM(x, y);
-}
-
 }  // namespace
 
 bool SetPickerTime(HWND picker, const SYSTEMTIME& time)
@@ -71,8 +66,8 @@ void StepPickerFieldUp(HWND picker, int field)
 {
     // A click on the first field selects it; the Right key moves on field
     // by field, and Up raises the selected one by one step.
-    PostMessageW(picker, WM_LBUTTONDOWN, MK_LBUTTON, Point(12, 12));
-    PostMessageW(picker, WM_LBUTTONUP, 0, Point(12, 12));
+    PostMessageW(picker, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(12, 12));
+    PostMessageW(picker, WM_LBUTTONUP, 0, MAKELPARAM(12, 12));
     Sleep(200);
     for (int i = 0; i < field; ++i) {
         PostMessageW(picker, WM_KEYDOWN, VK_RIGHT, 0);
@@ -141,8 +136,8 @@ void ClickListViewRow(HWND list, int row, bool addToSelection)
         Sleep(100);
     }
     WPARAM keys = MK_LBUTTON | (addToSelection ? MK_CONTROL : 0);
-    SendMessageW(list, WM_LBUTTONDOWN, keys, Point(x, y));
-    SendMessageW(list, WM_LBUTTONUP, keys & ~static_cast<WPARAM>(MK_LBUTTON), Point(x, y));
+    SendMessageW(list, WM_LBUTTONDOWN, keys, MAKELPARAM(x, y));
+    SendMessageW(list, WM_LBUTTONUP, keys & ~static_cast<WPARAM>(MK_LBUTTON), MAKELPARAM(x, y));
 }
 
 int ListViewSelectedCount(HWND list)

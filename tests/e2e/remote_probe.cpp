@@ -63,19 +63,15 @@ static UINT RunProbe(DWORD processId, const char* exportName, unsigned argument)
     HMODULE local = LoadLibraryW(path.c_str());
     FARPROC probe = local ? GetProcAddress(local, exportName) : nullptr;
     HANDLE process = OpenProcess(PROCESS_ALL_ACCESS, FALSE, processId);
-    if (!probe || !process) {
-        if (process)
-            CloseHandle(process);
-        return 0xFFFFFFFFu;
-    }
     DWORD state = 0xFFFFFFFFu;
-    BYTE* remoteBase = LoadProbe(process, path) ? RemoteModuleBase(processId) : nullptr;
+    BYTE* remoteBase = probe && process && LoadProbe(process, path) ? RemoteModuleBase(processId) : nullptr;
     if (remoteBase) {
         void* start = remoteBase + (reinterpret_cast<BYTE*>(probe) - reinterpret_cast<BYTE*>(local));
         if (!RunRemoteThread(process, start, reinterpret_cast<void*>(static_cast<UINT_PTR>(argument)), &state))
             state = 0xFFFFFFFFu;
     }
-    CloseHandle(process);
+    if (process)
+        CloseHandle(process);
     return state;
 }
 

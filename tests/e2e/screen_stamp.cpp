@@ -36,6 +36,25 @@ std::string Crop(int x, int y, int width, int height)
     return std::to_string(width) + "x" + std::to_string(height) + "+" + std::to_string(x) + "+" + std::to_string(y);
 }
 
+// Whether the prefix's Direct3D uses its Vulkan renderer, which draws into
+// child windows (through a copy) wherever it runs.
+bool Direct3DRendersWithVulkan()
+{
+    // Wine takes WINE_D3D_CONFIG ("renderer=gl,...") before the registry.
+    char config[256] = "";
+    if (GetEnvironmentVariableA("WINE_D3D_CONFIG", config, sizeof config) < sizeof config) {
+        std::string settings = std::string(",") + config;
+        size_t at = settings.find(",renderer=");
+        if (at != std::string::npos)
+            return settings.compare(at + 10, 6, "vulkan") == 0;
+    }
+    wchar_t value[32] = L"";
+    DWORD size = sizeof value;
+    return RegGetValueW(HKEY_CURRENT_USER, L"Software\\Wine\\Direct3D", L"renderer", RRF_RT_REG_SZ, nullptr, value,
+                        &size) == ERROR_SUCCESS &&
+           _wcsicmp(value, L"vulkan") == 0;
+}
+
 }  // namespace
 
 bool ReadStampOnScreen(const std::string& name, int x, int y, int scale, synthcam::FrameStamp* stamp)
@@ -70,23 +89,6 @@ int WarningPixels(const std::string& name, HWND clipping)
         count += static_cast<uint8_t>(rgb[i]) > 200 && static_cast<uint8_t>(rgb[i + 1]) < 80 &&
                  static_cast<uint8_t>(rgb[i + 2]) > 200;
     return count;
-}
-
-bool Direct3DRendersWithVulkan()
-{
-    // Wine takes WINE_D3D_CONFIG ("renderer=gl,...") before the registry.
-    char config[256] = "";
-    if (GetEnvironmentVariableA("WINE_D3D_CONFIG", config, sizeof config) < sizeof config) {
-        std::string settings = std::string(",") + config;
-        size_t at = settings.find(",renderer=");
-        if (at != std::string::npos)
-            return settings.compare(at + 10, 6, "vulkan") == 0;
-    }
-    wchar_t value[32] = L"";
-    DWORD size = sizeof value;
-    return RegGetValueW(HKEY_CURRENT_USER, L"Software\\Wine\\Direct3D", L"renderer", RRF_RT_REG_SZ, nullptr, value,
-                        &size) == ERROR_SUCCESS &&
-           _wcsicmp(value, L"vulkan") == 0;
 }
 
 const char kNoPictureHere[] =

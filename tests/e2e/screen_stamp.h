@@ -23,10 +23,6 @@ bool ReadScreenRgb(const std::string& name, int x, int y, int width, int height,
 // clipping window's picture; -1 when the screen can't be read.
 int WarningPixels(const std::string& name, HWND clipping);
 
-// Whether the prefix's Direct3D uses its Vulkan renderer, which draws into
-// child windows (through a copy) wherever it runs.
-bool Direct3DRendersWithVulkan();
-
 // Whether the camera's picture shows in the program's clipping window, read
 // from the screen: some platforms' Direct3D draws nothing into a child window
 // (Wine 8's OpenGL path on Debian). Grey where Vulkan renders is a failure.

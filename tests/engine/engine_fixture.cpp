@@ -57,7 +57,6 @@ void EngineTest::SetUp()
     // ended early is taken away.
     standins::UnregisterColorControl();
     standins::UnregisterTestCompressor();
-    testsupport::TakeReportedLines();
     clippingWindow = CreateWindowW(L"STATIC", L"", WS_OVERLAPPEDWINDOW, 0, 0, 640, 480, nullptr, nullptr,
                                    GetModuleHandleW(nullptr), nullptr);
     RemakePlayer();
