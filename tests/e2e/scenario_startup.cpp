@@ -107,7 +107,6 @@ TEST(Startup, NoOptionsNoDeviceReportsInOrderASecondInstanceChangesNothingAndMes
     int lines = static_cast<int>(SendMessageW(control, EM_GETLINECOUNT, 0, 0));
     int first = static_cast<int>(SendMessageW(control, EM_GETFIRSTVISIBLELINE, 0, 0));
     EXPECT_GT(first, 0) << "scrolled down";
-    EXPECT_LT(first, lines);
     // The last line of text, before the closing empty line, has its top inside the control.
     int lastText = static_cast<int>(SendMessageW(control, EM_LINEINDEX, lines - 2, 0));
     int top = static_cast<short>(HIWORD(SendMessageW(control, EM_POSFROMCHAR, lastText, 0)));
