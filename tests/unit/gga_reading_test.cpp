@@ -49,27 +49,38 @@ std::string Gga(const std::string& fields)
 
 }  // namespace
 
-TEST(GgaReading, FieldsBecomeTheFourTextsAsTheRulesGiveThem)
+// Each read ends in its outcome; a reading gives the five texts as the rules make them, a failed search leaves them
+// empty.
+TEST(GgaReading, EachReadEndsInItsOutcomeAndTheTextsAsTheRulesGiveThem)
 {
-    const struct {
-        const char* what;
+    const std::wstring munich = L" 48.070038 N| 11.310000 E| 545.4 M| 8|12:35:19.000";
+    const std::string later = Gga("123520,5107.0000,S,00131.0000,W,1,09,0.9,100.0,M,,M,,");
+    ASSERT_GT(later.size(), 58u);
+    const std::string padding(60, ' ');
+    const std::string burst = kMunich + kBetween;
+    auto zeroAfter = [](std::string text, const char* field) {
+        text[text.find(field) + 1] = '\0';
+        return text;
+    };
+    struct Case {
+        std::string what;
         std::string bytes;
-        const wchar_t* texts;
+        std::wstring texts;  // unless the fields are cut off
         double seconds;  // the time of day that the clock check reads; -1: none
-    } cases[] = {
-        {"three decimals land in the wrong place", kMunich + kBetween,
-         L" 48.070038 N| 11.310000 E| 545.4 M| 8|12:35:19.000", 45319},
+        GgaParse outcome = GgaParse::Read;
+    };
+    std::vector<Case> cases = {
+        {"three decimals land in the wrong place", kMunich + kBetween, munich, 45319},
         {"four decimals read as minutes", Gga("123519,4807.0380,N,01131.0000,E,1,08,0.9,545.4,M,46.9,M,,") + kBetween,
          L" 48.070380 N| 11.310000 E| 545.4 M| 8|12:35:19.000", 45319},
         {"altitude decimals print as an integer",
-         Gga("123519,4807.038,N,01131.000,E,1,08,0.9,545.04,M,,M,,") + kBetween,
-         L" 48.070038 N| 11.310000 E| 545.4 M| 8|12:35:19.000", 45319},
+         Gga("123519,4807.038,N,01131.000,E,1,08,0.9,545.04,M,,M,,") + kBetween, munich, 45319},
         // ".5" is half a second for the clock check, though the text makes it 5 ms.
         {"time decimals are milliseconds as an integer",
          Gga("123519.5,4807.038,N,01131.000,E,1,08,0.9,545.4,M,,M,,") + kBetween,
          L" 48.070038 N| 11.310000 E| 545.4 M| 8|12:35:19.005", 45319.5},
-        {"two zero decimals of time", Gga("123519.00,4807.038,N,01131.000,E,1,08,0.9,545.4,M,,M,,") + kBetween,
-         L" 48.070038 N| 11.310000 E| 545.4 M| 8|12:35:19.000", 45319},
+        {"two zero decimals of time", Gga("123519.00,4807.038,N,01131.000,E,1,08,0.9,545.4,M,,M,,") + kBetween, munich,
+         45319},
         {"an empty time field is read, but gives no time for the check",
          Gga(",4807.038,N,01131.000,E,1,08,0.9,545.4,M,,M,,") + kBetween,
          L" 48.070038 N| 11.310000 E| 545.4 M| 8|00:00:00.000", -1},
@@ -87,14 +98,52 @@ TEST(GgaReading, FieldsBecomeTheFourTextsAsTheRulesGiveThem)
         // of the buffer, here from an RMC sentence.
         {"no GGA in a long read", "$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A\r\n",
          L" 1235.190000 A| 48.070038 N| 84.4 M| 0|00:00:00.000", -1},
+        // The last sentence too close to the end gives way to the one before.
+        {"58 bytes behind the last: it stands", kMunich + later.substr(0, 58),
+         L" 51.070000 S| 1.310000 W| 100.0 M| 9|12:35:20.000", 45320},
+        {"57 bytes behind the last: the one before", kMunich + later.substr(0, 57), munich, 45319},
+        {"cut early: the one before", kMunich + later.substr(0, 20), munich, 45319},
+        {"cut with none before", later.substr(0, 57), L"||||", -1, GgaParse::NoSentence},
+        {"cut behind other sentences with none before", kBetween.substr(0, 30) + later.substr(0, 40), L"||||", -1,
+         GgaParse::NoSentence},
+        {"56 bytes", std::string(56, 'x'), L"||||", -1, GgaParse::NoSentence},
+        // 57 bytes: position -1, and with no comma in the text the fields
+        // are cut off, with no message.
+        {"57 bytes", std::string(57, 'x'), L"", -1, GgaParse::FieldsCutOff},
+        {"another sentence", "$GPRMC,1,A,2", L"||||", -1, GgaParse::NoSentence},
+        // A name that starts within the read but runs past the text's end isn't one.
+        {"the name cut", "$GPGG", L"||||", -1, GgaParse::NoSentence},
+        // The text ends at the first zero byte: in front of the burst there
+        // is no sentence and no comma in a long read; inside the altitude it
+        // cuts the field; inside the dilution it takes the comma in front of
+        // the altitude.
+        {"a zero byte in front", std::string(1, '\0') + burst, L"", -1, GgaParse::FieldsCutOff},
+        {"a zero byte in the altitude", zeroAfter(burst, "545.4"), L" 48.070038 N| 11.310000 E| 5.0 M| 8|12:35:19.000",
+         45319},
+        {"a zero byte in the dilution", zeroAfter(burst, "0.9"), L"", -1, GgaParse::FieldsCutOff},
     };
-    for (const auto& c : cases) {
+    // A missing comma fails without a message: the sentence cut in front of
+    // each comma from the time's to the dilution's.
+    size_t comma = kMunich.find(',');
+    for (int field = 0; field < 8; ++field) {
+        comma = kMunich.find(',', comma + 1);
+        cases.push_back({"cut in front of comma " + std::to_string(field + 2), kMunich.substr(0, comma) + padding, L"",
+                         -1, GgaParse::FieldsCutOff});
+    }
+    // One comma more and the altitude, empty, reads as zero.
+    cases.push_back({"an empty altitude", kMunich.substr(0, comma + 1) + padding,
+                     L" 48.070038 N| 11.310000 E| 0.0 M| 8|12:35:19.000", 45319});
+    for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
         Parsed parsed = Parse(c.bytes);
-        ASSERT_EQ(parsed.outcome, GgaParse::Read);
-        EXPECT_EQ(Texts(parsed.reading), c.texts);
-        EXPECT_EQ(parsed.reading.timeFieldOffset, 7u);
-        EXPECT_EQ(parsed.reading.timeOfDayKnown, c.seconds >= 0);
+        ASSERT_EQ(parsed.outcome, c.outcome);
+        if (c.outcome != GgaParse::FieldsCutOff) {
+            EXPECT_EQ(Texts(parsed.reading), c.texts);
+        }
+        if (c.outcome == GgaParse::Read) {
+            EXPECT_EQ(parsed.reading.timeFieldOffset, 7u);
+            EXPECT_EQ(parsed.reading.timeOfDayKnown, c.seconds >= 0);
+        }
         if (c.seconds >= 0) {
             EXPECT_NEAR(parsed.reading.timeOfDay, c.seconds, 1e-9);
         }
@@ -109,79 +158,6 @@ TEST(GgaReading, TimeOfDayGoesIntoTodaysDateAndTheClockIsLeftAlone)
     EXPECT_EQ(testsupport::CalendarText(parsed.reading.time), "2031-07-14 03:14:15.926");
     // From the sentence's start to the end of the text.
     EXPECT_EQ(parsed.reading.sentenceBytes, sentence.size() + kBetween.size());
-}
-
-TEST(GgaReading, TheLastSentenceTooCloseToTheEndGivesWayToTheOneBefore)
-{
-    const std::string later = Gga("123520,5107.0000,S,00131.0000,W,1,09,0.9,100.0,M,,M,,");
-    ASSERT_GT(later.size(), 58u);
-    struct Case {
-        const char* what;
-        std::string bytes;
-        GgaParse outcome;
-        const wchar_t* latitude;
-    };
-    const Case cases[] = {
-        {"58 bytes behind the last: it stands", kMunich + later.substr(0, 58), GgaParse::Read, L" 51.070000 S"},
-        {"57 bytes behind the last: the one before", kMunich + later.substr(0, 57), GgaParse::Read, L" 48.070038 N"},
-        {"cut early: the one before", kMunich + later.substr(0, 20), GgaParse::Read, L" 48.070038 N"},
-        {"cut with none before", later.substr(0, 57), GgaParse::NoSentence, L""},
-        {"cut behind other sentences with none before", kBetween.substr(0, 30) + later.substr(0, 40),
-         GgaParse::NoSentence, L""},
-    };
-    for (const Case& c : cases) {
-        Parsed parsed = Parse(c.bytes);
-        EXPECT_EQ(parsed.outcome, c.outcome) << c.what;
-        EXPECT_STREQ(parsed.reading.latitudeText, c.latitude) << c.what;
-    }
-}
-
-TEST(GgaReading, ShortReadsMissingCommasAndZeroBytesEndInTheirOutcome)
-{
-    const std::string padding(60, ' ');
-    const std::string burst = kMunich + kBetween;
-    auto zeroAfter = [](std::string text, const char* field) {
-        text[text.find(field) + 1] = '\0';
-        return text;
-    };
-    struct Case {
-        std::string bytes;
-        GgaParse outcome;
-        const wchar_t* altitude;  // checked when read
-    };
-    std::vector<Case> cases = {
-        {std::string(56, 'x'), GgaParse::NoSentence, L""},
-        // 57 bytes: position -1, and with no comma in the text the fields
-        // are cut off, with no message.
-        {std::string(57, 'x'), GgaParse::FieldsCutOff, L""},
-        {"$GPRMC,1,A,2", GgaParse::NoSentence, L""},
-        // A name that starts within the read but runs past the text's end isn't one.
-        {"$GPGG", GgaParse::NoSentence, L""},
-        // The text ends at the first zero byte: in front of the burst there
-        // is no sentence and no comma in a long read; inside the altitude it
-        // cuts the field; inside the dilution it takes the comma in front of
-        // the altitude.
-        {std::string(1, '\0') + burst, GgaParse::FieldsCutOff, L""},
-        {zeroAfter(burst, "545.4"), GgaParse::Read, L" 5.0 M"},
-        {zeroAfter(burst, "0.9"), GgaParse::FieldsCutOff, L""},
-    };
-    // A missing comma fails without a message: the sentence cut in front of
-    // each comma from the time's to the dilution's.
-    size_t comma = kMunich.find(',');
-    for (int field = 0; field < 8; ++field) {
-        comma = kMunich.find(',', comma + 1);
-        cases.push_back({kMunich.substr(0, comma) + padding, GgaParse::FieldsCutOff, L""});
-    }
-    // One comma more and the altitude, empty, reads as zero.
-    cases.push_back({kMunich.substr(0, comma + 1) + padding, GgaParse::Read, L" 0.0 M"});
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::PrintToString(c.bytes));
-        Parsed parsed = Parse(c.bytes);
-        EXPECT_EQ(parsed.outcome, c.outcome);
-        if (c.outcome == GgaParse::Read) {
-            EXPECT_STREQ(parsed.reading.altitudeText, c.altitude);
-        }
-    }
 }
 
 TEST(GgaReading, BytesLeftBehindAnEarlierReadLengthenTheText)
