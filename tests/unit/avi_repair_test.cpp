@@ -204,6 +204,45 @@ struct ReadBack {
     bool hasIndex = false;
 };
 
+// Walks the chunks from `at` to `end`, into the lists hdrl, strl and movi
+// (a list goes by its type). In movi, as a reader without the index walks
+// it, every chunk must be one it knows. True when the chunks end at `end`.
+bool Walk(const Bytes& file, uint64_t at, uint64_t end, ReadBack& back, bool inMovi = false)
+{
+    while (at + 8 <= end) {
+        const uint32_t id = Le32(file, at), size = Le32(file, at + 4);
+        const uint64_t data = at + 8;
+        const bool known =
+            !inMovi || id == Code("00db") || id == Code("00dc") || id == Code("ix00") || id == Code("JUNK");
+        EXPECT_TRUE(known) << "chunk " << CodeText(id) << " at " << at;
+        EXPECT_LE(data + size, end) << CodeText(id) << " at " << at;
+        if (!known || data + size > end)
+            return false;
+        const std::string name = CodeText(id == Code("LIST") ? Le32(file, data) : id);
+        if (name == "hdrl" || name == "strl") {
+            Walk(file, data + 4, data + size, back);
+        } else if (name == "avih") {
+            back.avihFlags = Le32(file, data + 12);
+            back.avihFrames = Le32(file, data + 16);
+        } else if (name == "strh") {
+            back.strhType = Le32(file, data);
+            back.strhLength = Le32(file, data + 32);
+        } else if (name == "strf") {
+            back.strf.assign(file.begin() + data, file.begin() + data + size);
+        } else if (name == "movi") {
+            back.moviFourcc = data;
+            back.moviEnd = data + size;
+            back.moviWalksWhole = Walk(file, data + 4, data + size, back, true);
+        } else if (name == "idx1") {
+            back.hasIndex = true;
+            for (uint64_t e = data; e + 16 <= data + size; e += 16)
+                back.index.push_back({Le32(file, e), Le32(file, e + 4), Le32(file, e + 8), Le32(file, e + 12)});
+        }
+        at = data + size + (size & 1);
+    }
+    return at == end;
+}
+
 ReadBack Read(const Bytes& file)
 {
     ReadBack back;
@@ -213,57 +252,7 @@ ReadBack Read(const Bytes& file)
     EXPECT_EQ(CodeText(Le32(file, 0)), "RIFF");
     EXPECT_EQ(CodeText(Le32(file, 8)), "AVI ");
     back.riffSize = Le32(file, 4);
-    uint64_t at = 12;
-    while (at + 8 <= file.size()) {
-        uint32_t id = Le32(file, at);
-        uint32_t size = Le32(file, at + 4);
-        EXPECT_LE(at + 8 + size, file.size()) << CodeText(id);
-        if (at + 8 + size > file.size())
-            break;
-        if (id == Code("LIST") && Le32(file, at + 8) == Code("hdrl")) {
-            for (uint64_t in = at + 12; in + 8 <= at + 8 + size;) {
-                uint32_t inId = Le32(file, in);
-                uint32_t inSize = Le32(file, in + 4);
-                if (inId == Code("avih")) {
-                    back.avihFlags = Le32(file, in + 8 + 12);
-                    back.avihFrames = Le32(file, in + 8 + 16);
-                } else if (inId == Code("LIST") && Le32(file, in + 8) == Code("strl")) {
-                    for (uint64_t s = in + 12; s + 8 <= in + 8 + inSize;) {
-                        uint32_t sId = Le32(file, s);
-                        uint32_t sSize = Le32(file, s + 4);
-                        if (sId == Code("strh")) {
-                            back.strhType = Le32(file, s + 8);
-                            back.strhLength = Le32(file, s + 8 + 32);
-                        } else if (sId == Code("strf")) {
-                            back.strf.assign(file.begin() + s + 8, file.begin() + s + 8 + sSize);
-                        }
-                        s += 8 + sSize + (sSize & 1);
-                    }
-                }
-                in += 8 + inSize + (inSize & 1);
-            }
-        } else if (id == Code("LIST") && Le32(file, at + 8) == Code("movi")) {
-            back.moviFourcc = at + 8;
-            back.moviEnd = at + 8 + size;
-            // A reader without the index walks movi chunk by chunk: every
-            // chunk must be one it knows and the last must end movi.
-            uint64_t c = at + 12;
-            bool known = true;
-            while (known && c + 8 <= back.moviEnd) {
-                std::string cid = CodeText(Le32(file, c));
-                known = cid == "00db" || cid == "00dc" || cid == "ix00" || cid == "JUNK";
-                EXPECT_TRUE(known) << "chunk " << cid << " at " << c;
-                uint32_t cSize = Le32(file, c + 4);
-                c += 8 + cSize + (cSize & 1);
-            }
-            back.moviWalksWhole = known && c == back.moviEnd;
-        } else if (id == Code("idx1")) {
-            back.hasIndex = true;
-            for (uint64_t e = at + 8; e + 16 <= at + 8 + size; e += 16)
-                back.index.push_back({Le32(file, e), Le32(file, e + 4), Le32(file, e + 8), Le32(file, e + 12)});
-        }
-        at += 8 + size + (size & 1);
-    }
+    Walk(file, 12, file.size(), back);
     return back;
 }
 
