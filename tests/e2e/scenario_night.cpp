@@ -9,7 +9,6 @@
 
 #include <psapi.h>
 
-#include <algorithm>
 #include <cstdio>
 
 using namespace e2e;
@@ -43,18 +42,13 @@ ProcessFigures Measure(DWORD processId)
 // MB, found by the folder it runs from; -1 when it can't be read.
 double HostPrivateMb(const std::wstring& folder)
 {
-    std::string out = testsupport::UnixPath(Narrow(folder)) + "/rss.txt";
-    std::replace(out.begin(), out.end(), '\\', '/');
     std::string name = Narrow(folder.substr(folder.find_last_of(L'\\') + 1));
-    DeleteFileW((folder + L"\\rss.txt").c_str());
     // The first letter in brackets keeps the pattern from finding the shell
     // that runs it.
     std::string pattern = "[" + name.substr(0, 1) + "]" + name.substr(1) + ".MAVU_VideoCapture";
-    RunUnix("for p in $(pgrep -f '" + pattern + "'); do grep RssAnon /proc/$p/status; done > '" + out + ".part'; mv '" +
-            out + ".part' '" + out + "'");
-    std::string text;
-    if (!WaitUntil([&] { return !(text = ReadFileBytes(folder + L"\\rss.txt")).empty(); }, 5000))
-        return -1;
+    std::string text = testsupport::UnixCommandOutput("for p in $(pgrep -f '" + pattern +
+                                                          "'); do grep RssAnon /proc/$p/status; done > \"$OUT\"",
+                                                      Narrow(folder + L"\\rss.txt"), 5000);
     unsigned long kb = 0;
     return std::sscanf(text.c_str(), "RssAnon: %lu", &kb) == 1 ? static_cast<double>(kb) / 1024 : -1;
 }
