@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -189,11 +190,8 @@ MuxFile Recording(std::initializer_list<int> runs)
 // A repaired file as an AVI 1.0 reader sees it.
 struct ReadBack {
     uint32_t riffSize = 0;
-    uint32_t avihFrames = 0;
-    uint32_t avihFlags = 0;
-    uint32_t strhLength = 0;
-    uint32_t strhType = 0;
-    Bytes strf;
+    // Where each chunk's data begins, and its size, by name (a list's by its type).
+    std::map<std::string, std::pair<uint64_t, uint32_t>> chunks;
     uint64_t moviFourcc = 0;  // offset of 'movi'
     uint64_t moviEnd = 0;
     bool moviWalksWhole = false;
@@ -201,7 +199,6 @@ struct ReadBack {
         uint32_t id, flags, offset, size;
     };
     std::vector<Entry> index;
-    bool hasIndex = false;
 };
 
 // Walks the chunks from `at` to `end`, into the lists hdrl, strl and movi
@@ -219,22 +216,14 @@ bool Walk(const Bytes& file, uint64_t at, uint64_t end, ReadBack& back, bool inM
         if (!known || data + size > end)
             return false;
         const std::string name = CodeText(id == Code("LIST") ? Le32(file, data) : id);
+        back.chunks[name] = {data, size};
         if (name == "hdrl" || name == "strl") {
             Walk(file, data + 4, data + size, back);
-        } else if (name == "avih") {
-            back.avihFlags = Le32(file, data + 12);
-            back.avihFrames = Le32(file, data + 16);
-        } else if (name == "strh") {
-            back.strhType = Le32(file, data);
-            back.strhLength = Le32(file, data + 32);
-        } else if (name == "strf") {
-            back.strf.assign(file.begin() + data, file.begin() + data + size);
         } else if (name == "movi") {
             back.moviFourcc = data;
             back.moviEnd = data + size;
             back.moviWalksWhole = Walk(file, data + 4, data + size, back, true);
         } else if (name == "idx1") {
-            back.hasIndex = true;
             for (uint64_t e = data; e + 16 <= data + size; e += 16)
                 back.index.push_back({Le32(file, e), Le32(file, e + 4), Le32(file, e + 8), Le32(file, e + 12)});
         }
@@ -262,15 +251,16 @@ ReadBack Read(const Bytes& file)
 void ExpectRepaired(const Bytes& repaired, const MuxFile& written, size_t frames)
 {
     ReadBack back = Read(repaired);
+    const uint64_t avih = back.chunks["avih"].first, strh = back.chunks["strh"].first;
     EXPECT_EQ(back.riffSize, repaired.size() - 8);
-    EXPECT_EQ(back.avihFrames, frames);
-    EXPECT_EQ(back.strhLength, frames);
-    EXPECT_EQ(back.avihFlags & 0x10, 0x10u) << "AVIF_HASINDEX";
-    EXPECT_EQ(CodeText(back.strhType), "vids");
-    EXPECT_EQ(back.strf.size(), sizeof(BITMAPINFOHEADER));
+    EXPECT_EQ(Le32(repaired, avih + 16), frames);
+    EXPECT_EQ(Le32(repaired, strh + 32), frames);
+    EXPECT_EQ(Le32(repaired, avih + 12) & 0x10, 0x10u) << "AVIF_HASINDEX";
+    EXPECT_EQ(CodeText(Le32(repaired, strh)), "vids");
+    EXPECT_EQ(back.chunks["strf"].second, sizeof(BITMAPINFOHEADER));
     EXPECT_EQ(back.moviFourcc, written.FirstChunk() - 4) << "movi's content begins where the first chunk was";
     EXPECT_TRUE(back.moviWalksWhole);
-    ASSERT_TRUE(back.hasIndex);
+    ASSERT_TRUE(back.chunks.count("idx1"));
     ASSERT_EQ(back.index.size(), frames);
     for (size_t i = 0; i < frames; ++i) {
         const WrittenFrame& frame = written.frames[i];
