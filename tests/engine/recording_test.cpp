@@ -97,8 +97,6 @@ TEST_F(EngineTest, FramesTheCameraDropsShowAsDroppedBeforeTheNextRow)
     ASSERT_GE(record.comments.size(), 7u);
     EXPECT_EQ(record.comments[0], "MAVU Video Capture Version 2.1");
     EXPECT_EQ(record.comments[1], "device: Cam");
-    EXPECT_EQ(record.comments[4], "time base: computer clock, UTC");
-    EXPECT_EQ(record.comments[5].rfind("stream time zero: ", 0), 0u) << record.comments[5];
 }
 
 // A record that can't be made (its name is taken by a folder) is told of
