@@ -1,6 +1,7 @@
 // The position read out of a receiver's burst: each rule of the GGA reading as a case over the bytes of one read;
-// then bad bytes from the serial line, of every length up to past the program's buffer, read with a guard page right
-// before or after the buffer, so that a single read outside it ends the test program.
+// what counts as a receiver's answer while the ports are searched; then bad bytes from the serial line, of every
+// length up to past the program's buffer, read with a guard page right before or after the buffer, so that a single
+// read outside it ends the test program.
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -30,12 +31,18 @@ struct Parsed {
     GpsReading reading;
 };
 
-// The bytes at the start of a buffer of the program's size, the rest zero,
-// after a read of `bytesRead` bytes (all of them when -1).
-Parsed Parse(const std::string& bytes, long bytesRead = -1)
+// The bytes at the start of a buffer of the program's size, the rest zero.
+std::vector<unsigned char> Buffer(const std::string& bytes)
 {
     std::vector<unsigned char> buffer(kGpsBufferSize, 0);
     std::copy(bytes.begin(), bytes.end(), buffer.begin());
+    return buffer;
+}
+
+// The bytes in a buffer after a read of `bytesRead` bytes (all of them when -1).
+Parsed Parse(const std::string& bytes, long bytesRead = -1)
+{
+    std::vector<unsigned char> buffer = Buffer(bytes);
     Parsed parsed{};
     size_t read = bytesRead < 0 ? bytes.size() : static_cast<size_t>(bytesRead);
     parsed.outcome = ParseGgaBuffer(buffer.data(), buffer.size(), read, kToday, parsed.reading);
@@ -253,6 +260,43 @@ TEST(GgaReading, AReadingValueDropsOnlyTheLeadingBlank)
 {
     EXPECT_STREQ(GpsReadingValue(L" 48.070038 N"), L"48.070038 N");
     EXPECT_STREQ(GpsReadingValue(L""), L"");
+}
+
+TEST(GpsProbe, AnswerIsTheNameAnywhereBeforeTheFirstZeroByte)
+{
+    struct Case {
+        const char* what;
+        std::string bytes;
+        bool answered;
+    };
+    const Case cases[] = {
+        {"a whole sentence", kMunich, true},
+        {"the name alone, cut off", "xx$GPRMC,1,2\r\n$GPGGA", true},
+        {"deep in the read", std::string(590, 'x') + "$GPGGA", true},
+        {"other sentences only", "$GPRMC,123519,A,4807.038,N*6A\r\n$GPGSA,A,3*39\r\n", false},
+        {"a zero byte before the name", "$GPRMC,1\r\n" + std::string(1, '\0') + "$GPGGA,123519,", false},
+        {"garbage of a wrong rate", "\x80\xf8\xfe\xe0\x1c\x7f\xff\x03\xc0", false},
+        {"nothing", "", false},
+        {"lower case", "$gpgga,123519", false},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(ProbeFindsGga(Buffer(c.bytes).data(), kGpsBufferSize), c.answered) << c.what;
+}
+
+TEST(GpsProbe, ReadSizeIsAnEighthOfTheRateAndAtLeast1000)
+{
+    const std::pair<uint32_t, uint32_t> cases[] = {{38400, 4800}, {19200, 2400}, {9600, 1200},
+                                                   {4800, 1000},  {8007, 1000},  {115200, 14400}};
+    for (auto [rate, size] : cases)
+        EXPECT_EQ(GpsReadSizeForRate(rate), size) << rate;
+}
+
+TEST(GpsProbe, ConnectionLineNamesThePortNumberAndRate)
+{
+    EXPECT_EQ(GpsConnectText(2, 4800), L"COM3 at 4800 baud\r\n");
+    EXPECT_EQ(GpsConnectText(0, 38400), L"COM1 at 38400 baud\r\n");
+    EXPECT_EQ(GpsConnectText(8, 9600), L"COM9 at 9600 baud\r\n");
+    EXPECT_EQ(GpsConnectText(11, 19200), L"COM12 at 19200 baud\r\n");
 }
 
 TEST(GgaRobustness, TenThousandBadBuffersNeverReadOutsideTheBuffer)
