@@ -5,8 +5,6 @@
 
 #include "e2e/program_run.h"
 
-#include <algorithm>
-
 using namespace e2e;
 
 namespace {
@@ -27,7 +25,6 @@ public:
     {
         CreateDirectoryW(folder.c_str(), nullptr);
         unixFolder_ = testsupport::UnixPath(Narrow(folder));
-        std::replace(unixFolder_.begin(), unixFolder_.end(), '\\', '/');
         RunUnix("mount -t tmpfs -o size=" + std::to_string(megabytes) + "m mavu-test '" + unixFolder_ + "'");
         mounted_ = WaitUntil([&] { return FreeMb(folder_) > 0 && FreeMb(folder_) <= static_cast<uint64_t>(megabytes); },
                              5000);

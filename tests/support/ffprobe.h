@@ -32,5 +32,8 @@ std::vector<double> ReadRecordedBackgrounds(const std::string& windowsPath, int 
 ProbedVideo ProbeVideo(const std::string& windowsPath);
 // A Windows path "Z:/..." as the Unix path it names.
 std::string UnixPath(const std::string& windowsPath);
+// Runs a Unix command that writes the file "$OUT" and gives the bytes it
+// wrote, once they stand at that Windows path; none when they don't in time.
+std::string UnixCommandOutput(const std::string& command, const std::string& windowsPath, unsigned long timeoutMs);
 
 }  // namespace testsupport

@@ -32,13 +32,6 @@ using QuerySystemInformation = LONG(WINAPI*)(ULONG, PVOID, ULONG, PULONG);
 
 long ProcessHandleCount(DWORD processId)
 {
-    if (HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, processId)) {
-        DWORD count = 0;
-        BOOL counted = GetProcessHandleCount(process, &count);
-        CloseHandle(process);
-        if (counted && count > 0)
-            return static_cast<long>(count);
-    }
     auto query = reinterpret_cast<QuerySystemInformation>(
         reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtQuerySystemInformation")));
     if (!query)

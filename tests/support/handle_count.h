@@ -1,6 +1,5 @@
-// The number of handles a process holds: the platform's GetProcessHandleCount
-// where it gives one, else the system handle table (GetProcessHandleCount
-// gives 0 under Wine).
+// The number of handles a process holds, counted in the system handle table
+// (GetProcessHandleCount gives 0 under Wine).
 #pragma once
 
 #include <windows.h>

@@ -71,14 +71,7 @@ bool SyntheticGps::Start(int port, int baud, const std::string& script, bool kee
 
 bool SyntheticGps::WriteControl(const std::string& name, const std::string& text) const
 {
-    std::wstring path = UnixToWindows(state_ + "/" + name);
-    HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-    if (file == INVALID_HANDLE_VALUE)
-        return false;
-    DWORD written = 0;
-    WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
-    CloseHandle(file);
-    return written == text.size();
+    return WriteFileBytes(UnixToWindows(state_ + "/" + name), text);
 }
 
 bool SyntheticGps::SetScript(const std::string& script)

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -189,11 +190,8 @@ MuxFile Recording(std::initializer_list<int> runs)
 // A repaired file as an AVI 1.0 reader sees it.
 struct ReadBack {
     uint32_t riffSize = 0;
-    uint32_t avihFrames = 0;
-    uint32_t avihFlags = 0;
-    uint32_t strhLength = 0;
-    uint32_t strhType = 0;
-    Bytes strf;
+    // Where each chunk's data begins, and its size, by name (a list's by its type).
+    std::map<std::string, std::pair<uint64_t, uint32_t>> chunks;
     uint64_t moviFourcc = 0;  // offset of 'movi'
     uint64_t moviEnd = 0;
     bool moviWalksWhole = false;
@@ -201,8 +199,38 @@ struct ReadBack {
         uint32_t id, flags, offset, size;
     };
     std::vector<Entry> index;
-    bool hasIndex = false;
 };
+
+// Walks the chunks from `at` to `end`, into the lists hdrl, strl and movi
+// (a list goes by its type). In movi, as a reader without the index walks
+// it, every chunk must be one it knows. True when the chunks end at `end`.
+bool Walk(const Bytes& file, uint64_t at, uint64_t end, ReadBack& back, bool inMovi = false)
+{
+    while (at + 8 <= end) {
+        const uint32_t id = Le32(file, at), size = Le32(file, at + 4);
+        const uint64_t data = at + 8;
+        const bool known =
+            !inMovi || id == Code("00db") || id == Code("00dc") || id == Code("ix00") || id == Code("JUNK");
+        EXPECT_TRUE(known) << "chunk " << CodeText(id) << " at " << at;
+        EXPECT_LE(data + size, end) << CodeText(id) << " at " << at;
+        if (!known || data + size > end)
+            return false;
+        const std::string name = CodeText(id == Code("LIST") ? Le32(file, data) : id);
+        back.chunks[name] = {data, size};
+        if (name == "hdrl" || name == "strl") {
+            Walk(file, data + 4, data + size, back);
+        } else if (name == "movi") {
+            back.moviFourcc = data;
+            back.moviEnd = data + size;
+            back.moviWalksWhole = Walk(file, data + 4, data + size, back, true);
+        } else if (name == "idx1") {
+            for (uint64_t e = data; e + 16 <= data + size; e += 16)
+                back.index.push_back({Le32(file, e), Le32(file, e + 4), Le32(file, e + 8), Le32(file, e + 12)});
+        }
+        at = data + size + (size & 1);
+    }
+    return at == end;
+}
 
 ReadBack Read(const Bytes& file)
 {
@@ -213,57 +241,7 @@ ReadBack Read(const Bytes& file)
     EXPECT_EQ(CodeText(Le32(file, 0)), "RIFF");
     EXPECT_EQ(CodeText(Le32(file, 8)), "AVI ");
     back.riffSize = Le32(file, 4);
-    uint64_t at = 12;
-    while (at + 8 <= file.size()) {
-        uint32_t id = Le32(file, at);
-        uint32_t size = Le32(file, at + 4);
-        EXPECT_LE(at + 8 + size, file.size()) << CodeText(id);
-        if (at + 8 + size > file.size())
-            break;
-        if (id == Code("LIST") && Le32(file, at + 8) == Code("hdrl")) {
-            for (uint64_t in = at + 12; in + 8 <= at + 8 + size;) {
-                uint32_t inId = Le32(file, in);
-                uint32_t inSize = Le32(file, in + 4);
-                if (inId == Code("avih")) {
-                    back.avihFlags = Le32(file, in + 8 + 12);
-                    back.avihFrames = Le32(file, in + 8 + 16);
-                } else if (inId == Code("LIST") && Le32(file, in + 8) == Code("strl")) {
-                    for (uint64_t s = in + 12; s + 8 <= in + 8 + inSize;) {
-                        uint32_t sId = Le32(file, s);
-                        uint32_t sSize = Le32(file, s + 4);
-                        if (sId == Code("strh")) {
-                            back.strhType = Le32(file, s + 8);
-                            back.strhLength = Le32(file, s + 8 + 32);
-                        } else if (sId == Code("strf")) {
-                            back.strf.assign(file.begin() + s + 8, file.begin() + s + 8 + sSize);
-                        }
-                        s += 8 + sSize + (sSize & 1);
-                    }
-                }
-                in += 8 + inSize + (inSize & 1);
-            }
-        } else if (id == Code("LIST") && Le32(file, at + 8) == Code("movi")) {
-            back.moviFourcc = at + 8;
-            back.moviEnd = at + 8 + size;
-            // A reader without the index walks movi chunk by chunk: every
-            // chunk must be one it knows and the last must end movi.
-            uint64_t c = at + 12;
-            bool known = true;
-            while (known && c + 8 <= back.moviEnd) {
-                std::string cid = CodeText(Le32(file, c));
-                known = cid == "00db" || cid == "00dc" || cid == "ix00" || cid == "JUNK";
-                EXPECT_TRUE(known) << "chunk " << cid << " at " << c;
-                uint32_t cSize = Le32(file, c + 4);
-                c += 8 + cSize + (cSize & 1);
-            }
-            back.moviWalksWhole = known && c == back.moviEnd;
-        } else if (id == Code("idx1")) {
-            back.hasIndex = true;
-            for (uint64_t e = at + 8; e + 16 <= at + 8 + size; e += 16)
-                back.index.push_back({Le32(file, e), Le32(file, e + 4), Le32(file, e + 8), Le32(file, e + 12)});
-        }
-        at += 8 + size + (size & 1);
-    }
+    Walk(file, 12, file.size(), back);
     return back;
 }
 
@@ -273,15 +251,16 @@ ReadBack Read(const Bytes& file)
 void ExpectRepaired(const Bytes& repaired, const MuxFile& written, size_t frames)
 {
     ReadBack back = Read(repaired);
+    const uint64_t avih = back.chunks["avih"].first, strh = back.chunks["strh"].first;
     EXPECT_EQ(back.riffSize, repaired.size() - 8);
-    EXPECT_EQ(back.avihFrames, frames);
-    EXPECT_EQ(back.strhLength, frames);
-    EXPECT_EQ(back.avihFlags & 0x10, 0x10u) << "AVIF_HASINDEX";
-    EXPECT_EQ(CodeText(back.strhType), "vids");
-    EXPECT_EQ(back.strf.size(), sizeof(BITMAPINFOHEADER));
+    EXPECT_EQ(Le32(repaired, avih + 16), frames);
+    EXPECT_EQ(Le32(repaired, strh + 32), frames);
+    EXPECT_EQ(Le32(repaired, avih + 12) & 0x10, 0x10u) << "AVIF_HASINDEX";
+    EXPECT_EQ(CodeText(Le32(repaired, strh)), "vids");
+    EXPECT_EQ(back.chunks["strf"].second, sizeof(BITMAPINFOHEADER));
     EXPECT_EQ(back.moviFourcc, written.FirstChunk() - 4) << "movi's content begins where the first chunk was";
     EXPECT_TRUE(back.moviWalksWhole);
-    ASSERT_TRUE(back.hasIndex);
+    ASSERT_TRUE(back.chunks.count("idx1"));
     ASSERT_EQ(back.index.size(), frames);
     for (size_t i = 0; i < frames; ++i) {
         const WrittenFrame& frame = written.frames[i];
