@@ -301,36 +301,14 @@ TEST_F(OptionsFile, FallbackNameIsReadAndNeverWritten)
 
 TEST_F(OptionsFile, ConfigurationsAndCodecPairsSplitAsStored)
 {
-    struct Case {
-        const wchar_t* value;
-        bool kept;
-        const wchar_t* standard;
-    };
-    const Case cases[] = {
-        {L"Cam|30|640x480|YUY2|1|2|3|4|5|6|NTSC", true, L"NTSC"},
-        {L"Cam|30|640x480|YUY2|1|2|3|4|5|6|PAL|x", true, L"PAL|x"},  // the rest, bars included
-        {L"Cam||||||||||AUTO", true, L"AUTO"},                      // empty fields are fine
-        {L"no bars at all", false, nullptr},
-    };
-    for (const Case& c : cases) {
-        VideoConfiguration configuration{};
-        EXPECT_EQ(SplitVConfig(c.value, configuration), c.kept) << testing::PrintToString(c.value);
-        if (c.kept) {
-            EXPECT_STREQ(configuration.standard, c.standard);
-        }
-    }
-
-    std::wstring subtype, codec;
-    EXPECT_TRUE(SplitSubtypeCodecPair(L"YUY2|Codec|with bar", subtype, codec));
-    EXPECT_EQ(subtype, L"YUY2");
-    EXPECT_EQ(codec, L"Codec|with bar");
-    EXPECT_FALSE(SplitSubtypeCodecPair(L"YUY2 Codec", subtype, codec));
-
-    CodecRecord installed{nullptr, L"Installed"};
+    // A pair splits at its first bar; a configuration's eleventh field takes the rest, bars included, and its
+    // fields may be empty; a value without bars is neither.
+    CodecRecord installed{nullptr, L"Installed|with bar"};
     installedCodecs.push_back(&installed);
-    WriteOptions("<SubtypeCodecPair Value=\"RGB24|Installed\"/><SubtypeCodecPair Value=\"YUY2|Missing\"/>"
+    WriteOptions("<SubtypeCodecPair Value=\"RGB24|Installed|with bar\"/><SubtypeCodecPair Value=\"YUY2|Missing\"/>"
                  "<SubtypeCodecPair Value=\"YUY2|Missing\"/><SubtypeCodecPair Value=\"NoBar\"/>"
-                 "<VConfig Value=\"Cam|25|720x576|YUY2|X|2|3|4|5|6|PAL\"/>");
+                 "<VConfig Value=\"Cam|25|720x576|YUY2|X|2|3|4|5|6|PAL|x\"/><VConfig Value=\"Cam||||||||||AUTO\"/>"
+                 "<VConfig Value=\"no bars at all\"/>");
     ASSERT_EQ(LoadOptions(), 1);
     installedCodecs.clear();
     ASSERT_EQ(savedSubtypeCodecPairs.size(), 1u);
@@ -340,8 +318,10 @@ TEST_F(OptionsFile, ConfigurationsAndCodecPairsSplitAsStored)
     std::vector<std::wstring> messages = TakeQueuedUserMessages();
     ASSERT_EQ(messages.size(), 2u);  // one warning per missing codec, none for the pair without a bar
     EXPECT_EQ(messages[0], L"WARNING: named codec in a Subtype / Codec pair is not installed on this computer\r\n");
-    ASSERT_EQ(videoConfigurations.size(), 1u);
+    ASSERT_EQ(videoConfigurations.size(), 2u);
     EXPECT_STREQ(videoConfigurations[0]->brightness, L"X");
+    EXPECT_STREQ(videoConfigurations[0]->standard, L"PAL|x");
+    EXPECT_STREQ(videoConfigurations[1]->standard, L"AUTO");
 
     ApplyLoadedOptions();
     ASSERT_EQ(subtypeCodecPairs.size(), 1u);
