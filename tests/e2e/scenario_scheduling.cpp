@@ -153,9 +153,7 @@ TEST(Scheduling, TheDefaultDurationTooSoonAnEventDisallowedCharactersAndEditingA
     // Without a change: the same name.
     Click(run.Item(run.schedule, kScheduleButton));
     ASSERT_TRUE(WaitUntil([&] { return !IsVisible(run.schedule); }, 5000));
-    std::vector<std::wstring> files = run.EventFiles();
-    ASSERT_EQ(files.size(), 1u);
-    EXPECT_EQ(files[0], L"Ceres_" + TimeName(moment) + L".mef");
+    EXPECT_EQ(run.EventFiles(), Rows{L"Ceres_" + TimeName(moment) + L".mef"});
 
     // To a new time: a file of the new name, and the old one gone.
     ClickListViewRow(run.list, 0);
@@ -164,10 +162,9 @@ TEST(Scheduling, TheDefaultDurationTooSoonAnEventDisallowedCharactersAndEditingA
     run.PickEventTime(later);
     Click(run.Item(run.schedule, kScheduleButton));
     ASSERT_TRUE(WaitUntil([&] { return !IsVisible(run.schedule); }, 5000));
-    files = run.EventFiles();
-    ASSERT_EQ(files.size(), 1u);
-    EXPECT_EQ(files[0], L"Ceres_" + TimeName(later) + L".mef");
-    EXPECT_EQ(ListViewText(run.list, 0, 7), files[0]);
+    const std::wstring renamed = L"Ceres_" + TimeName(later) + L".mef";
+    EXPECT_EQ(run.EventFiles(), Rows{renamed});
+    EXPECT_EQ(ListViewText(run.list, 0, 7), renamed);
 }
 
 // The rows and their cells, in both orders, with and without expired events; an unreadable file is a row of its
@@ -291,10 +288,8 @@ TEST(Scheduling, AnEventScheduledInTheWindowIsWrittenArmedAndRecordedToItsEndThr
 
     ASSERT_TRUE(WaitUntil([&] { return !IsVisible(run.schedule); }, 5000));
     std::wstring name = L"Vesta_TYC1234_" + TimeName(moment);
-    std::vector<std::wstring> files = run.EventFiles();
-    ASSERT_EQ(files.size(), 1u);
-    EXPECT_EQ(files[0], name + L".mef");
-    const std::wstring file = run.folder + L"\\Events\\" + files[0];
+    ASSERT_EQ(run.EventFiles(), Rows{name + L".mef"});
+    const std::wstring file = run.folder + L"\\Events\\" + name + L".mef";
     EXPECT_EQ(ReadFileBytes(file), EventFileBytes(moment, 8, "Vesta", "TYC1234", false, false, "Rehearsal (dry run)"));
     ASSERT_TRUE(run.program->WaitForMessage(L"Scheduled an event recording:  " + name + L"\r\n", 5000));
     ASSERT_TRUE(run.program->WaitForMessage(L"    " + name, 5000));
