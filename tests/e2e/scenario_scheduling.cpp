@@ -321,11 +321,10 @@ TEST(Scheduling, AnEventScheduledInTheWindowIsWrittenArmedAndRecordedToItsEndThr
 
     // The event ends on its own, about 4 s after its moment, with an event's report; the recording is named by the
     // event and its nominal start, 4 s before the moment, and holds about 8 s at 30 frames a second.
-    std::vector<std::wstring> videos = run.Recordings();
-    ASSERT_EQ(videos.size(), 1u) << Narrow(run.program->Messages());
-    EXPECT_EQ(videos[0], L"Vesta_TYC1234_" + TimeName(Shifted(moment, -4)) + L".avi");
-    EXPECT_EQ(run.ReportOf(videos[0]).rfind("Event recording: ", 0), 0u) << run.ReportOf(videos[0]);
-    testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(run.VideoPath(videos[0])));
+    const std::wstring recorded = L"Vesta_TYC1234_" + TimeName(Shifted(moment, -4)) + L".avi";
+    ASSERT_EQ(run.Recordings(), Rows{recorded}) << Narrow(run.program->Messages());
+    EXPECT_EQ(run.ReportOf(recorded).rfind("Event recording: ", 0), 0u) << run.ReportOf(recorded);
+    testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(run.VideoPath(recorded)));
     ASSERT_TRUE(video.ok) << video.raw;
     EXPECT_GT(video.frames, 6 * 30);
     SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
