@@ -107,7 +107,6 @@ TEST(EventFile, ReadingRulesForElementsAndAttributes)
     EXPECT_EQ(CalendarText(record.eventTime), "2030-01-07 04:05:06.000");
     EXPECT_EQ(record.hibernate, 0);
     EXPECT_EQ(record.shutdown, 0);  // "true" is not "TRUE"
-    EXPECT_EQ(record.expired, 0);
 }
 
 TEST(EventTimes, RecordingIsCentredOnThePredictedMomentAndExpiresAtItsEnd)
