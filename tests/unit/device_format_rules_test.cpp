@@ -46,6 +46,7 @@ TEST(DeviceFormatRules, SliderTicksFallEveryTenthOfTheRangeOrEveryUnit)
 {
     EXPECT_EQ(SliderTickFrequency(0, 255), 25);
     EXPECT_EQ(SliderTickFrequency(-64, 64), 12);
+    EXPECT_EQ(SliderTickFrequency(-180, 180), 36);
     EXPECT_EQ(SliderTickFrequency(0, 7), 1);
     EXPECT_EQ(SliderTickFrequency(5, 5), 1);
 }

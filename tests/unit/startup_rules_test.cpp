@@ -88,6 +88,7 @@ TEST(TimeZone, ReportTimeZoneKeepsTheOffsetThatTurnsLocalTimeIntoUtc)
 
 TEST(SteadyClock, CounterConversionDoesNotOverflow)
 {
+    EXPECT_EQ(CounterToNanoseconds(10000000, 10000000), 1000000000ull);
     EXPECT_EQ(CounterToNanoseconds(15, 10), 1500000000ull);
     // Eleven and a half days of a 10 MHz counter: a plain product with 10^9
     // would overflow, the nanoseconds fit.
