@@ -100,12 +100,11 @@ void RecordOneEvent(const Environment& environment, const char* star = "TYC 1", 
     // Named by the event and its nominal start (the moment less half the
     // duration), in UTC.
     SYSTEMTIME nominal = Shifted(moment, -5);
-    std::vector<std::wstring> videos = run.Recordings();
-    ASSERT_EQ(videos.size(), 1u);
-    EXPECT_EQ(videos[0], L"Vesta_" + std::wstring(starName) + L"_" + TimeName(nominal) + L".avi");
+    const std::wstring video = L"Vesta_" + std::wstring(starName) + L"_" + TimeName(nominal) + L".avi";
+    ASSERT_EQ(run.Recordings(), Rows{video});
 
     // Unix tools read the frames by a name of plain letters: a copy, its frame record beside it.
-    const std::wstring avi = run.folder + L"\\event.avi", recorded = run.VideoPath(videos[0]);
+    const std::wstring avi = run.folder + L"\\event.avi", recorded = run.VideoPath(video);
     ASSERT_TRUE(CopyFileW(recorded.c_str(), avi.c_str(), FALSE));
     ASSERT_TRUE(CopyFileW((recorded.substr(0, recorded.size() - 4) + L".frames.csv").c_str(),
                           (run.folder + L"\\event.frames.csv").c_str(), FALSE));
@@ -119,7 +118,7 @@ void RecordOneEvent(const Environment& environment, const char* star = "TYC 1", 
     // Beside it, each frame's UTC.
     testsupport::ExpectRecordMatchesTheStamps(Narrow(avi), stamps, 1000.0 / 30);
 
-    std::string report = run.ReportOf(videos[0]);
+    std::string report = run.ReportOf(video);
     EXPECT_EQ(report.rfind("Event recording: \r\r\n", 0), 0u) << report;
 }
 

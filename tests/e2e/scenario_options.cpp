@@ -81,8 +81,6 @@ TEST(Options, SavedPositionsFolderCameraAndCodecPairSurviveRestartAndSaveAgain)
     Sleep(1000);
     const std::string report = RecordByHand(again, 3000, videos).report;
     ASSERT_FALSE(report.empty()) << Narrow(again.Messages());
-    EXPECT_EQ(ListFiles(videos, L"*.avi").size(), 1u);
-    EXPECT_TRUE(ListFiles(run.Videos(), L"*.avi").empty());
     EXPECT_NE(report.find("Video file:  VideoFiles\\Vid\xE9os\\"), std::string::npos) << report;
     EXPECT_NE(report.find("Video source device: Camra\r"), std::string::npos) << report;
 }

@@ -153,9 +153,7 @@ TEST(Scheduling, TheDefaultDurationTooSoonAnEventDisallowedCharactersAndEditingA
     // Without a change: the same name.
     Click(run.Item(run.schedule, kScheduleButton));
     ASSERT_TRUE(WaitUntil([&] { return !IsVisible(run.schedule); }, 5000));
-    std::vector<std::wstring> files = run.EventFiles();
-    ASSERT_EQ(files.size(), 1u);
-    EXPECT_EQ(files[0], L"Ceres_" + TimeName(moment) + L".mef");
+    EXPECT_EQ(run.EventFiles(), Rows{L"Ceres_" + TimeName(moment) + L".mef"});
 
     // To a new time: a file of the new name, and the old one gone.
     ClickListViewRow(run.list, 0);
@@ -164,10 +162,9 @@ TEST(Scheduling, TheDefaultDurationTooSoonAnEventDisallowedCharactersAndEditingA
     run.PickEventTime(later);
     Click(run.Item(run.schedule, kScheduleButton));
     ASSERT_TRUE(WaitUntil([&] { return !IsVisible(run.schedule); }, 5000));
-    files = run.EventFiles();
-    ASSERT_EQ(files.size(), 1u);
-    EXPECT_EQ(files[0], L"Ceres_" + TimeName(later) + L".mef");
-    EXPECT_EQ(ListViewText(run.list, 0, 7), files[0]);
+    const std::wstring renamed = L"Ceres_" + TimeName(later) + L".mef";
+    EXPECT_EQ(run.EventFiles(), Rows{renamed});
+    EXPECT_EQ(ListViewText(run.list, 0, 7), renamed);
 }
 
 // The rows and their cells, in both orders, with and without expired events; an unreadable file is a row of its
@@ -291,10 +288,8 @@ TEST(Scheduling, AnEventScheduledInTheWindowIsWrittenArmedAndRecordedToItsEndThr
 
     ASSERT_TRUE(WaitUntil([&] { return !IsVisible(run.schedule); }, 5000));
     std::wstring name = L"Vesta_TYC1234_" + TimeName(moment);
-    std::vector<std::wstring> files = run.EventFiles();
-    ASSERT_EQ(files.size(), 1u);
-    EXPECT_EQ(files[0], name + L".mef");
-    const std::wstring file = run.folder + L"\\Events\\" + files[0];
+    ASSERT_EQ(run.EventFiles(), Rows{name + L".mef"});
+    const std::wstring file = run.folder + L"\\Events\\" + name + L".mef";
     EXPECT_EQ(ReadFileBytes(file), EventFileBytes(moment, 8, "Vesta", "TYC1234", false, false, "Rehearsal (dry run)"));
     ASSERT_TRUE(run.program->WaitForMessage(L"Scheduled an event recording:  " + name + L"\r\n", 5000));
     ASSERT_TRUE(run.program->WaitForMessage(L"    " + name, 5000));
@@ -326,11 +321,10 @@ TEST(Scheduling, AnEventScheduledInTheWindowIsWrittenArmedAndRecordedToItsEndThr
 
     // The event ends on its own, about 4 s after its moment, with an event's report; the recording is named by the
     // event and its nominal start, 4 s before the moment, and holds about 8 s at 30 frames a second.
-    std::vector<std::wstring> videos = run.Recordings();
-    ASSERT_EQ(videos.size(), 1u) << Narrow(run.program->Messages());
-    EXPECT_EQ(videos[0], L"Vesta_TYC1234_" + TimeName(Shifted(moment, -4)) + L".avi");
-    EXPECT_EQ(run.ReportOf(videos[0]).rfind("Event recording: ", 0), 0u) << run.ReportOf(videos[0]);
-    testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(run.VideoPath(videos[0])));
+    const std::wstring recorded = L"Vesta_TYC1234_" + TimeName(Shifted(moment, -4)) + L".avi";
+    ASSERT_EQ(run.Recordings(), Rows{recorded}) << Narrow(run.program->Messages());
+    EXPECT_EQ(run.ReportOf(recorded).rfind("Event recording: ", 0), 0u) << run.ReportOf(recorded);
+    testsupport::ProbedVideo video = testsupport::ProbeVideo(Narrow(run.VideoPath(recorded)));
     ASSERT_TRUE(video.ok) << video.raw;
     EXPECT_GT(video.frames, 6 * 30);
     SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);

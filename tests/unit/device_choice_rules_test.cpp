@@ -28,7 +28,6 @@ TEST(DeviceChoiceRules, RowsSkipDisconnectedDevicesAndSplitIgnoredOnesOff)
     };
     const Case cases[] = {
         {"none", {}, "", ""},
-        {"two plain", {{L"A", ""}, {L"B", ""}}, "0:0 1:1", ""},
         {"ignored first", {{L"A", "I"}, {L"B", ""}, {L"C", ""}}, "0:1 1:2", "0:0"},
         {"disconnected in neither", {{L"A", "D"}, {L"B", "ID"}, {L"C", "I"}, {L"D", ""}}, "0:3", "0:2"},
         {"all ignored", {{L"A", "I"}, {L"B", "I"}}, "", "0:0 1:1"},

@@ -77,7 +77,7 @@ std::string Windows(const char* messageWindow, const char* hibernation)
 
 }  // namespace
 
-TEST_F(OptionsFile, DefaultsAreWrittenWithEveryKeyInOrder)
+TEST_F(OptionsFile, DefaultsAreWrittenWithEveryKeyInOrderAndASaveThatCannotBeWholeLeavesThem)
 {
     ASSERT_EQ(SaveOptions(), 1);
     std::string expected =
@@ -101,6 +101,22 @@ TEST_F(OptionsFile, DefaultsAreWrittenWithEveryKeyInOrder)
         "\t<EnableVideoBrightnessContrast Value=\"FALSE\"/>\r\n"
         "\t<DefaultRenderer Value=\"EVR\"/>\r\n"
         "</Root>\r\n";
+    EXPECT_EQ(ReadFileBytes(folder_.File(L"MAVU_options_capture.xml")), expected);
+
+    // A save that can't be whole leaves the file as it was: a device name the narrow code page can't show.
+    wcscpy(options.DefaultVideoSource, L"\x041A\x0430\x043C\x0435\x0440\x0430");
+    EXPECT_EQ(SaveOptions(), 0);
+    EXPECT_EQ(ReadFileBytes(folder_.File(L"MAVU_options_capture.xml")), expected);
+    EXPECT_EQ(SaveOptionsOrWarn(), 0);
+    std::vector<std::wstring> messages = TakeQueuedUserMessages();
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_EQ(messages[0], L"WARNING: cannot save MAVU_optionsVC.xml file in process directory - write protected?\r\n");
+
+    // More text than the 4,096 bytes the file may hold.
+    SetOptionDefaults(options, kWorkArea);
+    for (int i = 0; i < 40; ++i)
+        options.ExcludedVideoSource.push_back(std::wstring(100, L'a'));
+    EXPECT_EQ(SaveOptions(), 0);
     EXPECT_EQ(ReadFileBytes(folder_.File(L"MAVU_options_capture.xml")), expected);
 }
 
@@ -301,36 +317,14 @@ TEST_F(OptionsFile, FallbackNameIsReadAndNeverWritten)
 
 TEST_F(OptionsFile, ConfigurationsAndCodecPairsSplitAsStored)
 {
-    struct Case {
-        const wchar_t* value;
-        bool kept;
-        const wchar_t* standard;
-    };
-    const Case cases[] = {
-        {L"Cam|30|640x480|YUY2|1|2|3|4|5|6|NTSC", true, L"NTSC"},
-        {L"Cam|30|640x480|YUY2|1|2|3|4|5|6|PAL|x", true, L"PAL|x"},  // the rest, bars included
-        {L"Cam||||||||||AUTO", true, L"AUTO"},                      // empty fields are fine
-        {L"no bars at all", false, nullptr},
-    };
-    for (const Case& c : cases) {
-        VideoConfiguration configuration{};
-        EXPECT_EQ(SplitVConfig(c.value, configuration), c.kept) << testing::PrintToString(c.value);
-        if (c.kept) {
-            EXPECT_STREQ(configuration.standard, c.standard);
-        }
-    }
-
-    std::wstring subtype, codec;
-    EXPECT_TRUE(SplitSubtypeCodecPair(L"YUY2|Codec|with bar", subtype, codec));
-    EXPECT_EQ(subtype, L"YUY2");
-    EXPECT_EQ(codec, L"Codec|with bar");
-    EXPECT_FALSE(SplitSubtypeCodecPair(L"YUY2 Codec", subtype, codec));
-
-    CodecRecord installed{nullptr, L"Installed"};
+    // A pair splits at its first bar; a configuration's eleventh field takes the rest, bars included, and its
+    // fields may be empty; a value without bars is neither.
+    CodecRecord installed{nullptr, L"Installed|with bar"};
     installedCodecs.push_back(&installed);
-    WriteOptions("<SubtypeCodecPair Value=\"RGB24|Installed\"/><SubtypeCodecPair Value=\"YUY2|Missing\"/>"
+    WriteOptions("<SubtypeCodecPair Value=\"RGB24|Installed|with bar\"/><SubtypeCodecPair Value=\"YUY2|Missing\"/>"
                  "<SubtypeCodecPair Value=\"YUY2|Missing\"/><SubtypeCodecPair Value=\"NoBar\"/>"
-                 "<VConfig Value=\"Cam|25|720x576|YUY2|X|2|3|4|5|6|PAL\"/>");
+                 "<VConfig Value=\"Cam|25|720x576|YUY2|X|2|3|4|5|6|PAL|x\"/><VConfig Value=\"Cam||||||||||AUTO\"/>"
+                 "<VConfig Value=\"no bars at all\"/>");
     ASSERT_EQ(LoadOptions(), 1);
     installedCodecs.clear();
     ASSERT_EQ(savedSubtypeCodecPairs.size(), 1u);
@@ -340,8 +334,10 @@ TEST_F(OptionsFile, ConfigurationsAndCodecPairsSplitAsStored)
     std::vector<std::wstring> messages = TakeQueuedUserMessages();
     ASSERT_EQ(messages.size(), 2u);  // one warning per missing codec, none for the pair without a bar
     EXPECT_EQ(messages[0], L"WARNING: named codec in a Subtype / Codec pair is not installed on this computer\r\n");
-    ASSERT_EQ(videoConfigurations.size(), 1u);
+    ASSERT_EQ(videoConfigurations.size(), 2u);
     EXPECT_STREQ(videoConfigurations[0]->brightness, L"X");
+    EXPECT_STREQ(videoConfigurations[0]->standard, L"PAL|x");
+    EXPECT_STREQ(videoConfigurations[1]->standard, L"AUTO");
 
     ApplyLoadedOptions();
     ASSERT_EQ(subtypeCodecPairs.size(), 1u);
@@ -378,26 +374,4 @@ TEST_F(OptionsFile, DefaultDurationAndEventDisplayAfterLoad)
         EXPECT_EQ(defaultDuration.wSecond, c.second);
         EXPECT_EQ(showUtcClock, c.utcClock);
     }
-}
-
-TEST_F(OptionsFile, SaveFailsWholeWhenTextCannotBeNarrowOrTooLong)
-{
-    ASSERT_EQ(SaveOptions(), 1);
-    std::string before = ReadFileBytes(folder_.File(L"MAVU_options_capture.xml"));
-
-    // A device name in a script the narrow code page can't show.
-    wcscpy(options.DefaultVideoSource, L"\x041A\x0430\x043C\x0435\x0440\x0430");
-    EXPECT_EQ(SaveOptions(), 0);
-    EXPECT_EQ(ReadFileBytes(folder_.File(L"MAVU_options_capture.xml")), before);
-    EXPECT_EQ(SaveOptionsOrWarn(), 0);
-    std::vector<std::wstring> messages = TakeQueuedUserMessages();
-    ASSERT_EQ(messages.size(), 1u);
-    EXPECT_EQ(messages[0], L"WARNING: cannot save MAVU_optionsVC.xml file in process directory - write protected?\r\n");
-
-    // More text than the 4,096 bytes the file may hold.
-    SetOptionDefaults(options, kWorkArea);
-    for (int i = 0; i < 40; ++i)
-        options.ExcludedVideoSource.push_back(std::wstring(100, L'a'));
-    EXPECT_EQ(SaveOptions(), 0);
-    EXPECT_EQ(ReadFileBytes(folder_.File(L"MAVU_options_capture.xml")), before);
 }

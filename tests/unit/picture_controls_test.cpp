@@ -19,22 +19,6 @@ TEST(ColorControls, SliderPositionsMapToTheEffectsRangeTowardsZero)
         EXPECT_EQ(ColorControlValue(c.slider), c.value) << "slider " << c.slider;
 }
 
-TEST(CodecPairs, ANewChoiceReplacesTheFirstPairOfItsSubtypeOrIsAppended)
-{
-    CodecRecord none{nullptr, L"NONE"}, first{nullptr, L"First"}, second{nullptr, L"Second"};
-    std::vector<SubtypeCodecPair*> pairs;
-    PairCodec(pairs, SubtypeYUY2, &first);
-    PairCodec(pairs, SubtypeRGB24, &none);
-    PairCodec(pairs, SubtypeYUY2, &second);
-    ASSERT_EQ(pairs.size(), 2u);
-    EXPECT_EQ(pairs[0]->subtype, SubtypeYUY2);
-    EXPECT_EQ(pairs[0]->codec, &second);
-    EXPECT_EQ(pairs[1]->subtype, SubtypeRGB24);
-    EXPECT_EQ(pairs[1]->codec, &none);
-    for (SubtypeCodecPair* pair : pairs)
-        delete pair;
-}
-
 TEST(CodecPairs, AChosenLineIsPairedForTheRunAndWithSaveInTheFileToo)
 {
     TempFolder folder;
@@ -62,10 +46,14 @@ TEST(CodecPairs, AChosenLineIsPairedForTheRunAndWithSaveInTheFileToo)
     EXPECT_EQ(subtypeCodecPairs[0]->codec, &codec);
     EXPECT_TRUE(savedSubtypeCodecPairs.empty());
     EXPECT_EQ(GetFileAttributesW(folder.File(L"MAVU_options_capture.xml").c_str()), INVALID_FILE_ATTRIBUTES);
+    EXPECT_EQ(SelectUsableCodec(0, SubtypeRGB24, false), S_OK);
 
-    // With save: both lists, and the file carries the pair.
+    // With save: both lists, and the file carries the pair. A new choice replaces the first pair of its subtype;
+    // another subtype's is appended.
     EXPECT_EQ(SelectUsableCodec(0, SubtypeYUY2, true), S_OK);
+    ASSERT_EQ(subtypeCodecPairs.size(), 2u);
     EXPECT_EQ(subtypeCodecPairs[0]->codec, &none);
+    EXPECT_EQ(subtypeCodecPairs[1]->subtype, SubtypeRGB24);
     ASSERT_EQ(savedSubtypeCodecPairs.size(), 1u);
     EXPECT_EQ(TakeQueuedUserMessages(), std::vector<std::wstring>{L"Codec / format pairing saved in options file\r\n"});
     std::string file = ReadFileBytes(folder.File(L"MAVU_options_capture.xml"));

@@ -5,18 +5,9 @@
 #include "base/time_text.h"
 #include "ui/user_messages.h"
 
-TEST(UserMessageEntry, StampedEntryStandsOnItsOwnLineAfterABlankOne)
-{
-    EXPECT_EQ(ComposeUserMessageEntry(L"USB GPS connected\r\n", L"09:05:07"),
-              L"\r\n09:05:07 (UTC)\r\nUSB GPS connected\r\n");
-    EXPECT_EQ(ComposeUserMessageEntry(L"continued", nullptr), L"\r\ncontinued");
-    EXPECT_EQ(ComposeUserMessageEntry(L"", nullptr), L"\r\n");
-}
-
 TEST(UserMessageEntry, ScrollCountFollowsLineFeedsOnly)
 {
     EXPECT_EQ(CountLineFeeds(L"\r\n09:05:07 (UTC)\r\nline\r\n"), 3);
-    EXPECT_EQ(CountLineFeeds(L"\r\nno end"), 1);
     EXPECT_EQ(CountLineFeeds(L"\n\n\n"), 3);
     EXPECT_EQ(CountLineFeeds(L"\r\r"), 0);
 }

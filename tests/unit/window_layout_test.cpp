@@ -12,7 +12,6 @@ TEST(KeepOnScreen, WindowsMayHangOutByHalfAFrame)
     };
     // limitRight = 1920 - 2 + 8 = 1926, limitBottom = 1040 - 2 + 8 = 1046, minLeft = 2 - 8 = -6.
     const Case cases[] = {
-        {{100, 100, 500, 400}, false, {}},
         {{-6, 0, 394, 300}, false, {}},
         {{-7, 0, 393, 300}, true, {-6, 0}},
         {{100, -5, 500, 295}, true, {100, 0}},
