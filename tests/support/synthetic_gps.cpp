@@ -69,9 +69,13 @@ bool SyntheticGps::Start(int port, int baud, const std::string& script, bool kee
     return running_;
 }
 
+// The receiver takes a control file as soon as it sees it: it is written
+// under another name and renamed, so that it is never seen empty.
 bool SyntheticGps::WriteControl(const std::string& name, const std::string& text) const
 {
-    return WriteFileBytes(UnixToWindows(state_ + "/" + name), text);
+    std::wstring path = UnixToWindows(state_ + "/" + name);
+    return WriteFileBytes(path + L".part", text) &&
+        MoveFileExW((path + L".part").c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING);
 }
 
 bool SyntheticGps::SetScript(const std::string& script)
