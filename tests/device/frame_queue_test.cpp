@@ -103,7 +103,6 @@ TEST(FrameQueue, ItsBuffersAreBoundByCountAndBytes)
     } rows[] = {
         {150, 256ull << 20, 640 * 480 * 2, 150},
         {150, 256ull << 20, 1920 * 1080 * 2, 64},
-        {150, 256ull << 20, 1920 * 1080 * 4, 32},
         // Always one at least.
         {150, 1000, 1920 * 1080 * 2, 1},
         {0, 256ull << 20, 1000, 1},

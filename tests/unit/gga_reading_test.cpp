@@ -184,7 +184,6 @@ TEST(GgaReading, EachReadEndsInItsOutcomeAndTheTextsAsTheRulesGiveThem)
         {"58 bytes behind the last: it stands", kMunich + later.substr(0, 58),
          L" 51.070000 S| 1.310000 W| 100.0 M| 9|12:35:20.000", 45320},
         {"57 bytes behind the last: the one before", kMunich + later.substr(0, 57), munich, 45319},
-        {"cut early: the one before", kMunich + later.substr(0, 20), munich, 45319},
         {"cut with none before", later.substr(0, 57), L"||||", -1, GgaParse::NoSentence},
         {"cut behind other sentences with none before", kBetween.substr(0, 30) + later.substr(0, 40), L"||||", -1,
          GgaParse::NoSentence},
