@@ -22,7 +22,6 @@ const MonthTextCase kMonthTextCases[] = {
     {L"d MMM, MMM", L"Mai", L"d 'Mai', 'Mai'"},
     // A quote in the name is doubled inside the quotes.
     {L"MMM yyyy", L"O'c", L"'O''c' yyyy"},
-    {L"HH':'mm':'ss", L"Nov", L"HH':'mm':'ss"},
 };
 
 TEST(PickerFormat, ThreeMsBecomeTheMonthAsQuotedText)
