@@ -161,8 +161,6 @@ TEST(GgaReading, EachReadEndsInItsOutcomeAndTheTextsAsTheRulesGiveThem)
         {"time decimals are milliseconds as an integer",
          Gga("123519.5,4807.038,N,01131.000,E,1,08,0.9,545.4,M,,M,,") + kBetween,
          L" 48.070038 N| 11.310000 E| 545.4 M| 8|12:35:19.005", 45319.5},
-        {"two zero decimals of time", Gga("123519.00,4807.038,N,01131.000,E,1,08,0.9,545.4,M,,M,,") + kBetween, munich,
-         45319},
         {"an empty time field is read, but gives no time for the check",
          Gga(",4807.038,N,01131.000,E,1,08,0.9,545.4,M,,M,,") + kBetween,
          L" 48.070038 N| 11.310000 E| 545.4 M| 8|00:00:00.000", -1},
