@@ -318,13 +318,12 @@ TEST_F(OptionsFile, FallbackNameIsReadAndNeverWritten)
 TEST_F(OptionsFile, ConfigurationsAndCodecPairsSplitAsStored)
 {
     // A pair splits at its first bar; a configuration's eleventh field takes the rest, bars included, and its
-    // fields may be empty; a value without bars is neither.
+    // fields may be empty; a pair without a bar is none.
     CodecRecord installed{nullptr, L"Installed|with bar"};
     installedCodecs.push_back(&installed);
     WriteOptions("<SubtypeCodecPair Value=\"RGB24|Installed|with bar\"/><SubtypeCodecPair Value=\"YUY2|Missing\"/>"
                  "<SubtypeCodecPair Value=\"YUY2|Missing\"/><SubtypeCodecPair Value=\"NoBar\"/>"
-                 "<VConfig Value=\"Cam|25|720x576|YUY2|X|2|3|4|5|6|PAL|x\"/><VConfig Value=\"Cam||||||||||AUTO\"/>"
-                 "<VConfig Value=\"no bars at all\"/>");
+                 "<VConfig Value=\"Cam|25|720x576|YUY2|X|2|3|4|5|6|PAL|x\"/><VConfig Value=\"Cam||||||||||AUTO\"/>");
     ASSERT_EQ(LoadOptions(), 1);
     installedCodecs.clear();
     ASSERT_EQ(savedSubtypeCodecPairs.size(), 1u);
