@@ -35,16 +35,13 @@ TEST_F(EngineTest, ScansFindEachPullAndReturnByNameAndBindTheReturnedDeviceAfres
     ASSERT_TRUE(devices.Pull(L"Cam A"));
     EXPECT_EQ(Scan(), ActiveDeviceRemoved);
     EXPECT_EQ(scanned, 0);
-    EXPECT_EQ(videoSources[0]->isDisconnected, 1);
 
     ASSERT_TRUE(devices.Add(L"Cam A", L"webcam"));
     videoSources[0]->isActive = 0;
     EXPECT_EQ(Scan(), KnownDeviceReturned);
     EXPECT_EQ(scanned, 0);
-    EXPECT_EQ(videoSources[0]->isDisconnected, 0);
     // The old filter is let go unreleased; the next use binds the device
     // that is attached now.
-    EXPECT_EQ(videoSources[0]->baseFilter, nullptr);
     ASSERT_EQ(GetVideoSourceBaseFilter(videoSources[0]), S_OK);
     EXPECT_NE(videoSources[0]->baseFilter, pulledFilter);
     EXPECT_EQ(TakeMessages(), L"");
