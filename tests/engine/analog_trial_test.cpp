@@ -63,9 +63,6 @@ TEST_F(AnalogTrialTest, ValidationTriesTheNamedGrabbersAndChoosesTheGroupOfTheSt
         long decoder;
         long frameLimit = 0;
     } rows[] = {
-        {L"USB 2820 Device", L"usb2820", L"pal",
-         L"Auto Detect: device \"USB 2820 Device\" format changed from NTSC to PAL\r\n", StandardPAL, 1, 1, L"25",
-         L"720x576", kDecoderPalB},
         {L"USB 2861 Device", L"usb2861", L"ntsc", L"", StandardNTSC, 1, 1, L"30", L"720x480", kDecoderNtscM},
         {L"USB 2820 Device", L"grabber480", L"pal",
          L"WARNING: PAL analog formats cannot be found during call to TestAnalogDeviceFormat\r\n", StandardNTSC, 0, 1,

@@ -113,7 +113,7 @@ TEST_F(DevicePropertiesTest, APropertyOnAutomaticIsLeftOutAndHasNoDefaultToRetur
 TEST_F(DevicePropertiesTest, TheBareDeviceHasNoneAndItsDefaultsFailWithTheirLineAndSilentlyWithoutADevice)
 {
     VideoSourceInfo* source = UseOneCamera(L"bare", {}, L"Bare");
-    // That it offers none: ValidationAcceptsAndRefusesTheProfilesWithTheirMessages.
+    // That it offers none: the Device Properties scenario of a device without picture properties.
     ASSERT_NE(source, nullptr);
     EXPECT_EQ(SetPropertyValue(VideoProcAmp_Brightness, 1), E_NOINTERFACE);
     EXPECT_EQ(ApplyDeviceProperties(0), E_FAIL);
