@@ -212,7 +212,6 @@ TEST(Scheduling, TheListSortsShowsItsCellsAndDeletesAskingByTheRowsWarningOfAFil
     // Earliest first: early, the armed one, and late, the read-only one.
     ClickListViewRow(run.list, 0);
     EXPECT_EQ(ListViewSelectedCount(run.list), 1);
-    EXPECT_TRUE(IsEnabled(run.Item(run.listWindow, kEditButton)));
     HWND box = run.AskToDelete();
     ASSERT_NE(box, nullptr);
     EXPECT_EQ(MessageBoxText(box), L"You are about to delete event files.  Continue?");
