@@ -19,11 +19,9 @@ TEST(DeviceChange, OnlyDevNodesChangedIsTakenAndOnlyWhenNothingElseRuns)
         {0x8000, false, false, false, false},
         {0x8004, false, false, false, false},
         {0x0017, false, false, false, false},
-        {0, false, false, false, false},
         {7, true, false, false, false},
         {7, false, true, false, false},
         {7, false, false, true, false},
-        {7, true, true, true, false},
     };
     for (const Row& row : rows)
         EXPECT_EQ(DeviceChangeTaken(row.wParam, row.startingUp, row.cameraStarting, row.busy), row.taken)
@@ -39,14 +37,11 @@ TEST(DeviceChange, ContinuationFilesAreNamedFromTheFirstFile)
         const wchar_t* path;  // null: refused
     } rows[] = {
         {L"VideoFiles\\x.avi", 1, L"VideoFiles\\x_1.avi"},
-        {L"VideoFiles\\x.avi", 12, L"VideoFiles\\x_12.avi"},
-        {L"D:\\v\\Vesta_TYC 1_01_02_2026_03_04_05.avi", 1, L"D:\\v\\Vesta_TYC 1_01_02_2026_03_04_05_1.avi"},
         {L".avi", 3, L"_3.avi"},
         // Cut to the room it has.
         {longName + L".avi", 10, longCut.c_str()},
         // The comparison is exact: upper case, another extension or none.
         {L"VideoFiles\\X.AVI", 1, nullptr},
-        {L"VideoFiles\\x.Avi", 1, nullptr},
         {L"VideoFiles\\x.avi.txt", 1, nullptr},
         {L"avi", 1, nullptr},
         {L"", 1, nullptr},
@@ -67,7 +62,6 @@ TEST(DeviceChange, ARestartGoesOnInTheNextContinuationThatHoldsNothing)
         const wchar_t* path;  // null: none to be had
         uint32_t countAfter;
     } rows[] = {
-        {{L"x.avi"}, 0, L"x_1.avi", 1},
         // Continuations left by earlier runs, or by a device that came back,
         // are passed over: no file that holds frames is opened anew.
         {{L"x.avi", L"x_1.avi", L"x_2.avi"}, 0, L"x_3.avi", 3},
