@@ -25,7 +25,6 @@ TEST(DeviceFormatRules, TheCurrentGroupStaysSelectedOnItsRowElseTheFirstListed)
         int row;
     };
     const Case cases[] = {
-        {1, 1, 0},
         {2, 2, 1},
         // A disabled group gives way to the first one listed.
         {0, 1, 0},
